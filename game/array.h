@@ -1,0 +1,74 @@
+// Arrays whose bounds are checked: an index outside them is a RunTimeError, never undefined behaviour.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "game/error.h"
+
+namespace bivouac {
+
+[[noreturn]] inline void ThrowIndexOutsideArray() {
+  throw RunTimeError(ErrorNumber::IndexOutsideArray, "index outside an array");
+}
+
+/// An array whose length varies. Indexes run from the lower bound, 0 unless given, to Upper().
+template <class T>
+class Array {
+ public:
+  explicit Array(int lower = 0) : lower_(lower) {}
+
+  T& operator[](int index) { return items_[Offset(index)]; }
+  const T& operator[](int index) const { return items_[Offset(index)]; }
+
+  /// Index of the last entry; lower bound - 1 while there is none.
+  int Upper() const { return lower_ + static_cast<int>(items_.size()) - 1; }
+
+  /// Makes `upper` the last index. The content is lost: every entry is T().
+  void Redim(int upper) { items_.assign(Length(upper), T()); }
+
+  /// Makes `upper` the last index and keeps what the array holds.
+  void RedimPreserve(int upper) { items_.resize(Length(upper)); }
+
+ private:
+  std::size_t Offset(int index) const {
+    const auto offset = static_cast<std::size_t>(static_cast<long>(index) - lower_);
+    if (offset >= items_.size()) ThrowIndexOutsideArray();
+    return offset;
+  }
+  std::size_t Length(int upper) const {
+    if (upper < lower_ - 1) ThrowIndexOutsideArray();
+    return static_cast<std::size_t>(upper - lower_ + 1);
+  }
+
+  int lower_;
+  std::vector<T> items_;
+};
+
+/// An array of a fixed number of entries, indexed from 0.
+template <class T, int Size>
+class FixedArray {
+ public:
+  T& operator[](int index) { return items_[Offset(index)]; }
+  const T& operator[](int index) const { return items_[Offset(index)]; }
+
+  auto begin() { return items_.begin(); }
+  auto end() { return items_.end(); }
+  auto begin() const { return items_.begin(); }
+  auto end() const { return items_.end(); }
+  void Fill(const T& value) { items_.fill(value); }
+
+  friend bool operator==(const FixedArray&, const FixedArray&) = default;
+
+ private:
+  static std::size_t Offset(int index) {
+    const auto offset = static_cast<std::size_t>(index);
+    if (offset >= static_cast<std::size_t>(Size)) ThrowIndexOutsideArray();
+    return offset;
+  }
+
+  std::array<T, static_cast<std::size_t>(Size)> items_{};
+};
+
+}  // namespace bivouac

@@ -1,0 +1,73 @@
+// Operations on the whole board, and the clues.
+#pragma once
+
+#include "game/game_state.h"
+
+namespace bivouac {
+
+inline int RowOf(const Main& main, int cell) {
+  return cell / main.BoardSize;
+}
+inline int ColOf(const Main& main, int cell) {
+  return cell % main.BoardSize;
+}
+
+/// The clue of a row or column, read back from its caption. Errors: NotANumber if the caption is none.
+int RowClue(const Main& main, int row);
+int ColClue(const Main& main, int col);
+
+/// Gives a cell of the grid a tile. Tiles are numbered 0 to 7; a cell that the grid does not have paints
+/// nothing.
+void SetPicture(Main& main, int cell, int tile);
+
+/// Calls visit(neighbour, direction) for the four neighbours of a cell that lie on the board: north, east,
+/// south, west.
+template <class Visit>
+void ForEachSide(const Main& main, int cell, Visit visit) {
+  const int last = main.BoardSize - 1;
+  const int row = RowOf(main, cell);
+  const int col = ColOf(main, cell);
+  if (row > 0) visit(cell - main.BoardSize, NORTH);
+  if (col < last) visit(cell + 1, EAST);
+  if (row < last) visit(cell + main.BoardSize, SOUTH);
+  if (col > 0) visit(cell - 1, WEST);
+}
+
+/// Calls visit(neighbour) for the eight neighbours that lie on the board, north-west first, row by row, until
+/// one visit returns true. Returns whether one did.
+template <class Visit>
+bool AnyAround(const Main& main, int cell, Visit visit) {
+  const int row = RowOf(main, cell);
+  const int col = ColOf(main, cell);
+  for (int r = row - 1; r <= row + 1; ++r) {
+    for (int c = col - 1; c <= col + 1; ++c) {
+      if (r < 0 || c < 0 || r >= main.BoardSize || c >= main.BoardSize || (r == row && c == col)) continue;
+      if (visit(r * main.BoardSize + c)) return true;
+    }
+  }
+  return false;
+}
+
+/// True if a tree stands north, east, south or west of the cell.
+bool TouchesTree(const Main& main, int cell);
+
+/// When a line turns green.
+enum class LineRule {
+  Click,  ///< Its tents are the clue and nothing is open.
+  Undo,   ///< Its tents are the clue, whatever is still open.
+};
+
+/// Recounts the row and the column of a cell and colours their clues, the row first.
+void RefreshLineColours(Main& main, int cell, LineRule rule);
+
+/// What FillAroundTent writes.
+enum class FillTarget {
+  Board = 0,       ///< Nothing is drawn.
+  DrawnBoard = 1,  ///< The tiles follow.
+  Solution = 2,
+};
+
+/// Turns the open ones among the eight neighbours of a tent into grass.
+void FillAroundTent(Main& main, int tent, FillTarget target);
+
+}  // namespace bivouac

@@ -1,0 +1,15 @@
+#include "game/game_state.h"
+
+namespace bivouac {
+
+Main::Main(Global& global_, Desktop& desktop_) : global(global_), desktop(desktop_) {
+  LabelTijd.Caption = ControlNamed("LabelTijd").Caption;
+  LabelStap.Caption = ControlNamed("LabelStap").Caption;
+  lblHint.Caption = RulesText();
+  int panel = 0;
+  for (const PanelRow& row : PanelTable()) StatusBar1[panel++].Text = row.Text;
+  for (Label& label : RowCnt) label.Visible = false;
+  for (Label& label : ColCnt) label.Visible = false;
+}
+
+}  // namespace bivouac

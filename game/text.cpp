@@ -1,0 +1,87 @@
+#include "game/text.h"
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <system_error>
+
+#include "game/error.h"
+
+namespace bivouac {
+namespace {
+
+constexpr char kFolderSeparator = '/';
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+std::string_view WithoutLeadingBlanks(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  return text;
+}
+
+/// Takes a number off the front of the text. A value too large for a double counts as infinite.
+std::optional<double> TakeNumber(std::string_view& text) {
+  std::string_view rest = text;
+  if (!rest.empty() && rest.front() == '+') rest.remove_prefix(1);
+  const bool negative = !rest.empty() && rest.front() == '-' && rest.size() == text.size();
+  const std::string_view digits = negative ? rest.substr(1) : rest;
+  // from_chars would also read "inf" and "nan", which are no numbers here.
+  if (digits.empty() || !(digits.front() == '.' || (digits.front() >= '0' && digits.front() <= '9')))
+    return {};
+  double value = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (error == std::errc::invalid_argument) return {};
+  if (error == std::errc::result_out_of_range) {
+    const std::string_view taken = digits.substr(0, static_cast<std::size_t>(end - digits.data()));
+    value = taken.find("e-") != taken.npos || taken.find("E-") != taken.npos ? 0.0 : HUGE_VAL;
+  }
+  text = digits.substr(static_cast<std::size_t>(end - digits.data()));
+  return negative ? -value : value;
+}
+
+}  // namespace
+
+std::string TrimRight(std::string text) {
+  while (!text.empty() && text.back() == ' ') text.pop_back();
+  return text;
+}
+
+std::string WithBackslash(std::string path) {
+  if (path.empty() || path.back() != kFolderSeparator) path += kFolderSeparator;
+  return path;
+}
+
+std::string TwoDigits(long value) {
+  const std::string text = std::to_string(value + 100);
+  return text.substr(text.size() - 2);
+}
+
+double LeadingNumber(std::string_view text) {
+  text = WithoutLeadingBlanks(text);
+  return TakeNumber(text).value_or(0.0);
+}
+
+long RoundHalfEven(double value) {
+  return std::lrint(value);
+}
+
+int IntegerFromText(std::string_view text) {
+  text = WithoutLeadingBlanks(text);
+  const std::optional<double> value = TakeNumber(text);
+  if (!value || !WithoutLeadingBlanks(text).empty()) {
+    throw RunTimeError(ErrorNumber::NotANumber, "text that is no number");
+  }
+  if (!(*value > -32769.0 && *value < 32768.0)) return CheckedInteger(*value < 0 ? -40000 : 40000);
+  return CheckedInteger(RoundHalfEven(*value));
+}
+
+int CheckedInteger(long value) {
+  if (value < -32768 || value > 32767) {
+    throw RunTimeError(ErrorNumber::Overflow, "overflow: a number outside the range of 16 bits");
+  }
+  return static_cast<int>(value);
+}
+
+}  // namespace bivouac
