@@ -8,7 +8,8 @@
 
 #include "game/board.h"
 #include "generator/unique_solution.h"
-#include "tests/support/pack_records.h"
+#include "tests/support/lay_record.h"
+#include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/plain_proof.h"
 #include "tests/support/scripted_desktop.h"
@@ -22,7 +23,7 @@ namespace {
 
 std::vector<PackRecord> Layouts(int size) {
   const std::string digits = std::to_string(size + 100).substr(1);
-  return ReadPack(BIVOUAC_SOURCE_DIR "/tests/data/layouts/layouts" + digits + ".bvq");
+  return ReadPack("tests/data/layouts/layouts" + digits + ".bvq");
 }
 
 void BoardFromRecord(Main& main) {

@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -18,7 +17,8 @@
 #include "rating/rating.h"
 #include "storage/pack.h"
 #include "storage/record_file.h"
-#include "tests/support/pack_records.h"
+#include "tests/support/lay_record.h"
+#include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/plain_proof.h"
 #include "tests/support/scripted_desktop.h"
@@ -75,17 +75,16 @@ struct ProofCase {
 };
 
 std::vector<ProofCase> WorkedProofs() {
-  std::ifstream table(BIVOUAC_SOURCE_DIR "/tests/data/proof.tsv");
   std::vector<ProofCase> cases;
-  for (ProofCase row; table >> row.Pack >> row.Number >> row.Size >> row.Verdict >> row.Rounds;) {
-    cases.push_back(row);
+  for (const std::vector<std::string>& row : ReadTable("tests/data/proof.tsv")) {
+    cases.push_back(
+        {row.at(0), std::stol(row.at(1)), std::stoi(row.at(2)), std::stoi(row.at(3)), std::stol(row.at(4))});
   }
   return cases;
 }
 
 PackRecord RecordOf(const ProofCase& row) {
-  return ReadPack(BIVOUAC_SOURCE_DIR "/tests/data/layouts/" + row.Pack)
-      .at(static_cast<std::size_t>(row.Number) - 1);
+  return ReadPack("tests/data/layouts/" + row.Pack).at(static_cast<std::size_t>(row.Number) - 1);
 }
 
 TEST(Proof, AgreesWithTheWorkedResults) {
@@ -293,6 +292,14 @@ class Generator : public testing::Test {
     RefreshButtons(game.main);
   }
 
+  std::vector<PackRecord> SavedPuzzles(int size) {
+    std::vector<PackRecord> puzzles(static_cast<std::size_t>(PackCount(game.global, size)));
+    RecordFile pack(PackPath(game.global, size), kPackRecordBytes);
+    long number = 0;
+    for (PackRecord& puzzle : puzzles) ReadRecord(pack, ++number, puzzle);
+    return puzzles;
+  }
+
   ScriptedDesktop desktop;
   Game game{desktop};
   Main& main = game.main;
@@ -329,7 +336,7 @@ void ExpectSoundRecord(const Main& main) {
   for (int cell = 0; cell < kMaxCells; ++cell) {
     tents += record.Layout[cell] == CELL_TENT;
     EXPECT_EQ(claims[static_cast<std::size_t>(cell)], record.Layout[cell] == CELL_TENT ? 1 : 0);
-    if (cell >= main.CellCount) EXPECT_EQ(record.Layout[cell] + record.TentDirs[cell], 0);
+    EXPECT_TRUE(cell < main.CellCount || (record.Layout[cell] == 0 && record.TentDirs[cell] == 0));
   }
   for (int i = 0; i < kMaxSize; ++i) {
     EXPECT_EQ(record.RowCounts[i], tentsOfRow[static_cast<std::size_t>(i)]);
@@ -428,10 +435,9 @@ TEST_F(Generator, SavesThenReportsThenStarts) {
   desktop.WhileOpen = [&](const MessageBox& box) {
     EXPECT_EQ(box.Title, "Generate report");
     EXPECT_EQ(box.Symbol, BoxSymbol::Information);
-    const std::string start =
-        "The new generated puzzle has level " + std::to_string(main.Level) + " with difficulty ";
-    EXPECT_EQ(box.Text.substr(0, start.size()), start);
-    EXPECT_EQ(std::stof(box.Text.substr(start.size())), std::stof(std::to_string(main.Difficulty)));
+    EXPECT_EQ(box.Text, "The new generated puzzle has level 1 with difficulty 0.8333333");
+    EXPECT_EQ(main.Level, 1);
+    EXPECT_FLOAT_EQ(main.Difficulty, 10.0F / 12);
     EXPECT_FALSE(main.Timer1.Enabled);
     EXPECT_FALSE(main.RowCnt[0].Visible);
     EXPECT_EQ(main.global.PersonalPos, 0);
@@ -444,7 +450,7 @@ TEST_F(Generator, SavesThenReportsThenStarts) {
   EXPECT_TRUE(main.Timer3.Enabled);
   EXPECT_TRUE(main.cmdHint.Enabled && main.cmdSolution.Enabled && !main.cmdGenerate.Enabled);
   for (int cell = 0; cell < main.CellCount; ++cell) EXPECT_NE(main.Board[cell], CELL_TENT);
-  const std::vector<PackRecord> pack = ReadPack(PackPath(main.global, 6));
+  const std::vector<PackRecord> pack = SavedPuzzles(6);
   ASSERT_EQ(pack.size(), 1U);
   EXPECT_EQ(pack[0], record);
 }
@@ -461,7 +467,7 @@ TEST_F(Generator, ARefusedPuzzleIsReportedAndPlayed) {
 TEST_F(Generator, TheEndOfTheProgramLeavesThePackAlone) {
   LayOut(8);
   cmdGenerate_Click(main);
-  const std::vector<PackRecord> before = ReadPack(PackPath(main.global, 8));
+  const std::vector<PackRecord> before = SavedPuzzles(8);
   for (const int last : {1, 65, 500, 1500}) {
     int yields = 0;
     desktop.WhileYielding = [&] {
@@ -469,7 +475,7 @@ TEST_F(Generator, TheEndOfTheProgramLeavesThePackAlone) {
     };
     EXPECT_THROW(while (true) cmdGenerate_Click(main), ProgramEnd);
     EXPECT_EQ(FileLength(PackPath(main.global, 8)) % kPackRecordBytes, 0U);
-    EXPECT_EQ(ReadPack(PackPath(main.global, 8)).at(0), before.at(0));
+    EXPECT_EQ(SavedPuzzles(8).at(0), before.at(0));
   }
 }
 
@@ -477,15 +483,19 @@ TEST_F(Generator, TheEndOfTheProgramLeavesThePackAlone) {
 TEST_F(Generator, ClicksNeverBringAnUnratedRecordIntoThePack) {
   LayOut(6);
   Random random(5);
+  int clicks = 0;
   desktop.WhileYielding = [&] {
     const int cell = random.Below(main.CellCount);
-    if (random.Below(40) == 0 && main.Board[cell] != CELL_TREE) Grid_Click(main, cell);
+    if (random.Below(40) == 0 && main.Board[cell] != CELL_TREE) {
+      Grid_Click(main, cell);
+      ++clicks;
+    }
     if (random.Below(200) == 0 && main.cmdUndo.Enabled) cmdUndo_Click(main);
   };
   for (int puzzle = 0; puzzle < 20; ++puzzle) cmdGenerate_Click(main);
-  EXPECT_GT(desktop.Played.size(), 100U);
+  EXPECT_GT(clicks, 100);
   desktop.WhileYielding = nullptr;
-  for (const PackRecord& kept : ReadPack(PackPath(main.global, 6))) {
+  for (const PackRecord& kept : SavedPuzzles(6)) {
     LayRecord(main, kept);
     int level = 0;
     RatePuzzle(main, level);
@@ -512,7 +522,7 @@ TEST_F(Generator, Signature) {
       add(static_cast<int>(std::bit_cast<std::int32_t>(main.Difficulty)));
     }
   }
-  EXPECT_EQ(hash, 0U);
+  EXPECT_EQ(hash, 17224563856084697444U);
 }
 
 TEST(Random, WholePartsStayBelowTheLimitAndReachEveryNumber) {

@@ -1,17 +1,10 @@
-#include "tests/support/pack_records.h"
+#include "tests/support/lay_record.h"
+
+#include <string>
 
 #include "game/layout.h"
-#include "storage/record_file.h"
 
 namespace bivouac {
-
-std::vector<PackRecord> ReadPack(const std::string& path) {
-  std::vector<PackRecord> records(static_cast<std::size_t>(CountRecords(path, kPackRecordBytes)));
-  RecordFile pack(path, kPackRecordBytes);
-  long number = 0;
-  for (PackRecord& record : records) ReadRecord(pack, ++number, record);
-  return records;
-}
 
 void LayRecord(Main& main, const PackRecord& record) {
   main.global.PuzzleRec = record;
