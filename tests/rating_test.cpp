@@ -6,7 +6,7 @@
 #include "game/layout.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
-#include "tests/support/source_files.h"
+#include "tests/support/packs.h"
 
 namespace bivouac {
 namespace {
@@ -49,11 +49,11 @@ struct RatingTest : testing::Test {
 
 TEST_F(RatingTest, WorkedResultsComeOutTheSame) {
   std::map<std::string, std::vector<PackRecord>> packs;
-  const auto table = TableOf("tests/data/rating.tsv");
+  const auto table = ReadTable("tests/data/rating.tsv");
   ASSERT_EQ(table.size(), 391u);
   for (const auto& row : table) {
     auto& pack = packs[row[0]];
-    if (pack.empty()) pack = RecordsOf("tests/data/rating/" + row[0]);
+    if (pack.empty()) pack = ReadPack("tests/data/rating/" + row[0]);
     SCOPED_TRACE(row[0] + " record " + row[1]);
     PackRecord record = pack.at(static_cast<std::size_t>(std::stoi(row[1]) - 1));
     record.LevelSize = LevelSizeOf(0, std::stoi(row[2]));

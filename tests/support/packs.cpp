@@ -1,4 +1,4 @@
-#include "tests/support/source_files.h"
+#include "tests/support/packs.h"
 
 #include <array>
 #include <cstdint>
@@ -19,7 +19,7 @@ std::ifstream OpenFile(const std::string& path) {
 
 }  // namespace
 
-std::vector<PackRecord> RecordsOf(const std::string& path) {
+std::vector<PackRecord> ReadPack(const std::string& path) {
   std::ifstream file = OpenFile(path);
   std::vector<PackRecord> records;
   std::array<char, kRecordBytes> bytes{};
@@ -45,7 +45,7 @@ std::vector<PackRecord> RecordsOf(const std::string& path) {
   return records;
 }
 
-std::vector<std::vector<std::string>> TableOf(const std::string& path) {
+std::vector<std::vector<std::string>> ReadTable(const std::string& path) {
   std::ifstream file = OpenFile(path);
   std::vector<std::vector<std::string>> table;
   for (std::string line; std::getline(file, line);) {

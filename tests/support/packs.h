@@ -9,9 +9,9 @@
 namespace bivouac {
 
 /// All records of a pack, by its path below the source tree. Fails the test if it cannot be read.
-std::vector<PackRecord> RecordsOf(const std::string& path);
+std::vector<PackRecord> ReadPack(const std::string& path);
 
 /// The lines of a table of worked results, cut at the tabs.
-std::vector<std::vector<std::string>> TableOf(const std::string& path);
+std::vector<std::vector<std::string>> ReadTable(const std::string& path);
 
 }  // namespace bivouac
