@@ -81,6 +81,23 @@ void WriteFields(RecordFile& file, long number, const Record& record) {
   file.Write(number, bytes);
 }
 
+/// Returns 0, or the platform's number for what failed. Content alone is copied: a pack that is read-only
+/// where it comes from can be written where it goes.
+int CopyContent(const std::string& from, const std::string& to) {
+  std::ifstream source(from, std::ios::binary);
+  if (!source.is_open()) return errno;
+  std::ofstream copy(to, std::ios::binary | std::ios::trunc);
+  if (!copy.is_open()) return errno;
+  errno = 0;
+  std::array<char, 1 << 16> block;
+  while (copy && (source.read(block.data(), block.size()), source.gcount() > 0)) {
+    copy.write(block.data(), source.gcount());
+  }
+  copy.close();
+  if (!source.bad() && copy) return 0;
+  return errno != 0 ? errno : EIO;
+}
+
 }  // namespace
 
 RecordFile::RecordFile(const std::string& path, int recordBytes) : path_(path), recordBytes_(recordBytes) {
@@ -179,16 +196,16 @@ void CopyWholeFile(const std::string& from, const std::string& to) {
   if (!FileExists(from)) ThrowFileError(ErrorNumber::FileNotFound, "file not found", from);
   // Under another name until it is whole: a program that ends in between leaves no half of a file.
   const std::string partial = to + ".part";
-  std::error_code error;
-  fs::copy_file(from, partial, fs::copy_options::overwrite_existing, error);
-  if (!error) {
-    fs::permissions(partial, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add, error);
+  int reason = CopyContent(from, partial);
+  if (reason == 0) {
+    std::error_code error;
+    fs::rename(partial, to, error);
+    reason = error.value();
   }
-  if (!error) fs::rename(partial, to, error);
-  if (!error) return;
+  if (reason == 0) return;
   std::error_code ignored;
   fs::remove(partial, ignored);
-  ThrowFileError(static_cast<std::errc>(error.value()), to);
+  ThrowFileError(static_cast<std::errc>(reason), to);
 }
 
 void DeleteWholeFile(const std::string& path) {

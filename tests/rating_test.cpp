@@ -4,9 +4,9 @@
 #include <map>
 
 #include "game/layout.h"
-#include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
+#include "tests/support/packs.h"
 
 namespace bivouac {
 namespace {
