@@ -94,6 +94,19 @@ void AddBlinkTriple(Main& main, int firstTree, int secondTree, int field) {
   AddBlink(main, field, -CELL_GRASS);
 }
 
+int StepOf(const Main& main, int direction) {
+  switch (direction) {
+    case NORTH:
+      return -main.BoardSize;
+    case EAST:
+      return 1;
+    case SOUTH:
+      return main.BoardSize;
+    default:
+      return -1;
+  }
+}
+
 int ClueOf(const Main& main, Axis axis, int line) {
   return axis.direction == Direction::Rows ? RowClue(main, line) : ColClue(main, line);
 }

@@ -40,6 +40,9 @@ inline Axis RowsOf(const Main& main) {
 inline Axis ColumnsOf(const Main& main) {
   return {Direction::Columns, main.BoardSize};
 }
+/// What to add to a cell to reach its neighbour in that direction.
+int StepOf(const Main& main, int direction);
+
 /// The clue of a line. Errors: NotANumber if its caption is none.
 int ClueOf(const Main& main, Axis axis, int line);
 
