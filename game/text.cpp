@@ -55,7 +55,7 @@ std::string WithBackslash(std::string path) {
 
 std::string TwoDigits(long value) {
   const std::string text = std::to_string(value + 100);
-  return text.substr(text.size() - 2);
+  return text.size() <= 2 ? text : text.substr(text.size() - 2);
 }
 
 double LeadingNumber(std::string_view text) {

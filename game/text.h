@@ -12,8 +12,8 @@ std::string TrimRight(std::string text);
 /// The path itself if it ends in the separator of folders, otherwise the path with one added.
 std::string WithBackslash(std::string path);
 
-/// The last two digits of value + 100, for names of files and settings and for every clock. Requires: value
-/// >= 0.
+/// The last two digits of value + 100, for names of files and settings and for every clock. The text is
+/// shorter only for values below -90, which damaged files may hold.
 std::string TwoDigits(long value);
 
 /// The numeric value of the leading part of a text: leading blanks, a sign, digits, a point, an exponent.

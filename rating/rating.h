@@ -10,23 +10,31 @@
 namespace bivouac {
 
 /// Rates PuzzleRec for BoardSize. `result` is the level, 1 to 5, or -1 if the rules cannot finish the puzzle
-/// or a run-time error ended them. Sets Difficulty and overwrites Board. The captions of the clue labels are
-/// read by the spare-run passes only, and may belong to another puzzle.
+/// or a run-time error ended them. Sets Difficulty and overwrites Board, which then holds the board as the
+/// rules left it. The captions of the clue labels are read by the spare-run passes only, and may belong to
+/// another puzzle. BlinkTop is used as scratch and ends at -1 or 0, or as it was.
 void RatePuzzle(Main& main, int& result);
 
-/// A pass of the rater as the frame walks them, in order.
+/// The state that the passes of one rating share.
+struct Rater;
+
+/// A pass of the rater: one rule, applied at the first place where it holds.
 struct PassRow {
   std::string_view Name;
-  int Tier;  ///< 1 to 5: its price is Tier steps.
+  int Tier;             ///< 1 to 5: its price is Tier steps.
+  bool (*Run)(Rater&);  ///< True if it changed the board. May end in a RunTimeError.
 };
+
+/// The passes in the order in which the frame walks them.
 std::span<const PassRow> PassTable();
 
-/// What a rating did: indexes into PassTable of the passes that succeeded, in order.
+/// What a rating did.
 struct RatingTrace {
-  std::vector<int> Passes;
-  int FaultyPass = -1;  ///< The pass that a run-time error ended; -1 if none did.
+  std::vector<int> Passes;  ///< Indexes into PassTable of the passes that succeeded, in order.
+  int FaultyPass = -1;      ///< The pass that a run-time error ended; -1 if none did.
 };
-/// The same rating, traced.
+
+/// The same rating, traced. What the trace held before is dropped.
 void RatePuzzle(Main& main, int& result, RatingTrace& trace);
 
 }  // namespace bivouac

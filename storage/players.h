@@ -29,7 +29,8 @@ struct TextBox {
   bool Enabled = true;
 };
 
-/// The dialog of the players. It stays loaded for the whole run; closing hides it.
+/// The dialog of the players. It stays loaded for the whole run; closing hides it, and what was being edited
+/// stands there again at the next showing.
 struct FormNamen {
   explicit FormNamen(Main& main_) : main(main_) {}
   FormNamen(const FormNamen&) = delete;
@@ -42,7 +43,7 @@ struct FormNamen {
   TextBox NaamInvoerveld{"", false};
   Button KnopNieuweSpeler, KnopWijzigen{false}, KnopOK{false}, CommandFree, KnopAnnuleren;
   FocusOn Focus = FocusOn::NaamLijst;  ///< Where the last handler put the focus.
-  bool Visible = false;
+  bool Visible = false;                ///< Set by whoever shows it; every way to close it clears it.
 };
 
 inline constexpr const char* kPlayerDialogText =
@@ -51,20 +52,24 @@ inline constexpr const char* kPlayerDialogText =
 
 enum class Key { Enter, Escape };
 
-/// Reads the players and the last one from the settings into Global and the list.
+/// Reads the players and the last one from the settings into Global and the list. Errors: NotANumber,
+/// Overflow. That the last one is in the list is not checked.
 void Setup_Players(FormNamen& form);
 /// Shows the dialog by Desktop::ShowPlayerDialog, then who plays in the title.
 void cmdPlayers_Click(Main& main);
 
 /// On each showing: no entry is selected and the list has the focus.
 void Form_Activate(FormNamen& form);
-/// Requires: ListIndex holds the new selection already.
+/// Requires for both: ListIndex holds the new selection already.
 void NaamLijst_Click(FormNamen& form);
 void NaamLijst_DblClick(FormNamen& form);
 void KnopOK_Click(FormNamen& form);
 void CommandFree_Click(FormNamen& form);
+/// Closes without changes; what the close box runs too.
 void KnopAnnuleren_Click(FormNamen& form);
+/// Refuses, with a box, when there are 99 players.
 void KnopNieuweSpeler_Click(FormNamen& form);
+/// Errors: IndexOutsideArray if no player is selected; the button is disabled then.
 void KnopWijzigen_Click(FormNamen& form);
 /// The two keys that the field does not pass through. Requires: NaamInvoerveld.Text is what the field holds.
 void NaamInvoerveld_KeyPress(FormNamen& form, Key key);

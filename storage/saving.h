@@ -5,9 +5,11 @@
 
 namespace bivouac {
 
-/// Appends PuzzleRec as a new puzzle, unless the pack shrank since it was counted.
+/// Appends PuzzleRec as a new puzzle and makes it the current one, unless the pack shrank since it was
+/// counted. A refusal or a file error is told in a box, and leaves pack and count as they were.
 void Save_New(Main& main);
-/// Writes PuzzleRec back as record PuzzleNo, unless the pack has fewer records.
+/// Writes PuzzleRec back as record PuzzleNo, unless the pack has fewer records. A refusal or a file error is
+/// told in a box.
 void Save_Puzzle(Main& main);
 
 }  // namespace bivouac

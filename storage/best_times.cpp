@@ -1,0 +1,217 @@
+#include "storage/best_times.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "game/text.h"
+#include "storage/pack.h"
+#include "storage/record_file.h"
+#include "storage/saving.h"
+#include "storage/status_panels.h"
+
+namespace bivouac {
+namespace {
+
+/// The number of a puzzle has 16 bits in a player's file: beyond them no own times are kept.
+constexpr int kLastPersonalPuzzle = std::numeric_limits<std::int16_t>::max();
+
+/// What tells the records of a player's file apart: size and number of the puzzle.
+using PersonalKey = std::pair<int, int>;
+
+PersonalKey KeyOf(const PersonalRecord& record) {
+  return {SizeOf(record.PersonalLevelSize), record.PersonalPuzzle};
+}
+
+/// Writes a record behind the last. What is left of a last record that was cut short is blanked first, so
+/// that no half of a time is ever found.
+void AppendPersonal(RecordFile& file, const std::string& path, const PersonalRecord& record) {
+  const long count = CountRecords(path, kPersonalRecordBytes);
+  if (count > WholeRecords(path, kPersonalRecordBytes)) WriteRecord(file, count, PersonalRecord{});
+  WriteRecord(file, count + 1, record);
+}
+
+void SavePersonal(Global& global) {
+  const std::string path = PersonalPath(global, global.CurrentPlayer);
+  IgnoringFileErrors([&] {
+    RecordFile file(path, kPersonalRecordBytes);
+    if (global.PersonalPos != 0) {
+      WriteRecord(file, global.PersonalPos, global.PersonalRec);
+    } else {
+      AppendPersonal(file, path, global.PersonalRec);
+    }
+  });
+}
+
+/// Elapsed as the current player's time for the current puzzle, in PersonalRec and on disk.
+void KeepPersonal(Main& main) {
+  PersonalRecord& own = main.global.PersonalRec;
+  own.PersonalMinutes = static_cast<std::int16_t>(CheckedInteger(main.Elapsed / 60));
+  own.PersonalSeconds = static_cast<std::int16_t>(main.Elapsed % 60);
+  if (main.PuzzleNo > kLastPersonalPuzzle) return;
+  own.PersonalLevelSize = LevelSizeOf(main.Level, main.BoardSize);
+  own.PersonalPuzzle = static_cast<std::int16_t>(main.PuzzleNo);
+  SavePersonal(main.global);
+}
+
+/// A time of 0 is none. Damaged times below 0 are never beaten.
+bool Beats(int elapsed, int minutes, int seconds) {
+  const int old = minutes * 60 + seconds;
+  return old == 0 || (old >= 1 && elapsed < old);
+}
+
+void Congratulate(Main& main, const char* title, const char* text) {
+  main.desktop.Show(MessageBox{.Title = title, .Text = text, .Symbol = BoxSymbol::Information});
+}
+
+struct PackBest {
+  int Player;
+  PersonalRecord Record;  ///< As it would stand in that player's file.
+};
+
+/// The best times of all packs, sizes and numbers rising. Unreadable records are left out.
+std::vector<PackBest> ReadPackBests(Main& main) {
+  std::vector<PackBest> bests;
+  PackRecord& puzzle = main.global.PuzzleRec;
+  for (int size = kMinSize; size <= kMaxSize; ++size) {
+    const std::string path = PackPath(main.global, size);
+    if (!FileExists(path)) continue;
+    IgnoringFileErrors([&] {
+      RecordFile pack(path, kPackRecordBytes);
+      const long last = std::min<long>(WholeRecords(path, kPackRecordBytes), kLastPersonalPuzzle);
+      for (long number = 1; number <= last; ++number) {
+        if (!IgnoringFileErrors([&] { ReadRecord(pack, number, puzzle); })) continue;
+        bests.push_back({puzzle.BestPlayer,
+                         {static_cast<std::int16_t>(number), LevelSizeOf(main.Level, size),
+                          puzzle.BestMinutes, puzzle.BestSeconds}});
+      }
+    });
+  }
+  return bests;
+}
+
+/// Sets the best time of every puzzle of BoardSize to none.
+void ClearPackTimes(Main& main) {
+  const std::string path = PackPath(main.global, main.BoardSize);
+  if (!FileExists(path)) return;
+  RecordFile pack(path, kPackRecordBytes);
+  PackRecord& puzzle = main.global.PuzzleRec;
+  const long last = WholeRecords(path, kPackRecordBytes);
+  for (long number = 1; number <= last; ++number) {
+    ReadRecord(pack, number, puzzle);
+    puzzle.BestMinutes = 0;
+    puzzle.BestSeconds = 0;
+    puzzle.BestPlayer = 0;
+    WriteRecord(pack, number, puzzle);
+  }
+}
+
+/// Sets a player's times for BoardSize to none. The records stay, to be used again.
+void ClearPersonalTimes(Main& main, int player) {
+  const std::string path = PersonalPath(main.global, player);
+  const long last = WholeRecords(path, kPersonalRecordBytes);
+  if (last < 1) return;
+  RecordFile file(path, kPersonalRecordBytes);
+  PersonalRecord& own = main.global.PersonalRec;
+  for (long number = 1; number <= last; ++number) {
+    ReadRecord(file, number, own);
+    if (SizeOf(own.PersonalLevelSize) != main.BoardSize) continue;
+    own.PersonalMinutes = 0;
+    own.PersonalSeconds = 0;
+    WriteRecord(file, number, own);
+  }
+}
+
+}  // namespace
+
+std::string PersonalPath(const Global& global, int player) {
+  return global.DataDir + "PLBest" + TwoDigits(player) + ".bvq";
+}
+
+FileUse FindPersonal(Main& main) {
+  Global& global = main.global;
+  if (global.CurrentPlayer < 1) {
+    global.PersonalPos = 0;
+    ShowNoYourTime(main);
+    return FileUse::None;
+  }
+  const std::string path = PersonalPath(global, global.CurrentPlayer);
+  if (!FileExists(path)) return FileUse::None;
+  global.PersonalPos = 0;
+  IgnoringFileErrors([&] {
+    RecordFile file(path, kPersonalRecordBytes);
+    const int last = static_cast<int>(WholeRecords(path, kPersonalRecordBytes));
+    for (int number = 1; number <= last && global.PersonalPos == 0; ++number) {
+      if (!IgnoringFileErrors([&] { ReadRecord(file, number, global.PersonalRec); })) continue;
+      if (KeyOf(global.PersonalRec) == PersonalKey{main.BoardSize, main.PuzzleNo})
+        global.PersonalPos = number;
+    }
+  });
+  if (global.PersonalPos != 0) {
+    ShowYourTime(main);
+  } else {
+    ShowNoYourTime(main);
+  }
+  return FileUse::Used;
+}
+
+void SyncPersonalBests(Main& main) {
+  Global& global = main.global;
+  const std::vector<PackBest> bests = ReadPackBests(main);
+  for (int player = 1; player <= global.PlayerCount; ++player) {
+    const std::string path = PersonalPath(global, player);
+    IgnoringFileErrors([&] {
+      RecordFile file(path, kPersonalRecordBytes);
+      std::set<PersonalKey> known;
+      const long last = WholeRecords(path, kPersonalRecordBytes);
+      for (long number = 1; number <= last; ++number) {
+        if (!IgnoringFileErrors([&] { ReadRecord(file, number, global.PersonalRec); })) continue;
+        known.insert(KeyOf(global.PersonalRec));
+      }
+      for (const PackBest& best : bests) {
+        if (best.Player != player || known.contains(KeyOf(best.Record))) continue;
+        IgnoringFileErrors([&] { AppendPersonal(file, path, best.Record); });
+      }
+    });
+  }
+}
+
+void RecordTimes(Main& main) {
+  Global& global = main.global;
+  const PersonalRecord& own = global.PersonalRec;
+  const bool firstTime = global.PersonalPos < 1;
+  if (firstTime || Beats(main.Elapsed, own.PersonalMinutes, own.PersonalSeconds)) {
+    KeepPersonal(main);
+    if (!firstTime) {
+      Congratulate(main, "Personal Best Time!!!", "New Personal Time for this puzzle. Congratulations!");
+    }
+    ShowYourTime(main);
+  }
+
+  PackRecord& puzzle = global.PuzzleRec;
+  if (Beats(main.Elapsed, puzzle.BestMinutes, puzzle.BestSeconds)) {
+    puzzle.BestMinutes = static_cast<std::int16_t>(CheckedInteger(main.Elapsed / 60));
+    puzzle.BestSeconds = static_cast<std::int16_t>(main.Elapsed % 60);
+    puzzle.BestPlayer = static_cast<std::int16_t>(global.CurrentPlayer);
+    Save_Puzzle(main);
+    Congratulate(main, "New Best Time!!!", "New Best Time for this puzzle. Congratulations!");
+    ShowBestTime(main);
+  }
+}
+
+void cmdResetTime_Click(Main& main) {
+  const MessageBox warning{.Title = "Warning!!!",
+                           .Text = "This will reset the times of all puzzles in the current level. Continue?",
+                           .Symbol = BoxSymbol::Error,
+                           .Buttons = BoxButtons::OkCancel};
+  if (main.desktop.Show(warning) != BoxAnswer::Ok) return;
+  ClearPackTimes(main);
+  for (int player = 1; player <= main.global.PlayerCount; ++player) ClearPersonalTimes(main, player);
+  ShowNoBestTime(main);
+  ShowNoYourTime(main);
+}
+
+}  // namespace bivouac

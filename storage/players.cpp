@@ -1,0 +1,221 @@
+#include "storage/players.h"
+
+#include "game/text.h"
+
+namespace bivouac {
+namespace {
+
+constexpr int kMostPlayers = 99;  // Names of files and settings have two digits for the number.
+
+/// Bytes of the character at the front of a text in UTF-8; 1 for a byte that is no part of one.
+/// Requires: the text is not empty.
+std::size_t CharacterBytes(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const std::size_t bytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 1;
+  if (bytes > text.size()) return 1;
+  for (std::size_t i = 1; i < bytes; ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return 1;
+  }
+  return bytes;
+}
+
+std::string PlayerKey(int player) {
+  return "Player" + TwoDigits(player);
+}
+
+void SavePlayers(Main& main) {
+  const Global& global = main.global;
+  main.desktop.SaveSetting("Players", "Count", std::to_string(global.PlayerCount));
+  for (int player = 1; player <= global.PlayerCount; ++player) {
+    main.desktop.SaveSetting("Players", PlayerKey(player), global.Players[player].Name);
+  }
+}
+
+void SaveLastPlayer(Main& main) {
+  main.desktop.SaveSetting("Players", "Last_Player", std::to_string(main.global.CurrentPlayer));
+}
+
+bool HasSelection(const FormNamen& form) {
+  return form.NaamLijst.ListIndex >= 0;
+}
+
+/// Number of the selected player; 0 when none is.
+int SelectedPlayer(const FormNamen& form) {
+  return form.NaamLijst.ListIndex + 1;
+}
+
+void Select(FormNamen& form, int index) {
+  form.NaamLijst.ListIndex = index;
+  NaamLijst_Click(form);
+}
+
+/// While a name is edited everything else is barred, but for CommandFree.
+void BeginEditing(FormNamen& form, const std::string& name) {
+  form.KnopWijzigen.Enabled = false;
+  form.KnopNieuweSpeler.Enabled = false;
+  form.KnopAnnuleren.Enabled = false;
+  form.KnopOK.Enabled = false;
+  form.NaamLijst.Enabled = false;
+  form.NaamInvoerveld = {name, true};
+  form.Focus = FormNamen::FocusOn::NaamInvoerveld;
+}
+
+void EndEditing(FormNamen& form) {
+  form.NaamInvoerveld = {"", false};
+  form.KnopWijzigen.Enabled = HasSelection(form);
+  form.KnopOK.Enabled = HasSelection(form);
+  form.KnopNieuweSpeler.Enabled = true;
+  form.KnopAnnuleren.Enabled = true;
+  form.NaamLijst.Enabled = true;
+  form.Focus = FormNamen::FocusOn::NaamLijst;
+}
+
+void Tell(FormNamen& form, const std::string& title, const std::string& text) {
+  form.main.desktop.Beep();
+  form.main.desktop.Show(MessageBox{.Title = title, .Text = text, .Symbol = BoxSymbol::Information});
+}
+
+/// True if a player other than the selected one has that very name.
+bool IsNameTaken(const FormNamen& form, const std::string& name) {
+  const Global& global = form.main.global;
+  for (int player = 1; player <= global.PlayerCount; ++player) {
+    if (player != SelectedPlayer(form) && NameOf(global, player) == name) return true;
+  }
+  return false;
+}
+
+/// Gives the name to the selected player, or to a new one if none is selected.
+void StoreName(FormNamen& form, const std::string& name) {
+  Global& global = form.main.global;
+  if (!HasSelection(form)) {
+    global.PlayerCount = CheckedInteger(global.PlayerCount + 1);
+    global.Players.RedimPreserve(global.PlayerCount);
+    form.NaamLijst.Items.push_back(name);
+    Select(form, static_cast<int>(form.NaamLijst.Items.size()) - 1);
+  } else {
+    form.NaamLijst.Items[static_cast<std::size_t>(form.NaamLijst.ListIndex)] = name;
+  }
+  global.Players[SelectedPlayer(form)].Name = FixedName(name);
+}
+
+void TakeName(FormNamen& form) {
+  const std::string typed = form.NaamInvoerveld.Text;
+  const std::string name = TrimRight(typed);
+  if (typed.empty()) {
+    Tell(form, "Loss of memory ?",
+         "Did you suffer from memory loss ?\n"
+         "Come on, think very deeply, try to remember your own name.");
+  } else if (name.empty()) {
+    Tell(form, "My name is Nobody", "If you want to stay unknown,\nuse a nick name.");
+  } else if (IsNameTaken(form, name)) {
+    Tell(form, "Oh no, not another " + name + " !!!",
+         "Yeah yeah, I know there are more people having that name,\nbut " + name +
+             " is allready in use.\nA unique name is required,\nso, use your imagination.");
+  } else {
+    StoreName(form, name);
+    SavePlayers(form.main);
+    EndEditing(form);
+  }
+}
+
+}  // namespace
+
+std::string FixedName(const std::string& name) {
+  std::string_view rest = name;
+  int characters = 0;
+  for (; characters < kNameLength && !rest.empty(); ++characters) rest.remove_prefix(CharacterBytes(rest));
+  return name.substr(0, name.size() - rest.size()) +
+         std::string(static_cast<std::size_t>(kNameLength - characters), ' ');
+}
+
+std::string NameOf(const Global& global, int player) {
+  return TrimRight(global.Players[player].Name);
+}
+
+void ShowPlayerInTitle(Main& main) {
+  const Global& global = main.global;
+  main.Caption = global.CurrentPlayer != 0
+                     ? "Bivouac - " + NameOf(global, global.CurrentPlayer) + " is playing"
+                     : "Bivouac - Free Play (no player selected)";
+}
+
+void Setup_Players(FormNamen& form) {
+  Global& global = form.main.global;
+  Desktop& desktop = form.main.desktop;
+  global.PlayerCount = IntegerFromText(desktop.GetSetting("Players", "Count", "0"));
+  if (global.PlayerCount >= 1) {
+    global.Players.Redim(global.PlayerCount);
+    for (int player = 1; player <= global.PlayerCount; ++player) {
+      const std::string key = PlayerKey(player);
+      global.Players[player].Name = FixedName(desktop.GetSetting("Players", key, key));
+      form.NaamLijst.Items.push_back(global.Players[player].Name);
+    }
+  }
+  global.CurrentPlayer = IntegerFromText(desktop.GetSetting("Players", "Last_Player", "0"));
+}
+
+void cmdPlayers_Click(Main& main) {
+  main.desktop.ShowPlayerDialog();
+  ShowPlayerInTitle(main);
+}
+
+void Form_Activate(FormNamen& form) {
+  form.Focus = FormNamen::FocusOn::NaamLijst;
+  Select(form, -1);
+}
+
+void NaamLijst_Click(FormNamen& form) {
+  form.KnopOK.Enabled = HasSelection(form);
+  form.KnopWijzigen.Enabled = HasSelection(form);
+}
+
+void NaamLijst_DblClick(FormNamen& form) {
+  NaamLijst_Click(form);
+  if (HasSelection(form)) KnopOK_Click(form);
+}
+
+void KnopOK_Click(FormNamen& form) {
+  form.main.global.CurrentPlayer = SelectedPlayer(form);
+  SaveLastPlayer(form.main);
+  form.Visible = false;
+}
+
+void CommandFree_Click(FormNamen& form) {
+  form.main.global.CurrentPlayer = 0;
+  SaveLastPlayer(form.main);
+  form.Visible = false;
+}
+
+void KnopAnnuleren_Click(FormNamen& form) {
+  form.Visible = false;
+}
+
+void KnopNieuweSpeler_Click(FormNamen& form) {
+  if (form.main.global.PlayerCount >= kMostPlayers) {
+    form.main.desktop.Show(MessageBox{.Title = "No room for another player",
+                                      .Text =
+                                          "There are 99 players, and there is no number left for one more.\n"
+                                          "You can edit the name of a player who does not play any more.",
+                                      .Symbol = BoxSymbol::Information});
+    return;
+  }
+  Select(form, -1);
+  BeginEditing(form, "");
+}
+
+void KnopWijzigen_Click(FormNamen& form) {
+  BeginEditing(form, NameOf(form.main.global, SelectedPlayer(form)));
+}
+
+void NaamInvoerveld_KeyPress(FormNamen& form, Key key) {
+  switch (key) {
+    case Key::Escape:
+      EndEditing(form);
+      break;
+    case Key::Enter:
+      TakeName(form);
+      break;
+  }
+}
+
+}  // namespace bivouac

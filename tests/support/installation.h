@@ -1,0 +1,49 @@
+// A program installed in a folder, with packs of three puzzles for every size, and a user's folder.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "game/game_state.h"
+#include "storage/players.h"
+#include "tests/support/files.h"
+#include "tests/support/scripted_desktop.h"
+
+namespace bivouac {
+
+inline constexpr int kInstalledPuzzles = 3;
+
+/// What stays from run to run: the folders and the desktop with its settings.
+struct Installation {
+  Installation();
+
+  /// Path of a file in the program's folder or among the user's data.
+  std::string InProgram(const std::string& name) const { return folder / ("program/" + name); }
+  std::string InData(const std::string& name) const { return folder / ("local/Bvc/" + name); }
+  /// The settings of players of these names, the last of whom is playing. At most nine.
+  void AddPlayers(std::initializer_list<std::string> names);
+  /// The message boxes since the last call, each "title|text" and, if it has one, "|" and its symbol.
+  std::vector<std::string> TakeBoxes();
+
+  TempFolder folder;
+  ScriptedDesktop desktop;
+};
+
+/// One run of the program, started.
+struct ProgramRun {
+  explicit ProgramRun(Installation& installation);
+
+  Global global;
+  Main main;
+  FormNamen form;
+};
+
+/// Opens a puzzle of the current size by the box.
+void OpenPuzzle(ProgramRun& run, int number);
+/// Opens a puzzle and plays it to its end by clicks, in that many seconds.
+void SolvePuzzle(ProgramRun& run, int number, int seconds);
+
+/// The six texts of the status bar.
+std::vector<std::string> PanelTexts(const Main& main);
+
+}  // namespace bivouac

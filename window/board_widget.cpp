@@ -1,0 +1,249 @@
+#include "window/board_widget.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <array>
+#include <cmath>
+
+namespace bivouac {
+namespace {
+
+constexpr std::array<const char*, kTiles> kContents = {
+    "open", "grass", "tent", "tree", "open, marked", "grass, marked", "tent, marked", "tree, marked",
+};
+
+constexpr QColor kFrameOuter(0x00, 0x2A, 0x8C);
+constexpr QColor kFrameInner(0xFF, 0xFF, 0xFF);
+
+}  // namespace
+
+BoardCell::BoardCell(BoardWidget& board, int index) : board_(board), index_(index) {
+  setObjectName(QStringLiteral("Grid(%1)").arg(index));
+}
+
+BoardWidget::BoardWidget(const Main& main, Click click, QWidget* parent)
+    : QWidget(parent), main_(main), click_(std::move(click)) {
+  setObjectName(QStringLiteral("Grid"));
+  setAccessibleName(QStringLiteral("Board"));
+  setAccessibleDescription(
+      QStringLiteral("The fields. Arrow keys move from field to field, Space changes one"));
+  setFocusPolicy(Qt::StrongFocus);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void BoardWidget::Draw() {
+  int visible = 0;
+  while (visible < kMaxCells && main_.Grid[visible].Visible) ++visible;
+  const int size = static_cast<int>(std::lround(std::sqrt(visible)));
+  const Place first = visible > 0 ? main_.Grid[0].At : Place{};
+  if (size != size_ || first != firstCell_) {
+    size_ = size;
+    firstCell_ = first;
+    current_ = current_ < visible ? current_ : 0;
+    cells_.resize(static_cast<std::size_t>(visible));
+    pictures_.resize(static_cast<std::size_t>(visible));
+    for (int i = 0; i < visible; ++i) {
+      auto& cell = cells_[static_cast<std::size_t>(i)];
+      if (cell == nullptr) cell = std::make_unique<BoardCell>(*this, i);
+      pictures_[static_cast<std::size_t>(i)] = main_.Grid[i].Picture;
+    }
+    LayOut();
+    update();
+    return;
+  }
+  for (int i = 0; i < visible; ++i) {
+    int& drawn = pictures_[static_cast<std::size_t>(i)];
+    if (drawn == main_.Grid[i].Picture) continue;
+    drawn = main_.Grid[i].Picture;
+    update(CellRect(i));
+    if (QAccessible::isActive()) {
+      QAccessibleEvent changed(&Cell(i), QAccessible::NameChanged);
+      QAccessible::updateAccessibility(&changed);
+    }
+  }
+}
+
+void BoardWidget::SetScale(const Scale& scale) {
+  if (scale == scale_) return;
+  scale_ = scale;
+  LayOut();
+  update();
+}
+
+void BoardWidget::LayOut() {
+  if (size_ == 0) return;
+  const Place last = main_.Grid[size_ * size_ - 1].At;
+  const Place whole{firstCell_.Left, firstCell_.Top, last.Left + last.Width - firstCell_.Left,
+                    last.Top + last.Height - firstCell_.Top};
+  const QRect room = scale_.Map(whole);
+  ratio_ = devicePixelRatioF();
+
+  // The edges are whole device pixels, also where a logical pixel is none, so that tiles are copied as they
+  // are.
+  const double deviceFactor = scale_.Factor * ratio_;
+  const auto edges = [&](double origin, int corner, const auto& placeOf) {
+    std::vector<int> result;
+    for (int line = 0; line < size_; ++line) {
+      const double at = origin * ratio_ + placeOf(line) * deviceFactor - std::round(corner * ratio_);
+      result.push_back(std::max(0, static_cast<int>(std::lround(at))));
+    }
+    return result;
+  };
+  lefts_ = edges(scale_.Left, room.left(), [&](int line) { return main_.Grid[line].At.Left; });
+  tops_ = edges(scale_.Top, room.top(), [&](int line) { return main_.Grid[line * size_].At.Top; });
+  side_ = std::max(1, static_cast<int>(std::lround(firstCell_.Width * deviceFactor)));
+  for (int line = 1; line < size_; ++line) {
+    const auto i = static_cast<std::size_t>(line);
+    side_ = std::max({side_, lefts_[i] - lefts_[i - 1], tops_[i] - tops_[i - 1]});
+  }
+  lefts_.push_back(lefts_.back() + side_);
+  tops_.push_back(tops_.back() + side_);
+  setGeometry(room.left(), room.top(), static_cast<int>(std::ceil(lefts_.back() / ratio_)),
+              static_cast<int>(std::ceil(tops_.back() / ratio_)));
+}
+
+QRect BoardWidget::DeviceRect(int index) const {
+  const auto row = static_cast<std::size_t>(index / size_);
+  const auto col = static_cast<std::size_t>(index % size_);
+  return {lefts_[col], tops_[row], lefts_[col + 1] - lefts_[col], tops_[row + 1] - tops_[row]};
+}
+
+QRect BoardWidget::CellRect(int index) const {
+  const QRect device = DeviceRect(index);
+  return QRectF(device.left() / ratio_, device.top() / ratio_, device.width() / ratio_,
+                device.height() / ratio_)
+      .toAlignedRect();
+}
+
+int BoardWidget::CellAt(QPoint point) const {
+  const auto lineAt = [&](const std::vector<int>& edges, int at) {
+    const int device = static_cast<int>(std::floor(at * ratio_));
+    for (int line = 0; line < size_; ++line) {
+      const auto i = static_cast<std::size_t>(line);
+      if (device >= edges[i] && device < edges[i + 1]) return line;
+    }
+    return -1;
+  };
+  const int row = lineAt(tops_, point.y());
+  const int col = lineAt(lefts_, point.x());
+  return row < 0 || col < 0 ? -1 : row * size_ + col;
+}
+
+QString BoardWidget::Content(int index) const {
+  const int picture = main_.Grid[index].Picture;
+  return QLatin1String(kContents[static_cast<std::size_t>(picture)]);
+}
+
+void BoardWidget::paintEvent(QPaintEvent* event) {
+  if (size_ == 0) return;
+  if (ratio_ != devicePixelRatioF()) LayOut();
+  QPainter painter(this);
+  // From here on one unit is one device pixel, and whole numbers lie on its edges.
+  const QPointF corner = painter.deviceTransform().map(QPointF(0, 0));
+  painter.scale(1 / ratio_, 1 / ratio_);
+  painter.translate(std::round(corner.x()) - corner.x(), std::round(corner.y()) - corner.y());
+
+  painter.fillRect(QRect(lefts_.front(), tops_.front(), lefts_.back(), tops_.back()),
+                   QColor::fromRgb(kWindowBackground));
+  for (int i = 0; i < size_ * size_; ++i) {
+    if (!event->region().intersects(CellRect(i))) continue;
+    const QRect at = DeviceRect(i);
+    // Neighbours overlap by the last pixels of a tile.
+    painter.drawPixmap(at.topLeft(), tiles_.At(pictures_[static_cast<std::size_t>(i)], side_),
+                       QRect(QPoint(0, 0), at.size()));
+  }
+  if (frameShown_ && hasFocus()) {
+    const int width = std::max(2, side_ / 10);
+    QRect at = DeviceRect(current_);
+    for (const QColor& colour : {kFrameOuter, kFrameInner}) {
+      painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+      painter.drawRect(QRectF(at).adjusted(width / 2.0, width / 2.0, -width / 2.0, -width / 2.0));
+      at.adjust(width, width, -width, -width);
+    }
+  }
+}
+
+void BoardWidget::mousePressEvent(QMouseEvent* event) {
+  const int index = CellAt(event->position().toPoint());
+  if (index < 0) return;
+  SetFrameShown(false);
+  MoveFrame(index);
+  click_(index);
+}
+
+void BoardWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  mousePressEvent(event);
+}
+
+void BoardWidget::keyPressEvent(QKeyEvent* event) {
+  if (size_ == 0) return QWidget::keyPressEvent(event);
+  const int row = current_ / size_;
+  const int col = current_ % size_;
+  int next = current_;
+  switch (event->key()) {
+    case Qt::Key_Left:
+      next -= col > 0 ? 1 : 0;
+      break;
+    case Qt::Key_Right:
+      next += col < size_ - 1 ? 1 : 0;
+      break;
+    case Qt::Key_Up:
+      next -= row > 0 ? size_ : 0;
+      break;
+    case Qt::Key_Down:
+      next += row < size_ - 1 ? size_ : 0;
+      break;
+    case Qt::Key_Home:
+      next = row * size_;
+      break;
+    case Qt::Key_End:
+      next = row * size_ + size_ - 1;
+      break;
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      SetFrameShown(true);
+      if (!event->isAutoRepeat()) click_(current_);
+      return;
+    default:
+      return QWidget::keyPressEvent(event);
+  }
+  SetFrameShown(true);
+  MoveFrame(next);
+}
+
+void BoardWidget::focusInEvent(QFocusEvent* event) {
+  const Qt::FocusReason reason = event->reason();
+  SetFrameShown(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || frameShown_);
+  if (size_ > 0) update(CellRect(current_));
+  TellFocus();
+}
+
+void BoardWidget::focusOutEvent(QFocusEvent*) {
+  if (size_ > 0) update(CellRect(current_));
+}
+
+void BoardWidget::SetFrameShown(bool shown) {
+  if (shown == frameShown_ || size_ == 0) return;
+  frameShown_ = shown;
+  update(CellRect(current_));
+}
+
+void BoardWidget::MoveFrame(int index) {
+  if (index == current_) return;
+  update(CellRect(current_));
+  current_ = index;
+  update(CellRect(current_));
+  TellFocus();
+}
+
+void BoardWidget::TellFocus() {
+  if (size_ == 0 || !hasFocus() || !QAccessible::isActive()) return;
+  QAccessibleEvent focus(&Cell(current_), QAccessible::Focus);
+  QAccessible::updateAccessibility(&focus);
+}
+
+}  // namespace bivouac

@@ -1,0 +1,91 @@
+// The board: the cells of Grid, drawn from the tile pictures.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "game/game_state.h"
+#include "window/scale.h"
+#include "window/tiles.h"
+
+namespace bivouac {
+
+class BoardWidget;
+
+/// A cell as assistive tools see it. Its object name is "Grid(Index)".
+class BoardCell : public QObject {
+ public:
+  BoardCell(BoardWidget& board, int index);
+
+  BoardWidget& Board() const { return board_; }
+  int Index() const { return index_; }
+
+ private:
+  BoardWidget& board_;
+  int index_;
+};
+
+class BoardWidget : public QWidget {
+ public:
+  using Click = std::function<void(int Index)>;
+
+  /// `click` runs at every press of a button of the mouse, and of Space or Enter on the cell in the frame.
+  BoardWidget(const Main& main, Click click, QWidget* parent);
+
+  /// Repaints the cells that differ from what was last drawn.
+  void Draw();
+  /// Moves the board to where its cells stand at that scale.
+  void SetScale(const Scale& scale);
+
+  /// Cells in a line.
+  int Size() const { return size_; }
+  /// The cell in the frame, which arrow keys move.
+  int Current() const { return current_; }
+  /// Where a cell stands, in logical pixels of this widget.
+  QRect CellRect(int index) const;
+  /// The cell at a point in logical pixels of this widget, -1 if there is none.
+  int CellAt(QPoint point) const;
+  BoardCell& Cell(int index) const { return *cells_[static_cast<std::size_t>(index)]; }
+  /// What the cell shows, in words.
+  QString Content(int index) const;
+  void Press(int index) { click_(index); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void LayOut();
+  QRect DeviceRect(int index) const;
+  void MoveFrame(int index);
+  void SetFrameShown(bool shown);
+  void TellFocus();
+
+  const Main& main_;
+  Click click_;
+  Scale scale_;
+  Tiles tiles_;
+  std::vector<std::unique_ptr<BoardCell>> cells_;
+
+  // What was last drawn.
+  std::vector<int> pictures_;
+  Place firstCell_;
+  int size_ = 0;
+
+  // Edges of the cells in device pixels from the widget's corner, one more than there are cells in a line.
+  std::vector<int> lefts_;
+  std::vector<int> tops_;
+  int side_ = 1;  // Of the stretched tiles, device pixels.
+  double ratio_ = 1;
+
+  int current_ = 0;
+  bool frameShown_ = false;
+};
+
+}  // namespace bivouac

@@ -1,0 +1,115 @@
+#include "window/boxes.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+namespace bivouac {
+namespace {
+
+QMessageBox::Icon IconOf(BoxSymbol symbol) {
+  switch (symbol) {
+    case BoxSymbol::None:
+      return QMessageBox::NoIcon;
+    case BoxSymbol::Information:
+      return QMessageBox::Information;
+    case BoxSymbol::Question:
+      return QMessageBox::Question;
+    case BoxSymbol::Warning:
+      return QMessageBox::Warning;
+    case BoxSymbol::Error:
+      return QMessageBox::Critical;
+  }
+  return QMessageBox::NoIcon;
+}
+
+struct ButtonChoice {
+  QMessageBox::StandardButtons Shown;
+  QMessageBox::StandardButton Enter;
+  QMessageBox::StandardButton Escape;
+};
+
+ButtonChoice ChoiceOf(BoxButtons buttons) {
+  switch (buttons) {
+    case BoxButtons::Ok:
+      return {QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok};
+    case BoxButtons::OkCancel:
+      return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, QMessageBox::Cancel};
+    case BoxButtons::YesNo:
+      return {QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No};
+  }
+  return {QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok};
+}
+
+BoxAnswer AnswerOf(int button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return BoxAnswer::Yes;
+    case QMessageBox::No:
+      return BoxAnswer::No;
+    case QMessageBox::Cancel:
+      return BoxAnswer::Cancel;
+    default:
+      return BoxAnswer::Ok;
+  }
+}
+
+/// Line ends of every kind become one line feed, so that none shows as a stray sign.
+QString LinesOf(const std::string& text) {
+  QString lines = QString::fromStdString(text);
+  for (const char* end : {"\r\n", "\n\r", "\r"}) lines.replace(QLatin1String(end), QLatin1String("\n"));
+  return lines;
+}
+
+}  // namespace
+
+BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
+  const ButtonChoice choice = ChoiceOf(box.Buttons);
+  const QString text = LinesOf(box.Text);
+  QMessageBox dialog(parent);
+  dialog.setObjectName(QStringLiteral("MessageBox"));
+  dialog.setWindowTitle(QString::fromStdString(box.Title));
+  dialog.setAccessibleName(dialog.windowTitle());
+  dialog.setAccessibleDescription(text);
+  dialog.setTextFormat(Qt::PlainText);
+  dialog.setText(text);
+  dialog.setIcon(IconOf(box.Symbol));
+  dialog.setStandardButtons(choice.Shown);
+  dialog.setDefaultButton(choice.Enter);
+  dialog.setEscapeButton(choice.Escape);
+  // A box that is taken away because the program ends counts as closed.
+  const int answer = dialog.exec();
+  return AnswerOf(dialog.clickedButton() == nullptr ? choice.Escape : answer);
+}
+
+std::string ShowInputBox(QWidget* parent, const InputBox& box) {
+  QDialog dialog(parent);
+  dialog.setObjectName(QStringLiteral("InputBox"));
+  dialog.setWindowTitle(QString::fromStdString(box.Title));
+  dialog.setAccessibleName(dialog.windowTitle());
+
+  auto* prompt = new QLabel(LinesOf(box.Prompt), &dialog);
+  prompt->setTextFormat(Qt::PlainText);
+  prompt->setObjectName(QStringLiteral("Prompt"));
+  auto* field = new QLineEdit(QString::fromStdString(box.Default), &dialog);
+  field->setObjectName(QStringLiteral("Field"));
+  field->setAccessibleName(prompt->text());
+  field->setAccessibleDescription(QStringLiteral("The answer"));
+  field->selectAll();
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+
+  auto* column = new QVBoxLayout(&dialog);
+  column->addWidget(prompt);
+  column->addWidget(field);
+  column->addWidget(buttons);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+  field->setFocus();
+  return dialog.exec() == QDialog::Accepted ? field->text().toStdString() : std::string();
+}
+
+}  // namespace bivouac

@@ -1,0 +1,17 @@
+// Message boxes and input boxes. Each holds the caller until it is answered.
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "game/desktop.h"
+
+namespace bivouac {
+
+/// Enter answers with the first button, Escape and the close box with the last: Cancel, No, or the only OK.
+BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box);
+
+/// Returns the text, empty on Cancel, Escape and the close box.
+std::string ShowInputBox(QWidget* parent, const InputBox& box);
+
+}  // namespace bivouac

@@ -1,0 +1,50 @@
+// The one road for every event of the window: a click, a key, a timer's tick.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "game/error.h"
+
+namespace bivouac {
+
+/// Runs handlers, one inside another where one yields or shows a modal box, and ends the program when one of
+/// them asks for it or meets an error that it does not catch.
+class EventRoad {
+ public:
+  using Handler = std::function<void()>;
+  /// Shows the line that tells of an unhandled error and holds the caller until it is read.
+  using Report = std::function<void(const std::string& line)>;
+
+  /// `draw` brings what changed to the screen; it runs after every handler.
+  EventRoad(Handler draw, Report report) : draw_(std::move(draw)), report_(std::move(report)) {}
+
+  /// Runs a handler and draws. Throws nothing that a handler throws. Does nothing once the program has ended.
+  void Run(const Handler& handler);
+  /// Brings what changed to the screen in the middle of a handler.
+  void Draw() { draw_(); }
+
+  /// Throws ProgramEnd if the program has ended: what a call that let other events run does before it
+  /// returns, so that the handler around it unwinds.
+  void ThrowIfEnded() const {
+    if (ended_) throw ProgramEnd{};
+  }
+  bool Ended() const { return ended_; }
+  /// The exit status of the program: 0, or 1 after an unhandled error.
+  int Status() const { return status_; }
+
+  /// Words put behind the line of an unhandled error; for start-up, which can fail on what the settings hold.
+  void SetErrorNote(const std::string& note) { errorNote_ = note; }
+
+ private:
+  void End(int status);
+  void ReportError(const std::string& what);
+
+  Handler draw_;
+  Report report_;
+  std::string errorNote_;
+  bool ended_ = false;
+  int status_ = 0;
+};
+
+}  // namespace bivouac

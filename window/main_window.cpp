@@ -1,0 +1,397 @@
+#include "window/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+
+#include "game/blinking.h"
+#include "game/clock.h"
+#include "game/moves.h"
+#include "game/play.h"
+#include "game/sound.h"
+#include "game/web_link.h"
+#include "generator/generator.h"
+#include "hints/hints.h"
+#include "storage/best_times.h"
+#include "storage/pack.h"
+#include "storage/players.h"
+#include "storage/start_up.h"
+
+namespace bivouac {
+namespace {
+
+constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour of their own.
+constexpr QColor kClueText(0x10, 0x10, 0x10);
+constexpr double kSmallest = 0.6;  // Of the opening size.
+constexpr int kClueSize = 15;      // Pixels at the opening size.
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QColor ColourOf(int background) {
+  return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
+}
+
+QColor ColourOf(TextColour colour) {
+  switch (colour) {
+    case TextColour::Red:
+      return {0xFF, 0x00, 0x00};
+    case TextColour::Green:
+      return {0x00, 0xFF, 0x00};
+    case TextColour::WindowText:
+      break;
+  }
+  return kClueText;
+}
+
+/// Pure green is too bright to be read on the window's ground without a rim.
+QColor RimOf(TextColour colour) {
+  return colour == TextColour::Green ? QColor(0x00, 0x58, 0x00) : QColor();
+}
+
+const char* StateOf(TextColour colour) {
+  switch (colour) {
+    case TextColour::Red:
+      return ", too many tents";
+    case TextColour::Green:
+      return ", finished";
+    case TextColour::WindowText:
+      break;
+  }
+  return "";
+}
+
+}  // namespace
+
+const std::array<MainWindow::ButtonRow, MainWindow::kButtons> MainWindow::kButtonRows = {{
+    {"cmdOptions", &Main::cmdOptions, cmdOptions_Click, "Chooses the size of the board"},
+    {"cmdPause", &Main::cmdPause, cmdPause_Click, "Stops the clock and hides the board"},
+    {"cmdGenerate", &Main::cmdGenerate, cmdGenerate_Click, "Makes a new puzzle"},
+    {"cmdOpen", &Main::cmdOpen, cmdOpen_Click, "Opens a puzzle by its number"},
+    {"cmdNext", &Main::cmdNext, cmdNext_Click, "Opens the next puzzle"},
+    {"cmdRestart", &Main::cmdRestart, StartPuzzle, "Starts the puzzle again"},
+    {"cmdSolution", &Main::cmdSolution, cmdSolution_Click, "Shows the solution and ends the game"},
+    {"cmdUndo", &Main::cmdUndo, cmdUndo_Click, "Takes the last step back"},
+    {"cmdRedo", &Main::cmdRedo, cmdRedo_Click, "Does the step again that was taken back"},
+    {"cmdHint", &Main::cmdHint, cmdHint_Click, "Explains a step, at a price in seconds"},
+    {"cmdPlayers", &Main::cmdPlayers, cmdPlayers_Click, "Chooses who plays"},
+    {"cmdExit", &Main::cmdExit, cmdExit_Click, "Ends the program"},
+    {"cmdResetTime", &Main::cmdResetTime, cmdResetTime_Click, "Clears the times of this size"},
+}};
+
+MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
+  setObjectName(QStringLiteral("Main"));
+  setAccessibleDescription(QStringLiteral("A logic puzzle of trees and tents"));
+  QIcon icon;
+  for (const int side : {16, 48, 128}) icon.addFile(QStringLiteral(":/icon/bivouac-%1.png").arg(side));
+  setWindowIcon(icon);
+  // The colours are the game's own, whatever the desktop's theme.
+  QPalette own = palette();
+  own.setColor(QPalette::Window, QColor::fromRgb(kWindowBackground));
+  own.setColor(QPalette::WindowText, Qt::black);
+  setPalette(own);
+  setAutoFillBackground(true);
+  qApp->installEventFilter(this);
+
+  for (const ControlRow& row : ControlTable()) {
+    switch (row.Kind) {
+      case ControlKind::Button:
+        AddButton(row);
+        break;
+      case ControlKind::CheckBox:
+        sound_ = new ScaledCheckBox(Text(row.Caption), this);
+        sound_->setAccessibleDescription(QStringLiteral("Turns sounds on and off"));
+        connect(sound_, &QCheckBox::clicked, this, [this](bool checked) {
+          road_.Run([this, checked] {
+            main_.optSound.Checked = checked;
+            optSound_Click(main_);
+          });
+        });
+        AddPlaced(sound_, row);
+        break;
+      case ControlKind::Label:
+      case ControlKind::Link:
+        AddLabel(row);
+        break;
+      case ControlKind::PictureBox:
+      case ControlKind::Picture:
+        break;  // They cover the board, and are made after it.
+    }
+  }
+  AddClueLabels();
+  status_ = new StatusBar(this);
+  board_ = new BoardWidget(
+      main_, [this](int index) { road_.Run([this, index] { Grid_Click(main_, index); }); }, this);
+  AddShield();
+
+  ConnectTimer(timer1_, Timer1_Timer);
+  ConnectTimer(timer2_, Timer2_Timer);
+  ConnectTimer(timer3_, Timer3_Timer);
+  setMinimumSize(static_cast<int>(kWindowWidth * kSmallest / kTwipsPerPixel),
+                 static_cast<int>(kWindowHeight * kSmallest / kTwipsPerPixel));
+  resize(kWindowWidth / kTwipsPerPixel, kWindowHeight / kTwipsPerPixel);
+}
+
+void MainWindow::AddPlaced(QWidget* widget, const ControlRow& row) {
+  widget->setObjectName(Text(row.Name));
+  widget->setToolTip(Text(row.ToolTip));
+  placed_.push_back({widget, row.At});
+}
+
+void MainWindow::AddButton(const ControlRow& row) {
+  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
+    if (row.Name != kButtonRows[i].Name) continue;
+    auto* button = new ColourButton(Text(row.Caption), ColourOf(row.Background), this);
+    button->setAccessibleDescription(QString::fromLatin1(kButtonRows[i].Description));
+    connect(button, &QPushButton::clicked, this, [this, click = kButtonRows[i].Click] { Run(click); });
+    AddPlaced(button, row);
+    buttons_[i] = button;
+  }
+}
+
+void MainWindow::AddLabel(const ControlRow& row) {
+  LabelLook look{.Background = ColourOf(row.Background)};
+  const bool link = row.Kind == ControlKind::Link;
+  if (link) {
+    look.Text = QColor::fromRgb(row.Name == "Label2" ? kLinkSoftwareText : kLinkMakerText);
+    look.LargestText = 18;
+    look.Bold = true;
+  } else if (row.Name == "lblHint") {
+    look.Alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    look.LargestText = 14;
+  } else {
+    look.LargestText = 17;
+    look.Bold = true;
+  }
+  auto* label = new TextLabel(look, this);
+  AddPlaced(label, row);
+  label->SetText(Text(row.Caption));
+  label->setAccessibleDescription(row.ToolTip.empty() ? QStringLiteral("Rules and hints") : label->toolTip());
+  if (link) {
+    label->setCursor(Qt::PointingHandCursor);
+    label->setFocusPolicy(Qt::TabFocus);
+    label->SetClick([this, click = row.Name == "Label2" ? Label2_Click : Label3_Click] { Run(click); });
+  }
+  if (row.Name == "LabelTijd") time_ = label;
+  if (row.Name == "LabelStap") steps_ = label;
+  if (row.Name == "lblHint") {
+    hint_ = label;
+    label->SetClick([this] { Run(lblHint_Click); });
+  }
+}
+
+void MainWindow::AddClueLabels() {
+  const auto add = [this](const char* name, int line) {
+    auto* label = new TextLabel({.LargestText = kClueSize, .Bold = true}, this);
+    label->setObjectName(QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(line));
+    label->hide();
+    return label;
+  };
+  for (int line = 0; line < kMaxSize; ++line) {
+    const auto i = static_cast<std::size_t>(line);
+    rowClues_[i].Widget = add("RowCnt", line);
+    colClues_[i].Widget = add("ColCnt", line);
+  }
+}
+
+void MainWindow::AddShield() {
+  shield_ = new QWidget(this);
+  shield_->setAutoFillBackground(true);
+  const ControlRow& box = ControlNamed("Shield");
+  QPalette white = shield_->palette();
+  white.setColor(QPalette::Window, ColourOf(box.Background));
+  shield_->setPalette(white);
+  shield_->setAccessibleName(QStringLiteral("Shield"));
+  shield_->setAccessibleDescription(QStringLiteral("Hides the board during a pause"));
+  shield_->hide();
+  AddPlaced(shield_, box);
+
+  ControlRow picture = ControlNamed("Picture1");
+  continue_ = new TextLabel({}, shield_);
+  continue_->setAccessibleName(QStringLiteral("CONTINUE"));
+  continue_->setAccessibleDescription(QStringLiteral("Ends the pause"));
+  continue_->setCursor(Qt::PointingHandCursor);
+  continue_->setFocusPolicy(Qt::TabFocus);
+  continue_->SetClick([this] { Run(Picture1_Click); });
+  continue_->setObjectName(Text(picture.Name));
+}
+
+void MainWindow::ConnectTimer(QTimer& timer, void (*tick)(Main& main)) {
+  connect(&timer, &QTimer::timeout, this, [this, tick] { Run(tick); });
+}
+
+void MainWindow::Run(void (*handler)(Main& main)) {
+  road_.Run([this, handler] { handler(main_); });
+}
+
+void MainWindow::Draw() {
+  if (main_.Caption != drawnTitle_) {
+    drawnTitle_ = main_.Caption;
+    setWindowTitle(Text(drawnTitle_));
+    setAccessibleName(windowTitle());
+  }
+  board_->Draw();
+  DrawClues();
+  status_->Draw(main_.StatusBar1);
+  time_->SetText(Text(main_.LabelTijd.Caption));
+  steps_->SetText(Text(main_.LabelStap.Caption));
+  DrawHint();
+  DrawShield();
+  DrawButtons();
+  DrawTimers();
+  if (main_.Visible && !isVisible()) ShowFirst();
+}
+
+void MainWindow::DrawClues() {
+  for (int line = 0; line < kMaxSize; ++line) {
+    const auto i = static_cast<std::size_t>(line);
+    DrawClue(main_.RowCnt[line], rowClues_[i], QStringLiteral("row %1").arg(line + 1));
+    DrawClue(main_.ColCnt[line], colClues_[i], QStringLiteral("column %1").arg(line + 1));
+  }
+}
+
+void MainWindow::DrawClue(const Label& value, ClueLabel& clue, const QString& line) {
+  TextLabel& label = *clue.Widget;
+  if (clue.At != value.At) {
+    clue.At = value.At;
+    label.setGeometry(scale_.Map(value.At));
+    label.FitText(Unit());
+  }
+  label.SetText(Text(value.Caption));
+  if (clue.ForeColor != value.ForeColor || label.accessibleDescription().isEmpty()) {
+    clue.ForeColor = value.ForeColor;
+    label.SetTextColour(ColourOf(value.ForeColor), RimOf(value.ForeColor));
+    label.setAccessibleDescription(QStringLiteral("Tents in ") + line +
+                                   QLatin1String(StateOf(value.ForeColor)));
+  }
+  if (label.isHidden() == value.Visible) label.setVisible(value.Visible);
+}
+
+/// A text other than the rules waits for a click: a hint on show, or the word that there is none.
+bool MainWindow::HintTakesClicks() const {
+  return !main_.lblHint.Caption.empty() && main_.lblHint.Caption != RulesText();
+}
+
+void MainWindow::DrawHint() {
+  hint_->SetText(Text(main_.lblHint.Caption));
+  const bool takesClicks = HintTakesClicks();
+  if (takesClicks == hintTakesClicks_) return;
+  hintTakesClicks_ = takesClicks;
+  hint_->setCursor(takesClicks ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  hint_->setFocusPolicy(takesClicks ? Qt::TabFocus : Qt::NoFocus);
+  hint_->setAccessibleDescription(takesClicks ? QStringLiteral("The hint. Press Escape to go on")
+                                              : QStringLiteral("Rules and hints"));
+}
+
+void MainWindow::DrawShield() {
+  if (shield_->isHidden() != main_.Shield.Visible) return;
+  if (main_.Shield.Visible && !continue_->HasPicture()) {
+    continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png")));
+  }
+  shield_->setVisible(main_.Shield.Visible);
+}
+
+void MainWindow::DrawButtons() {
+  // What gets enabled comes first: the focus can then go where play goes on.
+  for (const bool enabled : {true, false}) {
+    if (!enabled) KeepFocusInPlay();
+    for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
+      if ((main_.*kButtonRows[i].Value).Enabled == enabled) buttons_[i]->setEnabled(enabled);
+    }
+  }
+  sound_->setEnabled(main_.optSound.Enabled);
+  sound_->setChecked(main_.optSound.Checked);
+}
+
+/// A control that is about to lose the focus, because it cannot have it any longer, hands it to what waits
+/// for the player next.
+void MainWindow::KeepFocusInPlay() {
+  QWidget* const focus = focusWidget();
+  if (focus == nullptr) return;
+  bool stays = focus->isVisibleTo(this) && focus->focusPolicy() != Qt::NoFocus;
+  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
+    if (focus == buttons_[i]) stays = (main_.*kButtonRows[i].Value).Enabled;
+  }
+  if (focus == board_ && main_.Shield.Visible) stays = false;
+  if (stays) return;
+  QWidget* next = board_;
+  if (hintTakesClicks_) next = hint_;
+  if (main_.Shield.Visible) next = continue_;
+  next->setFocus(keyUsedLast_ ? Qt::TabFocusReason : Qt::OtherFocusReason);
+}
+
+void MainWindow::DrawTimers() {
+  const auto draw = [](const Timer& value, QTimer& timer) {
+    if (timer.isActive() && (!value.Enabled || timer.interval() != value.Interval)) timer.stop();
+    if (value.Enabled && !timer.isActive()) timer.start(value.Interval);
+  };
+  draw(main_.Timer1, timer1_);
+  draw(main_.Timer2, timer2_);
+  draw(main_.Timer3, timer3_);
+}
+
+/// The window stands where Main says, unless the screen is too small for its opening size.
+void MainWindow::ShowFirst() {
+  const QRect room = screen()->availableGeometry();
+  if (size().width() <= room.width() && size().height() <= room.height()) {
+    move(screen()->geometry().topLeft() + QPoint(main_.Left, main_.Top) / kTwipsPerPixel);
+  } else {
+    const QSize fitted = size().scaled(room.size() * 0.95, Qt::KeepAspectRatio);
+    resize(fitted);
+    move(room.center() - QRect(QPoint(0, 0), fitted).center());
+  }
+  LayOut();
+  show();
+}
+
+void MainWindow::LayOut() {
+  scale_ = Scale::ToFit(size());
+  const double unit = Unit();
+  for (const Placed& placed : placed_) {
+    placed.Widget->setGeometry(scale_.Map(placed.At));
+    if (auto* button = dynamic_cast<ColourButton*>(placed.Widget)) button->FitText(unit);
+    if (auto* label = dynamic_cast<TextLabel*>(placed.Widget)) label->FitText(unit);
+  }
+  sound_->FitText(unit);
+  for (auto* clues : {&rowClues_, &colClues_}) {
+    for (ClueLabel& clue : *clues) {
+      clue.Widget->setGeometry(scale_.Map(clue.At));
+      clue.Widget->FitText(unit);
+    }
+  }
+  const Place box = ControlNamed("Shield").At;
+  Place picture = ControlNamed("Picture1").At;
+  picture.Left += box.Left;
+  picture.Top += box.Top;
+  continue_->setGeometry(scale_.Map(picture).translated(-shield_->pos()));
+  const QRect bar = scale_.Map({0, kWindowHeight - kStatusBarHeight, kWindowWidth, kStatusBarHeight});
+  status_->setGeometry(bar);
+  status_->LayOut(unit);
+  board_->SetScale(scale_);
+}
+
+void MainWindow::resizeEvent(QResizeEvent*) {
+  LayOut();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Run([](Main& main) { Form_QueryUnload(main); });
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && HintTakesClicks()) return Run(lblHint_Click);
+  QWidget::keyPressEvent(event);
+}
+
+bool MainWindow::eventFilter(QObject*, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) keyUsedLast_ = true;
+  if (event->type() == QEvent::MouseButtonPress) keyUsedLast_ = false;
+  return false;
+}
+
+}  // namespace bivouac

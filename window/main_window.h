@@ -1,0 +1,99 @@
+// The window of the game: draws the values of Main and sends events down the one road.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <array>
+#include <vector>
+
+#include "game/game_state.h"
+#include "window/board_widget.h"
+#include "window/event_road.h"
+#include "window/scale.h"
+#include "window/status_bar.h"
+#include "window/widgets.h"
+
+namespace bivouac {
+
+class MainWindow : public QWidget {
+ public:
+  MainWindow(Main& main, EventRoad& road);
+
+  /// Compares the values of Main with what was last drawn, and draws what changed. Shows the window once Main
+  /// says that it is visible.
+  void Draw();
+  /// Length of a pixel of the window's opening size, in present pixels.
+  double Unit() const { return scale_.Factor * kTwipsPerPixel; }
+  BoardWidget& Board() const { return *board_; }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct ButtonRow {
+    const char* Name;
+    Button Main::*Value;
+    void (*Click)(Main& main);
+    const char* Description;
+  };
+  static constexpr int kButtons = 13;
+  static const std::array<ButtonRow, kButtons> kButtonRows;
+
+  /// A widget whose place is fixed at design.
+  struct Placed {
+    QWidget* Widget;
+    Place At;
+  };
+  /// A clue label and what was last drawn of it.
+  struct ClueLabel {
+    TextLabel* Widget = nullptr;
+    TextColour ForeColor = TextColour::WindowText;
+    Place At;
+  };
+
+  void AddPlaced(QWidget* widget, const ControlRow& row);
+  void AddButton(const ControlRow& row);
+  void AddLabel(const ControlRow& row);
+  void AddClueLabels();
+  void AddShield();
+  void ConnectTimer(QTimer& timer, void (*tick)(Main& main));
+
+  void Run(void (*handler)(Main& main));
+  void LayOut();
+  void ShowFirst();
+  void DrawClues();
+  void DrawClue(const Label& value, ClueLabel& clue, const QString& line);
+  void DrawHint();
+  void DrawShield();
+  void DrawButtons();
+  void DrawTimers();
+  bool HintTakesClicks() const;
+  void KeepFocusInPlay();
+
+  Main& main_;
+  EventRoad& road_;
+  Scale scale_;
+
+  std::vector<Placed> placed_;
+  std::array<ColourButton*, kButtons> buttons_{};
+  ScaledCheckBox* sound_ = nullptr;
+  TextLabel* time_ = nullptr;
+  TextLabel* steps_ = nullptr;
+  TextLabel* hint_ = nullptr;
+  std::array<ClueLabel, kMaxSize> rowClues_;
+  std::array<ClueLabel, kMaxSize> colClues_;
+  StatusBar* status_ = nullptr;
+  BoardWidget* board_ = nullptr;
+  QWidget* shield_ = nullptr;
+  TextLabel* continue_ = nullptr;  ///< Picture1.
+  QTimer timer1_, timer2_, timer3_;
+
+  std::string drawnTitle_;
+  bool hintTakesClicks_ = false;
+  bool keyUsedLast_ = false;
+};
+
+}  // namespace bivouac

@@ -1,0 +1,235 @@
+#include "window/player_dialog.h"
+
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <cmath>
+
+namespace bivouac {
+namespace {
+
+constexpr int kText = 13;  // Pixels at the main window's opening size.
+constexpr int kListWidth = 190;
+constexpr int kListHeight = 170;
+
+int Scaled(int atOpeningSize, double unit) {
+  return std::max(1, static_cast<int>(std::lround(atOpeningSize * unit)));
+}
+
+bool IsEnter(int key) {
+  return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+}  // namespace
+
+const std::array<PlayerDialog::ButtonRow, PlayerDialog::kButtons> PlayerDialog::kButtonRows = {{
+    {"KnopNieuweSpeler", "&New Player", "Adds a player", &FormNamen::KnopNieuweSpeler,
+     KnopNieuweSpeler_Click},
+    {"KnopWijzigen", "&Edit Player", "Changes the name of the selected player", &FormNamen::KnopWijzigen,
+     KnopWijzigen_Click},
+    {"KnopOK", "&OK", "Plays as the selected player", &FormNamen::KnopOK, KnopOK_Click},
+    {"CommandFree", "&Free Play", "Plays as nobody: no times are kept", &FormNamen::CommandFree,
+     CommandFree_Click},
+    {"KnopAnnuleren", "&Cancel", "Closes without a change of player", &FormNamen::KnopAnnuleren,
+     KnopAnnuleren_Click},
+}};
+
+PlayerDialog::PlayerDialog(FormNamen& form, EventRoad& road, QWidget* mainWindow)
+    : QDialog(mainWindow), form_(form), road_(road) {
+  setObjectName(QStringLiteral("FormNamen"));
+  setWindowTitle(QStringLiteral("Players"));
+  setAccessibleName(windowTitle());
+  setAccessibleDescription(QStringLiteral("Chooses who plays"));
+
+  auto* text = new QLabel(QString::fromLatin1(kPlayerDialogText), this);
+  text->setObjectName(QStringLiteral("Label1"));
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  text->setAccessibleName(text->text());
+  text->setAccessibleDescription(QStringLiteral("What to do here"));
+
+  list_ = new QListWidget(this);
+  list_->setObjectName(QStringLiteral("NaamLijst"));
+  list_->setAccessibleName(QStringLiteral("Players"));
+  list_->setAccessibleDescription(QStringLiteral("The names of the players"));
+  list_->setUniformItemSizes(true);
+  list_->installEventFilter(this);
+  connect(list_, &QListWidget::itemSelectionChanged, this, [this] { TakeSelection(); });
+  connect(list_, &QListWidget::itemDoubleClicked, this, [this] { Run(NaamLijst_DblClick); });
+
+  field_ = new QLineEdit(this);
+  field_->setObjectName(QStringLiteral("NaamInvoerveld"));
+  field_->setAccessibleName(QStringLiteral("Name"));
+  field_->setAccessibleDescription(QStringLiteral("The name of the player. Enter keeps it, Escape drops it"));
+  field_->installEventFilter(this);
+  connect(field_, &QLineEdit::textEdited, this, [this](const QString& edited) { KeepFieldShort(edited); });
+
+  auto* buttonColumn = new QVBoxLayout;
+  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
+    const ButtonRow& row = kButtonRows[i];
+    auto* button = new QPushButton(QString::fromLatin1(row.Caption), this);
+    button->setObjectName(QString::fromLatin1(row.Name));
+    button->setAccessibleName(button->text().remove(QLatin1Char('&')));
+    button->setAccessibleDescription(QString::fromLatin1(row.Description));
+    // Enter in the field must press no button.
+    button->setAutoDefault(false);
+    button->installEventFilter(this);
+    connect(button, &QPushButton::clicked, this, [this, &row] { Run(row.Click); });
+    buttonColumn->addWidget(button);
+    buttons_[i] = button;
+  }
+  buttonColumn->addStretch();
+
+  auto* grid = new QGridLayout(this);
+  grid->addWidget(text, 0, 0, 1, 2);
+  grid->addWidget(list_, 1, 0);
+  grid->addWidget(field_, 2, 0);
+  grid->addLayout(buttonColumn, 1, 1, 2, 1);
+  grid->setColumnStretch(0, 1);
+}
+
+void PlayerDialog::Resize(double unit) {
+  QFont plain = font();
+  plain.setPixelSize(Scaled(kText, unit));
+  setFont(plain);
+  QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  fixed.setPixelSize(Scaled(kText, unit));
+  list_->setFont(fixed);
+  field_->setFont(fixed);
+  list_->setMinimumSize(Scaled(kListWidth, unit), Scaled(kListHeight, unit));
+  layout()->setContentsMargins(Scaled(12, unit), Scaled(12, unit), Scaled(12, unit), Scaled(12, unit));
+  layout()->setSpacing(Scaled(8, unit));
+  adjustSize();
+}
+
+void PlayerDialog::ShowModal(double unit) {
+  Resize(unit);
+  form_.Visible = true;
+  Form_Activate(form_);
+  Draw();
+  if (parentWidget() != nullptr) {
+    move(parentWidget()->geometry().center() - rect().center());
+  }
+  (form_.NaamLijst.Enabled ? static_cast<QWidget*>(list_) : field_)->setFocus();
+  exec();
+  form_.Visible = false;
+  hide();
+}
+
+void PlayerDialog::Draw() {
+  if (!form_.Visible) {
+    if (isVisible()) done(Rejected);
+    return;
+  }
+  // What gets enabled comes first: a disabled control cannot take the focus that another loses.
+  list_->setEnabled(form_.NaamLijst.Enabled);
+  field_->setEnabled(form_.NaamInvoerveld.Enabled);
+  DrawList();
+  const QString text = QString::fromStdString(form_.NaamInvoerveld.Text);
+  if (field_->text() != text) field_->setText(text);
+  DrawFocus();
+  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
+    buttons_[i]->setEnabled((form_.*kButtonRows[i].Value).Enabled);
+  }
+}
+
+void PlayerDialog::DrawList() {
+  const QSignalBlocker silence(list_);
+  if (drawnItems_ != form_.NaamLijst.Items) {
+    drawnItems_ = form_.NaamLijst.Items;
+    list_->clear();
+    for (const std::string& item : drawnItems_) list_->addItem(QString::fromStdString(item));
+  }
+  const int index = form_.NaamLijst.ListIndex;
+  if (index < 0) {
+    list_->setCurrentRow(-1);
+    list_->clearSelection();
+  } else {
+    list_->setCurrentRow(index);
+  }
+}
+
+void PlayerDialog::DrawFocus() {
+  if (form_.Focus == drawnFocus_) return;
+  drawnFocus_ = form_.Focus;
+  if (drawnFocus_ == FormNamen::FocusOn::NaamInvoerveld) {
+    field_->setFocus();
+    field_->end(false);
+  } else {
+    list_->setFocus();
+  }
+}
+
+void PlayerDialog::Run(void (*handler)(FormNamen& form)) {
+  road_.Run([this, handler] { handler(form_); });
+}
+
+void PlayerDialog::TakeSelection() {
+  const QModelIndexList selected = list_->selectionModel()->selectedRows();
+  form_.NaamLijst.ListIndex = selected.isEmpty() ? -1 : selected.front().row();
+  Run(NaamLijst_Click);
+}
+
+/// What was just put in front of the cursor is cut until the field holds no more than it takes.
+void PlayerDialog::KeepFieldShort(const QString& text) {
+  auto before = text.left(field_->cursorPosition()).toUcs4();
+  const auto after = text.mid(field_->cursorPosition()).toUcs4();
+  const auto excess = before.size() + after.size() - kNameFieldLength;
+  if (excess > 0) {
+    before.resize(std::max<qsizetype>(before.size() - excess, 0));
+    const QString head = QString::fromUcs4(reinterpret_cast<const char32_t*>(before.data()), before.size());
+    const QString tail = QString::fromUcs4(reinterpret_cast<const char32_t*>(after.data()), after.size());
+    field_->setText(head + tail);
+    field_->setCursorPosition(static_cast<int>(head.size()));
+  }
+  form_.NaamInvoerveld.Text = field_->text().toStdString();
+}
+
+void PlayerDialog::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Run(KnopAnnuleren_Click);
+}
+
+/// Escape anywhere but in the field.
+void PlayerDialog::reject() {
+  if (form_.KnopAnnuleren.Enabled) {
+    Run(KnopAnnuleren_Click);
+  } else {
+    road_.Run([this] { NaamInvoerveld_KeyPress(form_, Key::Escape); });
+  }
+}
+
+bool PlayerDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (watched == field_) {
+    if (!IsEnter(key) && key != Qt::Key_Escape) return false;
+    road_.Run([this, key] { NaamInvoerveld_KeyPress(form_, IsEnter(key) ? Key::Enter : Key::Escape); });
+    return true;
+  }
+  if (watched == list_) return ListKey(key);
+  if (auto* button = qobject_cast<QPushButton*>(watched); button != nullptr && IsEnter(key)) {
+    button->click();
+    return true;
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+/// Enter chooses the selected player. With none selected, the first arrow key selects the first.
+bool PlayerDialog::ListKey(int key) {
+  if (IsEnter(key)) {
+    if (form_.KnopOK.Enabled) Run(KnopOK_Click);
+    return true;
+  }
+  const bool moves = key == Qt::Key_Down || key == Qt::Key_Up;
+  if (!moves || form_.NaamLijst.ListIndex >= 0 || list_->count() == 0) return false;
+  list_->setCurrentRow(0);
+  list_->item(0)->setSelected(true);
+  return true;
+}
+
+}  // namespace bivouac

@@ -1,0 +1,58 @@
+// The dialog of the players, drawn from the values of FormNamen.
+#pragma once
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <array>
+
+#include "storage/players.h"
+#include "window/event_road.h"
+
+namespace bivouac {
+
+class PlayerDialog : public QDialog {
+ public:
+  PlayerDialog(FormNamen& form, EventRoad& road, QWidget* mainWindow);
+
+  /// Shows the dialog over the middle of the main window and holds the caller until it is hidden. `unit` is
+  /// the length of a pixel of the window's opening size.
+  void ShowModal(double unit);
+  /// Draws what changed in the values, and hides the dialog once they say so.
+  void Draw();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void reject() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct ButtonRow {
+    const char* Name;
+    const char* Caption;
+    const char* Description;
+    Button FormNamen::*Value;
+    void (*Click)(FormNamen& form);
+  };
+  static constexpr int kButtons = 5;
+  static const std::array<ButtonRow, kButtons> kButtonRows;
+
+  void Run(void (*handler)(FormNamen& form));
+  void Resize(double unit);
+  void KeepFieldShort(const QString& text);
+  void TakeSelection();
+  bool ListKey(int key);
+  void DrawList();
+  void DrawFocus();
+
+  FormNamen& form_;
+  EventRoad& road_;
+  QListWidget* list_;
+  QLineEdit* field_;
+  std::array<QPushButton*, kButtons> buttons_{};
+  std::vector<std::string> drawnItems_;
+  FormNamen::FocusOn drawnFocus_ = FormNamen::FocusOn::NaamLijst;
+};
+
+}  // namespace bivouac

@@ -1,0 +1,40 @@
+// The whole program: the state, the window that draws it, and the desktop, wired together.
+#pragma once
+
+#include "game/game_state.h"
+#include "storage/players.h"
+#include "window/event_road.h"
+#include "window/main_window.h"
+#include "window/player_dialog.h"
+#include "window/qt_desktop.h"
+#include "window/sound_player.h"
+
+namespace bivouac {
+
+/// Requires: a QApplication.
+class Program {
+ public:
+  explicit Program(SoundPlayer& sound);
+
+  /// Starts the game up and lets events run until the program ends. Returns its exit status.
+  int Run();
+
+  Main& State() { return main_; }
+  FormNamen& Players() { return form_; }
+  MainWindow& Window() { return window_; }
+  PlayerDialog& Dialog() { return dialog_; }
+
+ private:
+  void Draw();
+  void Report(const std::string& line);
+
+  QtDesktop desktop_;
+  Global global_;
+  Main main_;
+  FormNamen form_;
+  EventRoad road_;
+  MainWindow window_;
+  PlayerDialog dialog_;
+};
+
+}  // namespace bivouac

@@ -1,0 +1,169 @@
+#include "window/qt_desktop.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QScreen>
+#include <QStandardPaths>
+#include <QTime>
+
+#include "window/boxes.h"
+
+namespace bivouac {
+namespace {
+
+constexpr int kLocalDataFolder = 28;
+constexpr int kFolderNotFound = 1;
+constexpr int kGoodCode = 42;  // Any code of 33 or above tells of success.
+constexpr int kNotFoundCode = 2;
+constexpr int kNotStartedCode = 31;
+
+// A yield looks at the clock once in so many calls: inner loops make millions a second.
+constexpr unsigned kYieldsPerLook = 32;
+constexpr auto kBetweenEvents = std::chrono::milliseconds(8);
+constexpr int kSoundRestAfter = 3000;  // Milliseconds.
+
+QString SettingName(std::string_view section, std::string_view key) {
+  return QString::fromUtf8(section.data(), static_cast<qsizetype>(section.size())) + QLatin1Char('/') +
+         QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+}
+
+std::string PathText(const QString& path) {
+  return QFile::encodeName(path).toStdString();
+}
+
+}  // namespace
+
+QtDesktop::QtDesktop(SoundPlayer& sound)
+    : sound_(sound), settings_(QSettings::NativeFormat, QSettings::UserScope, "Bivouac", "Bivouac") {
+  settings_.setFallbacksEnabled(false);
+  soundRest_.setSingleShot(true);
+  soundRest_.setInterval(kSoundRestAfter);
+  QObject::connect(&soundRest_, &QTimer::timeout, [this] {
+    if (sound_.Playing()) {
+      soundRest_.start();
+    } else {
+      sound_.Rest();
+    }
+  });
+}
+
+void QtDesktop::Attach(EventRoad& road, MainWindow& window, PlayerDialog& players) {
+  road_ = &road;
+  window_ = &window;
+  players_ = &players;
+}
+
+std::string QtDesktop::SettingsPath() const {
+  return PathText(settings_.fileName());
+}
+
+QWidget* QtDesktop::BoxParent() const {
+  if (players_ != nullptr && players_->isVisible()) return players_;
+  return window_ != nullptr && window_->isVisible() ? window_ : nullptr;
+}
+
+BoxAnswer QtDesktop::Show(const MessageBox& box) {
+  road_->ThrowIfEnded();
+  road_->Draw();
+  const BoxAnswer answer = ShowMessageBox(BoxParent(), box);
+  road_->ThrowIfEnded();
+  return answer;
+}
+
+std::string QtDesktop::Show(const InputBox& box) {
+  road_->ThrowIfEnded();
+  road_->Draw();
+  const std::string answer = ShowInputBox(BoxParent(), box);
+  road_->ThrowIfEnded();
+  return answer;
+}
+
+void QtDesktop::ShowPlayerDialog() {
+  road_->ThrowIfEnded();
+  road_->Draw();
+  players_->ShowModal(window_->Unit());
+  road_->ThrowIfEnded();
+}
+
+void QtDesktop::Beep() {
+  QApplication::beep();
+}
+
+void QtDesktop::Yield() {
+  if (++yields_ % kYieldsPerLook != 0) return;
+  if (std::chrono::steady_clock::now() - lastEvents_ < kBetweenEvents) return;
+  LetEventsRun();
+}
+
+void QtDesktop::LetEventsRun() {
+  road_->ThrowIfEnded();
+  road_->Draw();
+  QCoreApplication::processEvents();
+  lastEvents_ = std::chrono::steady_clock::now();
+  road_->ThrowIfEnded();
+}
+
+std::string QtDesktop::TimeOfDay() {
+  return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString();
+}
+
+std::uint64_t QtDesktop::RandomSeed() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  const auto seed =
+      static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
+  lastSeed_ = seed == lastSeed_ ? seed + 1 : seed;
+  return lastSeed_;
+}
+
+std::string QtDesktop::GetSetting(std::string_view section, std::string_view key, std::string_view fallback) {
+  const QVariant value = settings_.value(SettingName(section, key));
+  if (!value.isValid()) return std::string(fallback);
+  // A text with commas that was written by hand is read as a list.
+  return value.toStringList().join(QLatin1String(", ")).toStdString();
+}
+
+void QtDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+  settings_.setValue(SettingName(section, key),
+                     QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())));
+  settings_.sync();
+}
+
+std::string QtDesktop::ProgramFolder() {
+  return PathText(QCoreApplication::applicationDirPath());
+}
+
+FolderAnswer QtDesktop::SpecialFolder(int number) {
+  if (number != kLocalDataFolder) return {kFolderNotFound, ""};
+  const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  if (path.isEmpty()) return {kFolderNotFound, ""};
+  QDir().mkpath(path);
+  return {0, PathText(path)};
+}
+
+ScreenSize QtDesktop::Screen() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return {kWindowWidth, kWindowHeight};
+  return {screen->size().width() * kTwipsPerPixel, screen->size().height() * kTwipsPerPixel};
+}
+
+void QtDesktop::PlaySound(int id) {
+  sound_.Play(id);
+  soundRest_.start();
+}
+
+ProgramAnswer QtDesktop::FindExecutable(const std::string&, const std::string&) {
+  const QString program = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+  if (program.isEmpty()) return {kNotFoundCode, ""};
+  return {kGoodCode, PathText(program)};
+}
+
+int QtDesktop::ShellExecute(std::string_view, const std::string& program, const std::string& parameters,
+                            const std::string&, int) {
+  const bool started = QProcess::startDetached(QFile::decodeName(QByteArray::fromStdString(program)),
+                                               {QString::fromStdString(parameters)});
+  return started ? kGoodCode : kNotStartedCode;
+}
+
+}  // namespace bivouac

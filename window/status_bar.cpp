@@ -1,0 +1,81 @@
+#include "window/status_bar.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "window/text_fit.h"
+
+namespace bivouac {
+namespace {
+
+constexpr int kLargestText = 11;  // Pixels at the window's opening size.
+constexpr int kSmallestText = 9;  // A panel whose text needs less gets two lines.
+constexpr QColor kGround(0xF0, 0xF0, 0xF0);
+constexpr QColor kLine(0xB8, 0xB8, 0xB8);
+
+}  // namespace
+
+StatusBar::StatusBar(QWidget* parent) : QWidget(parent) {
+  setObjectName(QStringLiteral("StatusBar1"));
+  setAccessibleName(QStringLiteral("Status bar"));
+  setAccessibleDescription(QStringLiteral("What is known of the current puzzle"));
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    const PanelRow& row = PanelTable()[i];
+    const QString tip = QString::fromUtf8(row.ToolTip.data(), static_cast<qsizetype>(row.ToolTip.size()));
+    auto* label = new TextLabel({.Alignment = Qt::AlignLeft | Qt::AlignVCenter}, this);
+    label->setObjectName(QStringLiteral("StatusBar1.Panels(%1)").arg(i + 1));
+    label->setAccessibleDescription(tip);
+    label->setToolTip(tip);
+    labels_[i] = label;
+  }
+}
+
+void StatusBar::Draw(const FixedArray<Panel, 6>& panels) {
+  bool changed = false;
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    const std::string& text = panels[static_cast<int>(i)].Text;
+    if (text == drawn_[i]) continue;
+    drawn_[i] = text;
+    labels_[i]->SetText(QString::fromStdString(text));
+    changed = true;
+  }
+  if (changed) FitTexts();
+}
+
+void StatusBar::LayOut(double unit) {
+  unit_ = unit;
+  const int gap = static_cast<int>(std::ceil(4 * unit));
+  int before = 0;
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    const int left = width() * before / kPanelWidths;
+    before += PanelTable()[i].Width;
+    const int right = width() * before / kPanelWidths;
+    labels_[i]->setGeometry(left + gap, 1, right - left - gap - gap / 2, height() - 1);
+  }
+  FitTexts();
+}
+
+/// One size for all texts that fit on a line of at least the smallest size; others are wrapped.
+void StatusBar::FitTexts() {
+  const int smallest = static_cast<int>(std::lround(kSmallestText * unit_));
+  int common = static_cast<int>(std::lround(kLargestText * unit_));
+  for (TextLabel* label : labels_) {
+    const QFont font =
+        FittingFont(label->font(), label->text(), label->TextRoom(), common, Wrapping::OneLine);
+    if (font.pixelSize() >= smallest) common = font.pixelSize();
+  }
+  for (TextLabel* label : labels_) label->FitTextBelow(common);
+}
+
+void StatusBar::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), kGround);
+  painter.fillRect(0, 0, width(), 1, kLine);
+  int before = 0;
+  for (const PanelRow& row : PanelTable().first(labels_.size() - 1)) {
+    before += row.Width;
+    painter.fillRect(width() * before / kPanelWidths, height() / 5, 1, height() * 3 / 5, kLine);
+  }
+}
+
+}  // namespace bivouac

@@ -1,0 +1,98 @@
+// The widgets that the main window is made of. Each chooses the size of its text by measuring.
+#pragma once
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <functional>
+
+namespace bivouac {
+
+/// A button in a colour of its own. Space and Enter press it.
+class ColourButton : public QPushButton {
+ public:
+  ColourButton(const QString& text, QColor colour, QWidget* parent);
+
+  /// Fits the text. `unit` is the length of a pixel of the window's opening size.
+  void FitText(double unit);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  QColor colour_;
+  double unit_ = 1;
+};
+
+/// A check box that grows with the window. Space and Enter change it.
+class ScaledCheckBox : public QCheckBox {
+ public:
+  ScaledCheckBox(const QString& text, QWidget* parent);
+
+  void FitText(double unit);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool hitButton(const QPoint& point) const override { return rect().contains(point); }
+
+ private:
+  double unit_ = 1;
+};
+
+/// How a TextLabel looks.
+struct LabelLook {
+  QColor Background = QColor();  ///< Invalid: none.
+  QColor Text = Qt::black;
+  Qt::Alignment Alignment = Qt::AlignCenter;
+  int LargestText = 13;  ///< Pixels at the window's opening size.
+  bool Bold = false;
+  bool Underlined = false;
+};
+
+/// Plain text that is wrapped at words and shrunk until it lies wholly within the label; or a picture,
+/// stretched over it.
+class TextLabel : public QLabel {
+ public:
+  using Click = std::function<void()>;
+
+  TextLabel(const LabelLook& look, QWidget* parent);
+
+  void SetText(const QString& text);
+  /// A valid `rim` goes round the letters, for a colour that hardly shows on the window's ground.
+  void SetTextColour(QColor colour, QColor rim = QColor());
+  void SetPicture(const QImage& picture);
+  bool HasPicture() const { return !picture_.isNull(); }
+  /// The label takes clicks: presses of any button of the mouse and, when it has the focus, Space and Enter.
+  void SetClick(Click click);
+  bool TakesClicks() const { return static_cast<bool>(click_); }
+  void Press() {
+    if (click_) click_();
+  }
+  void FitText(double unit);
+  /// Fits the text into at most that size, in present pixels.
+  void FitTextBelow(int largest);
+  /// The room that the text has.
+  QSize TextRoom() const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  int Margin() const;
+
+  LabelLook look_;
+  QColor rim_;
+  Click click_;
+  QImage picture_;
+  QPixmap stretched_;
+  double unit_ = 1;
+};
+
+}  // namespace bivouac
