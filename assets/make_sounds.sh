@@ -18,11 +18,11 @@ product() { awk "BEGIN { print $1 * $2 }"; }
 # note FILE SECONDS START PITCH: a struck bar, that is a tone and a quieter, shorter one two octaves up.
 note() {
   sox -R -D -n -r 44100 -c 1 -e float -b 32 "$scratch/low.wav" \
-    synth "$2" sine "$4" fade l 0.004 "$2" "$(product "$2" 0.97)" gain -4
+    synth "$2" sine "$4" fade l 0.004 "$2" "$(product "$2" 0.9)" gain -4
   sox -R -D -n -r 44100 -c 1 -e float -b 32 "$scratch/high.wav" \
     synth "$(product "$2" 0.4)" sine "$(product "$4" 4)" \
-    fade l 0.002 "$(product "$2" 0.4)" "$(product "$2" 0.38)" gain -20
-  sox -R -D -m -v 1 "$scratch/low.wav" -v 1 "$scratch/high.wav" "$scratch/$1.wav" pad "$3" 0
+    fade l 0.002 "$(product "$2" 0.4)" "$(product "$2" 0.35)" gain -20
+  sox -R -D -m -v 0.5 "$scratch/low.wav" -v 0.5 "$scratch/high.wav" "$scratch/$1.wav" pad "$3" 0
 }
 
 # mix NAME PEAK_DB FILE...: notes of the scratch folder laid over one another.
@@ -31,27 +31,28 @@ mix() {
   shift 2
   for part; do
     shift
-    set -- "$@" -v 1 "$scratch/$part.wav"
+    set -- "$@" -v 0.3 "$scratch/$part.wav"
   done
   sox -R -D -m "$@" -b 16 -e signed "$name.wav" gain -n "$peak" fade t 0 -0 0.02
 }
 
-# A puzzle solved: two dozen pairs of hands. Each claps at its own pitch and pace.
+# A puzzle solved: four dozen pairs of hands. Each claps at its own pitch and pace.
 pair=0
 set --
-while [ $pair -lt 24 ]; do
+while [ $pair -lt 48 ]; do
   pitch=$((700 + pair * 397 % 1500))
-  gap=0.$((130 + pair * 53 % 90))
-  start=0.$((100 + pair * 211 % 260))
-  sox -R -D -n -r 44100 -c 1 -e float -b 32 "$scratch/clap.wav" \
+  gap=0.$((130 + pair * 37 % 110))
+  start=0.$((100 + pair * 211 % 290))
+  sox -R -D -n -r 44100 -c 1 -e float -b 32 "$scratch/clap$pair.wav" \
     synth 0.05 whitenoise trim 0.00$((pair % 9 + 1)) 0.035 bandpass $pitch 1.2q fade l 0.001 0.035 0.033 \
     pad 0 "$gap" repeat 12 pad "$start" 0
-  cp "$scratch/clap.wav" "$scratch/clap$pair.wav"
-  set -- "$@" -v 1 "$scratch/clap$pair.wav"
+  set -- "$@" -v 0.2 "$scratch/clap$pair.wav"
   pair=$((pair + 1))
 done
-sox -R -D -m "$@" -b 16 -e signed Applause.wav reverb 25 60 40 trim 0.1 1.9 highpass 250 \
-  fade t 0.15 1.9 1.1 gain -n -3.5
+sox -R -D -m "$@" -e float -b 32 "$scratch/hands.wav"
+# The limiter evens out the chance moments at which many clap together.
+sox -R -D "$scratch/hands.wav" -b 16 -e signed Applause.wav reverb 25 60 40 highpass 250 \
+  gain -n -3 gain -l 12 trim 0.1 1.9 fade t 0.15 1.9 1.1 gain -n -3.5
 
 # The board swept clean, at a restart and with each new puzzle.
 make Discard -9 synth 0.32 pinknoise bandpass 1400 1.5q fade h 0.12 0.32 0.19
