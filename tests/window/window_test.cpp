@@ -353,6 +353,7 @@ TEST(Window, TellsAssistiveToolsWhatItShows) {
     const QString place = QString("Row %1, column %2: ").arg(cell / 6 + 1).arg(cell % 6 + 1);
     EXPECT_EQ(field->text(QAccessible::Name), place + "open");
     field->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCoreApplication::processEvents();
     EXPECT_EQ(field->text(QAccessible::Name), place + "grass");
     EXPECT_EQ(grid->indexOfChild(field), cell);
 
