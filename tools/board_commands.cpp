@@ -137,13 +137,12 @@ std::vector<std::string> Split(const std::string& text, char separator) {
 /// Reads digits from 0 to `highest`, one a cell. Errors: InputError.
 std::vector<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what) {
   if (digits.size() != static_cast<std::size_t>(cells)) {
-    throw InputError(what + " has " + std::to_string(digits.size()) + " digits, not " +
-                     std::to_string(cells));
+    throw InputError(what + ": " + std::to_string(digits.size()) + " digits, not " + std::to_string(cells));
   }
   std::vector<int> codes;
   for (const char digit : digits) {
     if (digit < '0' || digit > '0' + highest) {
-      throw InputError(what + " has a '" + digit + "', which is not 0 to " + std::to_string(highest));
+      throw InputError(what + ": '" + digit + "' is not 0 to " + std::to_string(highest));
     }
     codes.push_back(digit - '0');
   }
@@ -204,7 +203,7 @@ void LayFields(Main& main, const std::string& digits) {
   for (int cell = 0; cell < main.CellCount; ++cell) {
     const int code = board[static_cast<std::size_t>(cell)];
     if ((code == CELL_TREE) != (main.Board[cell] == CELL_TREE)) {
-      throw InputError("--board does not have the trees of the puzzle, see cell " + std::to_string(cell));
+      throw InputError("--board: not the trees of the puzzle, see cell " + std::to_string(cell));
     }
     main.Board[cell] = code;
   }

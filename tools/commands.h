@@ -27,25 +27,25 @@ enum class Format {
 };
 
 struct MakeOptions {
-  MakeRequest Request;
+  MakeRequest Request{};
   long Count = 1;
   int LowestLevel = 1;
   int HighestLevel = 5;
   bool Distinct = false;  ///< Leaves out what is alike to a puzzle of the pack, turned and mirrored too.
-  std::string Pack;
+  std::string Pack{};
 };
 
 struct RateOptions {
-  std::vector<std::string> Packs;
+  std::vector<std::string> Packs{};
   Format Output = Format::Words;
   bool Write = false;  ///< Stores the levels.
   bool Steps = false;  ///< Names the passes, in words too.
 };
 
 struct HintOptions {
-  std::string Pack;
+  std::string Pack{};
   long Number = 1;
-  std::string Board;  ///< Digits of the position; empty for the start of the puzzle.
+  std::string Board{};  ///< Digits of the position; empty for the start of the puzzle.
   Format Output = Format::Words;
 };
 
