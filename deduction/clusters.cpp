@@ -1,5 +1,8 @@
 #include "deduction/clusters.h"
 
+#include <set>
+#include <utility>
+
 namespace bivouac {
 namespace {
 
@@ -13,12 +16,17 @@ class Clusters {
  public:
   Clusters(const Array<int>& board, int size) : board_(board), size_(size), cells_(size * size) {
     clusterOf_.assign(static_cast<std::size_t>(cells_), kNone);
+    for (int cell = 0; cell < cells_; ++cell) {
+      if (board_[cell] == CELL_OPEN) open_.push_back(cell);
+    }
   }
 
   std::optional<ClusterFind> Find() {
     for (int cell = 0; cell < cells_; ++cell) {
       if (!IsMember(board_[cell]) || ClusterOf(cell) != kNone) continue;
       const Cluster cluster = Grow(cell);
+      // The line test asks for a tree and a tent of the cluster.
+      if (cluster.Trees == 0 || cluster.Tents == 0) continue;
       if (cluster.Trees > cluster.Tents) {
         std::vector<int> exits = Exits(cluster.Number, Neighbours::Any);
         if (static_cast<int>(exits.size()) == cluster.Trees - cluster.Tents) {
@@ -50,22 +58,31 @@ class Clusters {
   }
 
   /// Sweeps over the board until nothing joins. A cell counts once for every side on which it touches the
-  /// cluster at the moment of its visit, so a tent between two trees of the cluster counts as two.
+  /// cluster at the moment of its visit, so a tent between two trees of the cluster counts as two. Only cells
+  /// that touch the cluster need a visit, in the order in which the sweeps come to them.
   Cluster Grow(int first) {
     Cluster cluster{++count_, board_[first] == CELL_TENT ? 1 : 0, board_[first] == CELL_TREE ? 1 : 0};
-    ClusterOf(first) = cluster.Number;
-    for (bool joined = true; joined;) {
-      joined = false;
-      for (int cell = 0; cell < cells_; ++cell) {
-        const int code = board_[cell];
-        if (!IsMember(code) || ClusterOf(cell) != kNone) continue;
-        ForEachSide(cell, [&](int side) {
-          if (ClusterOf(side) != cluster.Number || !IsMember(board_[side]) || board_[side] == code) return;
-          ClusterOf(cell) = cluster.Number;
-          ++(code == CELL_TENT ? cluster.Tents : cluster.Trees);
-          joined = true;
-        });
-      }
+    std::set<std::pair<int, int>> visits;  // Sweep and cell.
+    const auto isPartner = [&](int cell, int side) {
+      return IsMember(board_[side]) && board_[side] != board_[cell];
+    };
+    const auto join = [&](int sweep, int cell) {
+      ClusterOf(cell) = cluster.Number;
+      ForEachSide(cell, [&](int side) {
+        if (!isPartner(cell, side) || ClusterOf(side) != kNone) return;
+        visits.emplace(side > cell ? sweep : sweep + 1, side);
+      });
+    };
+    join(0, first);
+    while (!visits.empty()) {
+      const auto [sweep, cell] = *visits.begin();
+      visits.erase(visits.begin());
+      if (ClusterOf(cell) != kNone) continue;
+      int& count = board_[cell] == CELL_TENT ? cluster.Tents : cluster.Trees;
+      ForEachSide(cell, [&](int side) {
+        if (isPartner(cell, side) && ClusterOf(side) == cluster.Number) ++count;
+      });
+      join(sweep, cell);
     }
     return cluster;
   }
@@ -74,8 +91,7 @@ class Clusters {
   /// also when the cluster yields nothing, so that later clusters find them taken.
   std::vector<int> Exits(int number, Neighbours neighbours) {
     std::vector<int> exits;
-    for (int cell = 0; cell < cells_; ++cell) {
-      if (board_[cell] != CELL_OPEN) continue;
+    for (const int cell : open_) {
       if (neighbours == Neighbours::NoOutsideTree && TouchesOutsideTree(cell, number)) continue;
       if (!PassesLineTest(cell, number)) continue;
       ClusterOf(cell) = number;
@@ -110,6 +126,7 @@ class Clusters {
   int cells_;
   int count_ = 0;
   std::vector<int> clusterOf_;
+  std::vector<int> open_;  // In rising order.
 };
 
 }  // namespace
