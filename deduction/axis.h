@@ -1,6 +1,7 @@
 // Rows and columns as one thing: a rule that has a row form and a column form is written once over an Axis.
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 

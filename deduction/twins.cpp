@@ -9,62 +9,16 @@ struct Group {
   int First = -1;
 };
 
-/// The state of the scanner along one line. 4 and 5 stand for a complete pair: behind it at 4, on its second
-/// tree, in the last place, at 5.
-class Scanner {
- public:
-  Scanner(const Array<int>& board, Axis axis, int line) : board_(board), axis_(axis), line_(line) {}
-
-  /// Takes the next position in. True if a pair is complete.
-  bool Step(int position) {
-    const bool grass = board_[axis_.At(line_, position)] == CELL_GRASS;
-    if (position == 0) {
-      state_ = grass ? 1 : IsFreeTree(position) ? 2 : 0;
-    } else if (position == axis_.size - 1) {
-      if (state_ == 2) {
-        state_ = IsFreeTree(position) ? 5 : 0;
-      } else if (state_ == 3 && grass) {
-        state_ = 4;
-      }
-    } else {
-      switch (state_) {
-        case 0:
-          state_ = grass ? 1 : 0;
-          break;
-        case 1:
-          state_ = IsFreeTree(position) ? 2 : grass ? 1 : 0;
-          break;
-        case 2:
-          state_ = IsFreeTree(position) ? 3 : grass ? 1 : 0;
-          break;
-        case 3:
-          state_ = grass ? 4 : 0;
-          break;
-        default:
-          break;
-      }
-    }
-    return state_ >= 4;
-  }
-
-  /// Position of the first tree of a complete pair whose last step was at `position`.
-  int FirstTree(int position) const { return position + state_ - 6; }
-
-  /// The pair decided nothing: the scanner stands on grass.
-  void GoOn() { state_ = 1; }
-
- private:
-  bool IsFreeTree(int position) const {
-    return board_[axis_.At(line_, position)] == CELL_TREE &&
-           board_[axis_.At(line_ - 1, position)] == CELL_OPEN &&
-           board_[axis_.At(line_ + 1, position)] == CELL_OPEN;
-  }
-
-  const Array<int>& board_;
-  Axis axis_;
-  int line_;
-  int state_ = 0;
-};
+/// First places of the pairs of a line: two trees side by side with open fields on both sides of each, shut
+/// in by grass or by the edge before the first and behind the second.
+Positions PairsIn(const Lines& lines, int line) {
+  const Positions twins = lines.Trees(line) & lines.Open(line - 1) & lines.Open(line + 1);
+  const Positions first = 1u;
+  const Positions lastButOne = 1u << (lines.axis.size - 2);
+  const Positions shutBefore = WithBefore(lines.Grass(line)) | first;
+  const Positions shutBehind = WithBehind(WithBehind(lines.Grass(line))) | lastButOne;
+  return twins & WithBehind(twins) & shutBefore & shutBehind;
+}
 
 std::optional<TwinFind> DecidePair(const Array<int>& board, Axis axis, int line, int first) {
   const int second = first + 1;
@@ -122,16 +76,20 @@ std::optional<TwinFind> DecidePair(const Array<int>& board, Axis axis, int line,
 
 }  // namespace
 
-std::optional<TwinFind> FindTwins(const Array<int>& board, Axis axis) {
-  for (int line = 1; line < axis.size - 1; ++line) {
-    Scanner scanner(board, axis, line);
-    for (int position = 0; position < axis.size; ++position) {
-      if (!scanner.Step(position)) continue;
-      if (const auto find = DecidePair(board, axis, line, scanner.FirstTree(position))) return find;
-      scanner.GoOn();
-    }
+std::optional<TwinFind> FindTwins(const Array<int>& board, const Lines& lines) {
+  std::optional<TwinFind> find;
+  for (int line = 1; line < lines.axis.size - 1; ++line) {
+    const bool found = AnyIn(PairsIn(lines, line), [&](int first) {
+      find = DecidePair(board, lines.axis, line, first);
+      return find.has_value();
+    });
+    if (found) break;
   }
-  return {};
+  return find;
+}
+
+std::optional<TwinFind> FindTwins(const Array<int>& board, Axis axis) {
+  return FindTwins(board, Lines(board, axis));
 }
 
 }  // namespace bivouac

@@ -5,7 +5,7 @@
 #include <array>
 #include <optional>
 
-#include "deduction/axis.h"
+#include "deduction/lines.h"
 
 namespace bivouac {
 
@@ -26,5 +26,7 @@ struct TwinFind {
 
 /// The first pair that decides a field, line by line from the second to the last but one.
 std::optional<TwinFind> FindTwins(const Array<int>& board, Axis axis);
+/// The same for a board whose lines are kept. Requires: `lines` are the lines of `board`.
+std::optional<TwinFind> FindTwins(const Array<int>& board, const Lines& lines);
 
 }  // namespace bivouac

@@ -309,17 +309,17 @@ Survey SurveyOf(const Array<int>& board, int size, int tree) {
   return survey;
 }
 
-/// The wing around a centre tree in the interior of the board, if there is one.
+/// The trees of an inner row that have one tree beside them in the row, one in the column, and no tent.
+Positions CentresIn(const Lines& rows, int row) {
+  const Sides trees = SidesOf(rows, CELL_TREE, row);
+  const Positions corner = (trees.North ^ trees.South) & (trees.East ^ trees.West);
+  return rows.Trees(row) & rows.Interior() & corner & ~SidesOf(rows, CELL_TENT, row).Any();
+}
+
+/// The wing around such a tree, if its wing trees are fit.
 std::optional<Wing> WingAt(const Array<int>& board, int size, int centre) {
   const bool north = board[centre - size] == CELL_TREE;
   const bool west = board[centre - 1] == CELL_TREE;
-  const bool east = board[centre + 1] == CELL_TREE;
-  const bool south = board[centre + size] == CELL_TREE;
-  if (north == south || west == east) return {};
-  const bool tent = board[centre - size] == CELL_TENT || board[centre - 1] == CELL_TENT ||
-                    board[centre + 1] == CELL_TENT || board[centre + size] == CELL_TENT;
-  if (tent) return {};
-
   const int side = west ? centre - 1 : centre + 1;
   Wing wing{};
   wing.Centre = centre;
@@ -337,17 +337,22 @@ std::optional<Wing> WingAt(const Array<int>& board, int size, int centre) {
 
 }  // namespace
 
-std::optional<WingFind> FindWing(const Array<int>& board, int size, TwoTreesRule twoTrees) {
+std::optional<WingFind> FindWing(const Array<int>& board, const Lines& rows, TwoTreesRule twoTrees) {
+  const int size = rows.axis.size;
+  std::optional<WingFind> find;
   for (int row = 1; row < size - 1; ++row) {
-    for (int col = 1; col < size - 1; ++col) {
-      const int cell = row * size + col;
-      if (board[cell] != CELL_TREE) continue;
-      const std::optional<Wing> wing = WingAt(board, size, cell);
-      if (!wing) continue;
-      if (const auto find = Rules(board, size, *wing).Run(twoTrees)) return find;
-    }
+    const bool found = AnyIn(CentresIn(rows, row), [&](int col) {
+      const std::optional<Wing> wing = WingAt(board, size, row * size + col);
+      if (wing) find = Rules(board, size, *wing).Run(twoTrees);
+      return find.has_value();
+    });
+    if (found) break;
   }
-  return {};
+  return find;
+}
+
+std::optional<WingFind> FindWing(const Array<int>& board, int size, TwoTreesRule twoTrees) {
+  return FindWing(board, Lines(board, {Direction::Rows, size}), twoTrees);
 }
 
 }  // namespace bivouac

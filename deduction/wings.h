@@ -5,7 +5,7 @@
 #include <array>
 #include <optional>
 
-#include "game/game_state.h"
+#include "deduction/lines.h"
 
 namespace bivouac {
 
@@ -50,5 +50,7 @@ enum class TwoTreesRule { NotInFormation4, InAllFormations };
 /// Errors: IndexOutsideArray where a rule reads a field beyond the first or last of the board. Beyond the
 /// left or right edge the index lands in the neighbouring row, and that field decides.
 std::optional<WingFind> FindWing(const Array<int>& board, int size, TwoTreesRule twoTrees);
+/// The same for a board whose rows are kept. Requires: `rows` are the rows of `board`.
+std::optional<WingFind> FindWing(const Array<int>& board, const Lines& rows, TwoTreesRule twoTrees);
 
 }  // namespace bivouac

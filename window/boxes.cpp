@@ -107,6 +107,7 @@ std::string ShowInputBox(QWidget* parent, const InputBox& box) {
   column->addWidget(prompt);
   column->addWidget(field);
   column->addWidget(buttons);
+  column->setSizeConstraint(QLayout::SetFixedSize);
   field->setFocus();
   return dialog.exec() == QDialog::Accepted ? field->text().toStdString() : std::string();
 }

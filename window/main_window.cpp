@@ -48,6 +48,11 @@ QColor ColourOf(TextColour colour) {
   return kClueText;
 }
 
+/// Pure green is too bright to be read on the window's ground without a rim.
+QColor RimOf(TextColour colour) {
+  return colour == TextColour::Green ? QColor(0x00, 0x58, 0x00) : QColor();
+}
+
 const char* StateOf(TextColour colour) {
   switch (colour) {
     case TextColour::Red:
@@ -259,7 +264,7 @@ void MainWindow::DrawClue(const Label& value, ClueLabel& clue, const QString& li
   label.SetText(Text(value.Caption));
   if (clue.ForeColor != value.ForeColor || label.accessibleDescription().isEmpty()) {
     clue.ForeColor = value.ForeColor;
-    label.SetTextColour(ColourOf(value.ForeColor));
+    label.SetTextColour(ColourOf(value.ForeColor), RimOf(value.ForeColor));
     label.setAccessibleDescription(QStringLiteral("Tents in ") + line +
                                    QLatin1String(StateOf(value.ForeColor)));
   }

@@ -163,9 +163,10 @@ void TextLabel::SetText(const QString& text) {
   FitText(unit_);
 }
 
-void TextLabel::SetTextColour(QColor colour) {
-  if (colour == look_.Text) return;
+void TextLabel::SetTextColour(QColor colour, QColor rim) {
+  if (colour == look_.Text && rim == rim_) return;
   look_.Text = colour;
+  rim_ = rim;
   update();
 }
 
@@ -181,7 +182,7 @@ void TextLabel::SetClick(Click click) {
 }
 
 int TextLabel::Margin() const {
-  return look_.Background.isValid() ? static_cast<int>(std::ceil(3 * unit_)) : 0;
+  return look_.Background.isValid() ? static_cast<int>(std::ceil(5 * unit_)) : 0;
 }
 
 QSize TextLabel::TextRoom() const {
@@ -218,10 +219,13 @@ void TextLabel::paintEvent(QPaintEvent*) {
   }
   const QRect room(QPoint(Margin(), 0), TextRoom());
   const int flags = static_cast<int>(look_.Alignment) | Qt::TextWordWrap;
-  if (look_.Outlined) {
-    painter.setPen(QColor(0, 0, 0));
-    for (int x = -1; x <= 1; ++x) {
-      for (int y = -1; y <= 1; ++y) painter.drawText(room.translated(x, y), flags, text());
+  if (rim_.isValid()) {
+    const double width = std::max(0.8, 0.8 * unit_);
+    painter.setPen(rim_);
+    for (int turn = 0; turn < 8; ++turn) {
+      const double angle = turn * 3.14159265 / 4;
+      const QPointF shift(width * std::cos(angle), width * std::sin(angle));
+      painter.drawText(QRectF(room).translated(shift), flags, text());
     }
   }
   painter.setPen(look_.Text);

@@ -50,7 +50,6 @@ struct LabelLook {
   Qt::Alignment Alignment = Qt::AlignCenter;
   int LargestText = 13;  ///< Pixels at the window's opening size.
   bool Bold = false;
-  bool Outlined = false;  ///< A dark rim around the letters, for text in pure colours.
   bool Underlined = false;
 };
 
@@ -63,7 +62,8 @@ class TextLabel : public QLabel {
   TextLabel(const LabelLook& look, QWidget* parent);
 
   void SetText(const QString& text);
-  void SetTextColour(QColor colour);
+  /// A valid `rim` goes round the letters, for a colour that hardly shows on the window's ground.
+  void SetTextColour(QColor colour, QColor rim = QColor());
   void SetPicture(const QImage& picture);
   bool HasPicture() const { return !picture_.isNull(); }
   /// The label takes clicks: presses of any button of the mouse and, when it has the focus, Space and Enter.
@@ -88,6 +88,7 @@ class TextLabel : public QLabel {
   int Margin() const;
 
   LabelLook look_;
+  QColor rim_;
   Click click_;
   QImage picture_;
   QPixmap stretched_;

@@ -1,0 +1,91 @@
+#!/usr/bin/env bash
+# Runs the built bivouac-packs as a person would: exit statuses, lines on standard error, interrupts, a full disk.
+#
+#   tests/bivouac_packs_test.sh PROGRAM MAN_PAGE
+set -uo pipefail
+program=$1
+page=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+fail() {
+  echo "FAILED: $*"
+  exit 1
+}
+
+# expect STATUS WORDS ARGUMENTS...: the status, and one line on standard error that holds the words.
+expect() {
+  local status=$1 words=$2
+  shift 2
+  "$program" "$@" >out 2>err
+  local got=$?
+  [ "$got" -eq "$status" ] || fail "status $got, not $status: $*: $(cat err)"
+  [ "$(wc -l <err)" -eq 1 ] || fail "not one line: $*: $(cat err)"
+  grep -qF -- "$words" err || fail "no '$words': $*: $(cat err)"
+}
+
+expect 0 "2 puzzles added to six.bvq" make --size 6 --count 2 --seed 9 six.bvq
+cp six.bvq before
+expect 2 "a command is needed"
+expect 2 "nonsense" nonsense
+expect 2 "--size" make --count 1 six.bvq
+expect 2 "--size" make --size 5 --count 1 six.bvq
+expect 2 "--count" make --size 6 --count 0 six.bvq
+expect 2 "--level" make --size 6 --count 1 --level 4-2 six.bvq
+expect 2 "--level" make --size 6 --count 1 --level 6 six.bvq
+expect 2 "not 7" make --size 7 --count 1 six.bvq
+expect 2 "missing.bvq: no such file" list missing.bvq
+expect 2 "folder" list .
+expect 2 "no puzzle 3" show six.bvq 3
+expect 2 "no puzzle 0" hint six.bvq 0
+expect 2 "NUMBER" hint six.bvq
+expect 2 "--board: 3 digits" hint six.bvq 1 --board 012
+expect 2 "--tsv" hint -
+expect 2 "standard input, line 1" hint --tsv - < <(echo nonsense)
+expect 2 "no such file" sort missing.bvq
+expect 2 "no such file" rate --write six.bvq missing.bvq
+cmp -s six.bvq before || fail "bad input changed a pack"
+
+"$program" check six.bvq >out || fail "a sound pack has faults: $(cat out)"
+[ ! -s out ] || fail "words about a sound pack: $(cat out)"
+head -c 2000 six.bvq >cut.bvq
+"$program" check cut.bvq >out
+[ $? -eq 1 ] || fail "check of a cut pack"
+grep -q '^cut.bvq: length: 624 bytes' out || fail "$(cat out)"
+
+"$program" list six.bvq >/dev/full 2>err
+[ $? -eq 2 ] || fail "a full output went unnoticed"
+
+# An interrupt leaves whole records, and the same ones that an unhurried run makes.
+"$program" make --size 18 --count 100000 --seed 3 cut_short.bvq 2>err &
+maker=$!
+for _ in {1..200}; do
+  [ "$(stat -c %s cut_short.bvq 2>/dev/null || echo 0)" -gt 3000 ] && break
+  sleep 0.05
+done
+kill -TERM "$maker"
+wait "$maker"
+[ $? -eq 130 ] || fail "status of an interrupted make: $(cat err)"
+length=$(stat -c %s cut_short.bvq)
+[ "$length" -gt 0 ] && [ $((length % 1376)) -eq 0 ] || fail "$length bytes after an interrupt"
+"$program" make --size 18 --count $((length / 1376)) --seed 3 --jobs 1 whole.bvq 2>/dev/null
+cmp -s cut_short.bvq whole.bvq || fail "an interrupt changed what was made"
+
+# A disk that fills up: here, a limit on the length of files.
+(
+  ulimit -f 4
+  trap '' XFSZ
+  "$program" make --size 6 --count 10 --seed 1 full.bvq 2>err
+  [ $? -eq 2 ] || fail "status on a full disk: $(cat err)"
+) || exit 1
+[ $(($(stat -c %s full.bvq) % 1376)) -eq 0 ] || fail "a full disk left half a record"
+
+for command in make list show rate prove check hint sort; do
+  grep -q "^.B $command\$" "$page" || fail "the manual page does not tell of $command"
+done
+if command -v man >/dev/null; then
+  warnings=$(LC_ALL=C.UTF-8 man --warnings --local-file --encoding=UTF-8 --troff-device=utf8 --ditroff "$page" 2>&1 >/dev/null)
+  [ -z "$warnings" ] || fail "$warnings"
+fi
+echo passed

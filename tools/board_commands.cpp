@@ -1,0 +1,263 @@
+#include <charconv>
+#include <iomanip>
+#include <istream>
+#include <optional>
+#include <ostream>
+#include <set>
+#include <sstream>
+
+#include "game/board.h"
+#include "game/play.h"
+#include "game/sound.h"
+#include "hints/hints.h"
+#include "tools/commands.h"
+#include "tools/pack_access.h"
+#include "tools/workbench.h"
+
+namespace bivouac {
+namespace {
+
+// One entry a cell code.
+constexpr std::string_view kMarks = ".,AT";
+constexpr std::array<const char*, 4> kColours = {"", "\x1b[2;32m", "\x1b[1;33m", "\x1b[32m"};
+constexpr const char* kReverse = "\x1b[7m";
+constexpr const char* kPlain = "\x1b[0m";
+
+PackRecord PuzzleOf(const std::string& path, long number) {
+  const std::vector<PackRecord> records = ReadSoundPack(path);
+  if (number < 1 || number > static_cast<long>(records.size())) {
+    throw InputError(path + ": there is no puzzle " + std::to_string(number) + ", the pack holds " +
+                     std::to_string(records.size()));
+  }
+  return records[static_cast<std::size_t>(number - 1)];
+}
+
+/// Draws the board with its clues. Cells of `marked` stand out.
+void DrawBoard(const Main& main, const std::set<int>& marked, Terminal& terminal) {
+  std::ostream& out = terminal.Out;
+  out << "    ";
+  for (int col = 0; col < main.BoardSize; ++col) out << std::setw(2) << main.ColCnt[col].Caption << ' ';
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    if (ColOf(main, cell) == 0) out << '\n' << std::setw(3) << main.RowCnt[RowOf(main, cell)].Caption << ' ';
+    const auto code = static_cast<std::size_t>(main.Board[cell]);
+    const bool stands_out = marked.count(cell) != 0;
+    if (terminal.Colour) {
+      out << (stands_out ? kReverse : "") << kColours[code] << ' ' << kMarks[code] << ' ' << kPlain;
+    } else {
+      out << (stands_out ? '[' : ' ') << kMarks[code] << (stands_out ? ']' : ' ');
+    }
+  }
+  out << '\n';
+}
+
+struct Hint {
+  const char* Outcome = "FAULT";  // FIND, WRONG, NONE or FAULT.
+  int Seconds = 0;
+  int PlayedSound = -1;                    // -1: none.
+  std::vector<std::pair<int, int>> Marks;  // Cell and tile.
+  std::string Text;
+};
+
+enum class WrongFields { Look, Skip };
+
+/// Asks for a hint on the board of the bench. Seconds and sound are those up to the first question.
+Hint AskForHint(Workbench& bench, WrongFields wrongFields) {
+  Main& main = bench.main;
+  main.BoardLive = true;
+  main.Paused = false;
+  main.PuzzleOver = false;
+  main.Elapsed = 0;
+  main.BlinkTop = -1;
+  main.lblHint.Caption.clear();
+  bench.desktop.LastSound = -1;
+  std::optional<int> chargedFirst;
+  bench.desktop.OnQuestion = [&] {
+    if (!chargedFirst) chargedFirst = main.Elapsed;
+  };
+  Hint hint;
+  try {
+    if (wrongFields == WrongFields::Look) {
+      cmdHint_Click(main);
+    } else {
+      HintBasic(main);
+    }
+  } catch (const RunTimeError&) {
+    return hint;
+  }
+  hint.Outcome = chargedFirst ? "WRONG" : main.BlinkTop == -1 ? "NONE" : "FIND";
+  hint.Seconds = chargedFirst.value_or(main.Elapsed);
+  hint.PlayedSound = bench.desktop.LastSound;
+  for (int i = 0; i <= main.BlinkTop; ++i) hint.Marks.emplace_back(main.BlinkCell[i], main.BlinkTile[i]);
+  hint.Text = main.lblHint.Caption;
+  return hint;
+}
+
+std::string OrDash(const std::string& text) {
+  return text.empty() ? "-" : text;
+}
+
+std::string MarksText(const Hint& hint) {
+  std::string text;
+  for (const auto& [cell, tile] : hint.Marks) {
+    if (!text.empty()) text += ',';
+    text += std::to_string(cell) + ':' + std::to_string(tile);
+  }
+  return text;
+}
+
+void WriteHintRow(std::ostream& out, const Hint& hint) {
+  out << hint.Outcome << '\t';
+  if (hint.Outcome == std::string_view("FAULT")) {
+    out << "-\t-\t-\t-\n";
+    return;
+  }
+  out << hint.Seconds << '\t' << (hint.PlayedSound < 0 ? "-" : std::to_string(hint.PlayedSound)) << '\t'
+      << OrDash(MarksText(hint)) << '\t' << OrDash(hint.Text) << '\n';
+}
+
+void WriteHintInWords(const Main& main, const Hint& hint, Terminal& terminal) {
+  std::set<int> marked;
+  for (const auto& [cell, tile] : hint.Marks) marked.insert(cell);
+  DrawBoard(main, marked, terminal);
+  if (hint.Outcome == std::string_view("FAULT")) {
+    terminal.Out << "The search for a hint reads outside the board.\n";
+    return;
+  }
+  terminal.Out << hint.Text << '\n';
+  if (hint.Seconds > 0) terminal.Out << hint.Seconds << " seconds\n";
+}
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+/// Reads digits from 0 to `highest`, one a cell. Errors: InputError.
+std::vector<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what) {
+  if (digits.size() != static_cast<std::size_t>(cells)) {
+    throw InputError(what + ": " + std::to_string(digits.size()) + " digits, not " + std::to_string(cells));
+  }
+  std::vector<int> codes;
+  for (const char digit : digits) {
+    if (digit < '0' || digit > '0' + highest) {
+      throw InputError(what + ": '" + digit + "' is not 0 to " + std::to_string(highest));
+    }
+    codes.push_back(digit - '0');
+  }
+  return codes;
+}
+
+/// Reads a whole number from lowest to highest. Errors: InputError.
+int NumberIn(const std::string& text, int lowest, int highest, const std::string& what) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < lowest || number > highest) {
+    throw InputError(what + " '" + text + "' is not " + std::to_string(lowest) + " to " +
+                     std::to_string(highest));
+  }
+  return number;
+}
+
+void LayClues(FixedArray<Label, kMaxSize>& labels, const std::string& column, int size,
+              const std::string& what) {
+  const std::vector<std::string> clues = Split(column, ',');
+  if (clues.size() != static_cast<std::size_t>(size)) {
+    throw InputError("there are " + std::to_string(clues.size()) + ' ' + what + "s, not " +
+                     std::to_string(size));
+  }
+  int line = 0;
+  for (const std::string& clue : clues) {
+    labels[line++].Caption = std::to_string(NumberIn(clue, -32768, 32767, "the " + what));
+  }
+}
+
+/// Lays out a position from the columns of a table. Columns behind the fifth are not read.
+WrongFields LayPosition(Main& main, const std::string& line) {
+  const std::vector<std::string> columns = Split(line, '\t');
+  if (columns.size() < 5) {
+    throw InputError("there are " + std::to_string(columns.size()) +
+                     " columns, not size, row clues, column clues, tent directions and board");
+  }
+  LayOutSize(main, NumberIn(columns[0], kMinSize, kMaxSize, "the size"));
+  LayClues(main.RowCnt, columns[1], main.BoardSize, "row clue");
+  LayClues(main.ColCnt, columns[2], main.BoardSize, "column clue");
+  const std::vector<int> board = CellDigits(columns[4], main.CellCount, CELL_TREE, "the board");
+  main.TreeCount = 0;
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    main.Board[cell] = board[static_cast<std::size_t>(cell)];
+    main.TreeCount += main.Board[cell] == CELL_TREE;
+  }
+  if (columns[3] == "-") return WrongFields::Skip;
+  const std::vector<int> directions = CellDigits(columns[3], main.CellCount, WEST, "the tent directions");
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    main.TentDir[cell] = directions[static_cast<std::size_t>(cell)];
+  }
+  return WrongFields::Look;
+}
+
+/// Puts the player's fields on the board of a puzzle that was started.
+void LayFields(Main& main, const std::string& digits) {
+  const std::vector<int> board = CellDigits(digits, main.CellCount, CELL_TREE, "--board");
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    const int code = board[static_cast<std::size_t>(cell)];
+    if ((code == CELL_TREE) != (main.Board[cell] == CELL_TREE)) {
+      throw InputError("--board: not the trees of the puzzle, see cell " + std::to_string(cell));
+    }
+    main.Board[cell] = code;
+  }
+}
+
+}  // namespace
+
+ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal) {
+  const PackRecord record = PuzzleOf(pack, number);
+  Workbench bench;
+  LayOutRecord(bench.main, record);
+  for (int cell = 0; cell < bench.main.CellCount; ++cell) {
+    int& code = bench.main.Board[cell];
+    if (code < CELL_OPEN || code > CELL_TREE) {
+      throw InputError(pack + ": record " + std::to_string(number) + " has the code " + std::to_string(code) +
+                       " in Layout[" + std::to_string(cell) + ']');
+    }
+    if (reveal == Reveal::Puzzle && code != CELL_TREE) code = CELL_OPEN;
+  }
+  terminal.Out << FileName(pack) << ' ' << number << ", " << bench.main.BoardSize << 'x'
+               << bench.main.BoardSize << ", level " << LevelOf(record.LevelSize) << '\n';
+  DrawBoard(bench.main, {}, terminal);
+  return ExitStatus::Done;
+}
+
+ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
+  const PackRecord record = PuzzleOf(options.Pack, options.Number);
+  Workbench bench;
+  LayOutRecord(bench.main, record);
+  StartPuzzle(bench.main);
+  if (!options.Board.empty()) LayFields(bench.main, options.Board);
+  const Hint hint = AskForHint(bench, WrongFields::Look);
+  if (options.Output == Format::Table) {
+    WriteHintRow(terminal.Out, hint);
+  } else {
+    WriteHintInWords(bench.main, hint, terminal);
+  }
+  return ExitStatus::Done;
+}
+
+ExitStatus GiveHintsForInput(Terminal& terminal) {
+  Workbench bench;
+  long number = 0;
+  for (std::string line; std::getline(terminal.In, line);) {
+    ++number;
+    WrongFields wrongFields = WrongFields::Skip;
+    try {
+      wrongFields = LayPosition(bench.main, line);
+    } catch (const InputError& error) {
+      throw InputError("standard input, line " + std::to_string(number) + ": " + error.what());
+    }
+    WriteHintRow(terminal.Out, AskForHint(bench, wrongFields));
+  }
+  return ExitStatus::Done;
+}
+
+}  // namespace bivouac

@@ -1,0 +1,69 @@
+// The commands of bivouac-packs, without their command line.
+#pragma once
+
+#include <atomic>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "tools/puzzle_maker.h"
+
+namespace bivouac {
+
+/// Where a command reads and writes.
+struct Terminal {
+  std::istream& In;
+  std::ostream& Out;
+  std::ostream& Err;
+  bool Colour = false;    ///< Out understands colours.
+  bool Progress = false;  ///< Err is watched by a person.
+};
+
+enum class ExitStatus { Done = 0, FaultsFound = 1, BadInput = 2, Interrupted = 130 };
+
+enum class Format {
+  Words,
+  Table,  ///< Tab-separated, no header, one record a line.
+};
+
+struct MakeOptions {
+  MakeRequest Request{};
+  long Count = 1;
+  int LowestLevel = 1;
+  int HighestLevel = 5;
+  bool Distinct = false;  ///< Leaves out what is alike to a puzzle of the pack, turned and mirrored too.
+  std::string Pack{};
+};
+
+struct RateOptions {
+  std::vector<std::string> Packs{};
+  Format Output = Format::Words;
+  bool Write = false;  ///< Stores the levels.
+  bool Steps = false;  ///< Names the passes, in words too.
+};
+
+struct HintOptions {
+  std::string Pack{};
+  long Number = 1;
+  std::string Board{};  ///< Digits of the position; empty for the start of the puzzle.
+  Format Output = Format::Words;
+};
+
+enum class Reveal { Puzzle, Solution };
+
+// All commands report input that they cannot work with by an InputError, before they change a file.
+
+/// Appends puzzles. Each is written whole before the next; `stop` ends it after the last written.
+ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
+ExitStatus ListPacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
+ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal);
+ExitStatus RatePacks(const RateOptions& options, Terminal& terminal);
+ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
+/// FaultsFound if there is any.
+ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal);
+ExitStatus GiveHint(const HintOptions& options, Terminal& terminal);
+/// Reads positions from the terminal's input, one a line, and writes a table.
+ExitStatus GiveHintsForInput(Terminal& terminal);
+ExitStatus SortPack(const std::string& pack, Terminal& terminal);
+
+}  // namespace bivouac

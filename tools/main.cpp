@@ -1,0 +1,223 @@
+// bivouac-packs: makes, checks and shows packs of puzzles. See bivouac-packs.1.
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <random>
+#include <thread>
+#include <unistd.h>
+
+#include "game/error.h"
+#include "tools/commands.h"
+#include "tools/pack_access.h"
+
+namespace bivouac {
+namespace {
+
+// A signal handler can reach nothing else.
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void OnInterrupt(int) {
+  interrupted = true;
+}
+
+using Command = std::function<ExitStatus(Terminal&)>;
+
+bool UnderstandsColours() {
+  const char* terminal = std::getenv("TERM");
+  return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr && terminal != nullptr &&
+         std::string_view(terminal) != "dumb";
+}
+
+/// "3" or "2-4". Errors: CLI::ValidationError.
+void ReadLevels(const std::string& text, MakeOptions& options) {
+  const auto isLevel = [](char c) { return c >= '1' && c <= '5'; };
+  const bool one = text.size() == 1 && isLevel(text[0]);
+  const bool range =
+      text.size() == 3 && isLevel(text[0]) && text[1] == '-' && isLevel(text[2]) && text[0] <= text[2];
+  if (!one && !range)
+    throw CLI::ValidationError("--level", "'" + text + "' is not a level 1 to 5 or a range such as 2-4");
+  options.LowestLevel = text.front() - '0';
+  options.HighestLevel = text.back() - '0';
+}
+
+void AddMake(CLI::App& app, Command& chosen) {
+  struct Input {
+    MakeOptions Options;
+    std::string Levels = "1-5";
+  };
+  const auto input = std::make_shared<Input>();
+  input->Options.Request.Jobs = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+  CLI::App* make = app.add_subcommand("make", "Append new puzzles to a pack");
+  make->add_option("--size", input->Options.Request.Size, "Lines of the board")
+      ->required()
+      ->check(CLI::Range(kMinSize, kMaxSize));
+  make->add_option("--count", input->Options.Count, "How many to add")
+      ->required()
+      ->check(CLI::Range(1L, 100'000'000L));
+  make->add_option("--level", input->Levels, "Keep only this level or range of levels");
+  CLI::Option* seed =
+      make->add_option("--seed", input->Options.Request.Seed, "The same seed gives the same puzzles");
+  make->add_option("--jobs", input->Options.Request.Jobs, "Threads; all cores unless told")
+      ->check(CLI::Range(1, 1024));
+  make->add_flag("--distinct", input->Options.Distinct, "Leave out what is alike, turned or mirrored");
+  make->add_option("PACK", input->Options.Pack, "The pack")->required();
+  make->callback([input, seed, &chosen] {
+    ReadLevels(input->Levels, input->Options);
+    if (seed->count() == 0) {
+      std::random_device random;
+      input->Options.Request.Seed = std::uint64_t{random()} << 32 | random();
+    }
+    chosen = [input](Terminal& terminal) {
+      std::signal(SIGINT, OnInterrupt);
+      std::signal(SIGTERM, OnInterrupt);
+      return MakePack(input->Options, interrupted, terminal);
+    };
+  });
+}
+
+/// A command on any number of packs.
+CLI::App* AddPacksCommand(CLI::App& app, const char* name, const char* help,
+                          std::vector<std::string>& packs) {
+  CLI::App* command = app.add_subcommand(name, help);
+  command->add_option("PACK", packs, "The packs")->required();
+  return command;
+}
+
+void AddTableFlag(CLI::App& command, Format& format) {
+  command.add_flag_callback(
+      "--tsv", [&format] { format = Format::Table; }, "Write a table, separated by tabs");
+}
+
+void AddListAndProve(CLI::App& app, Command& chosen) {
+  struct Input {
+    std::vector<std::string> Packs;
+    Format Output = Format::Words;
+  };
+  const auto add = [&](const char* name, const char* help, auto run) {
+    const auto input = std::make_shared<Input>();
+    CLI::App* command = AddPacksCommand(app, name, help, input->Packs);
+    AddTableFlag(*command, input->Output);
+    command->callback([input, run, &chosen] {
+      chosen = [input, run](Terminal& terminal) { return run(input->Packs, input->Output, terminal); };
+    });
+  };
+  add("list", "One line a record: number, size, level, trees, best time", ListPacks);
+  add("prove", "Verdict and rounds of the search for a second solution", ProvePacks);
+}
+
+void AddRate(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<RateOptions>();
+  CLI::App* command =
+      AddPacksCommand(app, "rate", "Level and difficulty, from trees and clues alone", options->Packs);
+  AddTableFlag(*command, options->Output);
+  command->add_flag("--write", options->Write, "Store the levels");
+  command->add_flag("--steps", options->Steps, "Name the deductions, in order");
+  command->callback([options, &chosen] {
+    chosen = [options](Terminal& terminal) { return RatePacks(*options, terminal); };
+  });
+}
+
+void AddCheckAndSort(CLI::App& app, Command& chosen) {
+  const auto packs = std::make_shared<std::vector<std::string>>();
+  CLI::App* check = AddPacksCommand(app, "check", "Every fault in words; status 1 if there is any", *packs);
+  check->callback(
+      [packs, &chosen] { chosen = [packs](Terminal& terminal) { return CheckPacks(*packs, terminal); }; });
+  const auto pack = std::make_shared<std::string>();
+  CLI::App* sort = app.add_subcommand("sort", "Sort a pack by level, then difficulty");
+  sort->add_option("PACK", *pack, "The pack")->required();
+  sort->callback(
+      [pack, &chosen] { chosen = [pack](Terminal& terminal) { return SortPack(*pack, terminal); }; });
+}
+
+void AddShow(CLI::App& app, Command& chosen) {
+  struct Input {
+    std::string Pack;
+    long Number = 1;
+    bool Solution = false;
+  };
+  const auto input = std::make_shared<Input>();
+  CLI::App* show = app.add_subcommand("show", "A board with its clues");
+  show->add_option("PACK", input->Pack, "The pack")->required();
+  show->add_option("NUMBER", input->Number, "The puzzle, counted from 1")->required();
+  show->add_flag("--solution", input->Solution, "Show tents and grass too");
+  show->callback([input, &chosen] {
+    chosen = [input](Terminal& terminal) {
+      return ShowPuzzle(input->Pack, input->Number, input->Solution ? Reveal::Solution : Reveal::Puzzle,
+                        terminal);
+    };
+  });
+}
+
+void AddHint(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<HintOptions>();
+  CLI::App* hint = app.add_subcommand("hint", "The next hint for a position, as the game gives it");
+  hint->add_option("PACK", options->Pack, "The pack; - reads positions from standard input")->required();
+  CLI::Option* number = hint->add_option("NUMBER", options->Number, "The puzzle, counted from 1");
+  CLI::Option* board = hint->add_option("--board", options->Board, "The position, a digit a cell");
+  AddTableFlag(*hint, options->Output);
+  hint->callback([options, number, board, &chosen] {
+    if (options->Pack == "-") {
+      if (options->Output != Format::Table)
+        throw CLI::ValidationError("-", "positions from standard input need --tsv");
+      if (number->count() + board->count() != 0)
+        throw CLI::ValidationError("-", "standard input takes no NUMBER and no --board");
+      chosen = GiveHintsForInput;
+      return;
+    }
+    if (number->count() == 0) throw CLI::RequiredError("NUMBER");
+    if (board->count() != 0 && options->Board.empty()) throw CLI::ValidationError("--board", "no digits");
+    chosen = [options](Terminal& terminal) { return GiveHint(*options, terminal); };
+  });
+}
+
+int BadInput(const std::string& text) {
+  std::cerr << "bivouac-packs: " << text << '\n';
+  return static_cast<int>(ExitStatus::BadInput);
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app("Makes, checks and shows packs of puzzles.", "bivouac-packs");
+  app.require_subcommand(0, 1);
+  Command chosen;
+  AddMake(app, chosen);
+  AddListAndProve(app, chosen);
+  AddShow(app, chosen);
+  AddRate(app, chosen);
+  AddCheckAndSort(app, chosen);
+  AddHint(app, chosen);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
+    return BadInput(error.what());
+  }
+  if (!chosen) return BadInput("a command is needed, see --help");
+
+  Terminal terminal{.In = std::cin,
+                    .Out = std::cout,
+                    .Err = std::cerr,
+                    .Colour = UnderstandsColours(),
+                    .Progress = isatty(STDERR_FILENO) != 0};
+  try {
+    const ExitStatus status = chosen(terminal);
+    std::cout.flush();
+    if (!std::cout) return BadInput("cannot write to standard output");
+    return static_cast<int>(status);
+  } catch (const InputError& error) {
+    return BadInput(error.what());
+  } catch (const RunTimeError& error) {
+    return BadInput(error.what());
+  }
+}
+
+}  // namespace
+}  // namespace bivouac
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  return bivouac::Run(argc, argv);
+}
