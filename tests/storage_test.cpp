@@ -162,6 +162,7 @@ TEST(RecordFile, WhatMayNotBeWrittenCanBeRead) {
   const TempFolder folder;
   WriteBytes(folder / "own", Integers({7, 6, 1, 2}));
   fs::permissions(folder / "own", fs::perms(0444));
+  fs::permissions(folder / ".", fs::perms(0555));
   const OrdinaryUser ordinary;
   if (!ordinary.Works()) GTEST_SKIP() << "root writes whatever the permissions say";
   RecordFile file(folder / "own", kPersonalRecordBytes);

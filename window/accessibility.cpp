@@ -9,18 +9,25 @@
 namespace bivouac {
 namespace {
 
-/// A label that takes clicks: a link, or a button in the shape of a text.
-class AccessibleClickLabel : public QAccessibleWidget {
+/// A text; where it takes clicks, a button in the shape of a text.
+class AccessibleLabel : public QAccessibleWidget {
  public:
-  explicit AccessibleClickLabel(TextLabel* label) : QAccessibleWidget(label, QAccessible::Button) {}
+  explicit AccessibleLabel(TextLabel* label) : QAccessibleWidget(label) {}
 
+  QAccessible::Role role() const override {
+    return Label().TakesClicks() ? QAccessible::Button : QAccessible::StaticText;
+  }
   QStringList actionNames() const override {
-    return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    const QStringList own = QAccessibleWidget::actionNames();
+    return Label().TakesClicks() ? QStringList{pressAction()} + own : own;
   }
   void doAction(const QString& action) override {
     if (action != pressAction()) return QAccessibleWidget::doAction(action);
-    static_cast<TextLabel*>(widget())->Press();
+    Label().Press();
   }
+
+ private:
+  TextLabel& Label() const { return *static_cast<TextLabel*>(widget()); }
 };
 
 class AccessibleCell : public QAccessibleInterface, public QAccessibleActionInterface {
@@ -108,9 +115,7 @@ class AccessibleBoard : public QAccessibleWidget {
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   if (auto* cell = dynamic_cast<BoardCell*>(object)) return new AccessibleCell(cell);
   if (auto* board = dynamic_cast<BoardWidget*>(object)) return new AccessibleBoard(board);
-  if (auto* label = dynamic_cast<TextLabel*>(object); label != nullptr && label->TakesClicks()) {
-    return new AccessibleClickLabel(label);
-  }
+  if (auto* label = dynamic_cast<TextLabel*>(object)) return new AccessibleLabel(label);
   return nullptr;
 }
 

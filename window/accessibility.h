@@ -3,8 +3,8 @@
 
 namespace bivouac {
 
-/// Makes the board, its cells and the labels that take clicks known. Call once, after the application is
-/// made.
+/// Makes the board, its cells and the labels known. Call before the first of them is made: Qt keeps what it
+/// learnt of a widget. Calls after the first do nothing.
 void InstallAccessibility();
 
 }  // namespace bivouac

@@ -141,13 +141,12 @@ void BoardWidget::paintEvent(QPaintEvent* event) {
   if (size_ == 0) return;
   if (ratio_ != devicePixelRatioF()) LayOut();
   QPainter painter(this);
+  painter.fillRect(rect(), QColor::fromRgb(kWindowBackground));  // Where a cell begins inside a pixel.
   // From here on one unit is one device pixel, and whole numbers lie on its edges.
   const QPointF corner = painter.deviceTransform().map(QPointF(0, 0));
   painter.scale(1 / ratio_, 1 / ratio_);
   painter.translate(std::round(corner.x()) - corner.x(), std::round(corner.y()) - corner.y());
 
-  painter.fillRect(QRect(lefts_.front(), tops_.front(), lefts_.back(), tops_.back()),
-                   QColor::fromRgb(kWindowBackground));
   for (int i = 0; i < size_ * size_; ++i) {
     if (!event->region().intersects(CellRect(i))) continue;
     const QRect at = DeviceRect(i);
@@ -234,9 +233,9 @@ void BoardWidget::SetFrameShown(bool shown) {
 
 void BoardWidget::MoveFrame(int index) {
   if (index == current_) return;
-  update(CellRect(current_));
+  if (frameShown_) update(CellRect(current_));
   current_ = index;
-  update(CellRect(current_));
+  if (frameShown_) update(CellRect(current_));
   TellFocus();
 }
 

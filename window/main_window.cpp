@@ -19,6 +19,7 @@
 #include "storage/pack.h"
 #include "storage/players.h"
 #include "storage/start_up.h"
+#include "window/accessibility.h"
 
 namespace bivouac {
 namespace {
@@ -84,6 +85,7 @@ const std::array<MainWindow::ButtonRow, MainWindow::kButtons> MainWindow::kButto
 }};
 
 MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
+  InstallAccessibility();
   setObjectName(QStringLiteral("Main"));
   setAccessibleDescription(QStringLiteral("A logic puzzle of trees and tents"));
   QIcon icon;

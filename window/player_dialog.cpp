@@ -114,7 +114,7 @@ void PlayerDialog::ShowModal(double unit) {
   if (parentWidget() != nullptr) {
     move(parentWidget()->geometry().center() - rect().center());
   }
-  list_->setFocus();
+  (form_.NaamLijst.Enabled ? static_cast<QWidget*>(list_) : field_)->setFocus();
   exec();
   form_.Visible = false;
   hide();

@@ -3,7 +3,6 @@
 #include <QApplication>
 
 #include "storage/start_up.h"
-#include "window/accessibility.h"
 #include "window/boxes.h"
 
 namespace bivouac {
@@ -16,7 +15,6 @@ Program::Program(SoundPlayer& sound)
       window_(main_, road_),
       dialog_(form_, road_, &window_) {
   desktop_.Attach(road_, window_, dialog_);
-  InstallAccessibility();
   // The program ends by its own road alone, not when a box is closed before the window is shown.
   QApplication::setQuitOnLastWindowClosed(false);
 }

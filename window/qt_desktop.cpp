@@ -20,7 +20,7 @@ constexpr int kNotFoundCode = 2;
 constexpr int kNotStartedCode = 31;
 
 // A yield looks at the clock once in so many calls: inner loops make millions a second.
-constexpr unsigned kYieldsPerLook = 32;
+constexpr unsigned kYieldsPerLook = 8;
 constexpr auto kBetweenEvents = std::chrono::milliseconds(8);
 constexpr int kSoundRestAfter = 3000;  // Milliseconds.
 

@@ -66,7 +66,10 @@ struct SoundPlayer::Device {
       device->Sources = {};
       return nullptr;
     }
-    if (alcIsExtensionPresent(device->Handle, "ALC_SOFT_pause_device") == ALC_TRUE) {
+    // The writer of wave files loses the head of its file over a pause.
+    const std::string name = alcGetString(device->Handle, ALC_DEVICE_SPECIFIER);
+    const bool pauses = alcIsExtensionPresent(device->Handle, "ALC_SOFT_pause_device") == ALC_TRUE;
+    if (pauses && name != "Wave File Writer") {
       device->Pause =
           reinterpret_cast<void (*)(ALCdevice*)>(alcGetProcAddress(device->Handle, "alcDevicePauseSOFT"));
       device->Resume =

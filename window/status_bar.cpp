@@ -50,7 +50,7 @@ void StatusBar::LayOut(double unit) {
     const int left = width() * before / kPanelWidths;
     before += PanelTable()[i].Width;
     const int right = width() * before / kPanelWidths;
-    labels_[i]->setGeometry(left + gap, 1, right - left - gap - 1, height() - 1);
+    labels_[i]->setGeometry(left + gap, 1, right - left - gap - gap / 2, height() - 1);
   }
   FitTexts();
 }

@@ -32,6 +32,7 @@ TempFolder::TempFolder() {
 
 TempFolder::~TempFolder() {
   std::error_code ignored;
+  fs::permissions(path_, fs::perms(0755), ignored);
   fs::remove_all(path_, ignored);
 }
 

@@ -4,7 +4,6 @@
 #include <cstdlib>
 
 #include "deduction/axis.h"
-#include "deduction/wings.h"
 #include "game/board.h"
 
 namespace bivouac {
@@ -642,16 +641,213 @@ bool PassTwin(PlainRater& rater, Axis axis) {
   return false;
 }
 
-bool PassWing(PlainRater& rater) {
-  const auto find = FindWing(rater.board, rater.n, TwoTreesRule::InAllFormations);
-  if (!find) return false;
-  for (int i = 0; i < find->Count; ++i) {
-    const WingMark& mark = find->Marks[static_cast<std::size_t>(i)];
-    if (mark.Tile == -CELL_GRASS) rater.board[mark.Cell] = CELL_GRASS;
-    if (mark.Tile == -CELL_TENT && find->Message != WingMessage::TA) rater.board[mark.Cell] = CELL_TENT;
+/// Three trees in an L: M in the corner, A and B found in the order north, west, east, south of it.
+struct PlainWing {
+  int m, a, b, formation, openA, openB;
+};
+
+bool FindPlainWing(const PlainRater& rater, int m, PlainWing& wing) {
+  const int n = rater.n;
+  int a = -1;
+  int b = -1;
+  int trees = 0;
+  int tents = 0;
+  for (const int side : {m - n, m - 1, m + 1, m + n}) {
+    if (rater.IsTent(side)) ++tents;
+    if (!rater.IsTree(side)) continue;
+    ++trees;
+    if (trees == 1) a = side;
+    if (trees == 2) b = side;
   }
-  SweepTentNeighbours(rater);
+  if (trees == 2 && (b - a == 2 || b - a == 2 * n)) trees = 3;
+  if (trees != 2 || tents != 0) return false;
+  int firstTentOfA = -1;
+  int treesBeside = 0;
+  const auto survey = [&](int tree, int& open, int& firstTent) {
+    const auto look = [&](int cell) {
+      if (rater.IsOpen(cell)) ++open;
+      if (rater.IsTree(cell)) ++treesBeside;
+      if (rater.IsTent(cell) && firstTent == -1) firstTent = cell;
+    };
+    if (rater.Row(tree) > 0) look(tree - n);
+    if (rater.Col(tree) > firstTentOfA) look(tree - 1);
+    if (rater.Col(tree) < n - 1) look(tree + 1);
+    if (rater.Row(tree) < n - 1) look(tree + n);
+  };
+  int openA = 0;
+  int openB = 0;
+  int firstTentOfB = -1;
+  survey(a, openA, firstTentOfA);
+  survey(b, openB, firstTentOfB);
+  if (treesBeside != 2 || openA < 2 || openB < 2 || firstTentOfA != -1 || firstTentOfB != -1) return false;
+  const int formation = a == m - n ? (b < m ? 1 : 2) : a < m ? 3 : 4;
+  wing = {m, a, b, formation, openA, openB};
   return true;
+}
+
+/// What a rule of the corner kind tests: a tree T with two sides X and Y left.
+struct PlainCorner {
+  bool count;
+  int t;
+  int x;
+  int y;
+  bool full;
+  bool takeX;  // When the full test fails.
+};
+
+PlainCorner CornerOf(const PlainRater& rater, const PlainWing& w, int rule) {
+  const int n = rater.n;
+  const int f = w.formation;
+  int t = 0;
+  if (rule == 1) t = f == 1 || f == 4 ? w.a - n + 1 : w.a - n - 1;
+  if (rule == 2) t = f == 1 ? w.m + n + 1 : f == 2 ? w.m + n - 1 : f == 3 ? w.m - n + 1 : w.m - n - 1;
+  if (rule == 3) t = f == 1 || f == 4 ? w.b + n - 1 : w.b + n + 1;
+  if (rule == 5) t = f == 1 ? w.b - n - 1 : f == 2 ? w.b - n + 1 : f == 3 ? w.b + n - 1 : w.b + n + 1;
+  if (rule == 6) t = f == 1 ? w.a - n - 1 : f == 2 ? w.a - n + 1 : f == 3 ? w.a + n - 1 : w.a + n + 1;
+  const int row = t >= 0 ? t / n : -1;
+  const int col = t >= 0 ? t % n : -1;
+  const bool above = row > 0;
+  const bool below = row < n - 1;
+  const bool before = col > 0;
+  const bool behind = col < n - 1;
+  const int north = t - n;
+  const int south = t + n;
+  const int west = t - 1;
+  const int east = t + 1;
+  const bool a3 = w.openA == 3;
+  const bool b3 = w.openB == 3;
+  switch (rule * 10 + f) {
+    case 11:
+    case 14:
+      return {a3, t, north, east, above && behind, above};
+    case 12:
+    case 13:
+      return {a3, t, north, west, above && before, above};
+    case 21:
+      return {true, t, south, east, below && behind, below};
+    case 22:
+      return {true, t, south, west, below && before, below};
+    case 23:
+      return {true, t, north, east, above && behind, above};
+    case 24:
+      return {true, t, north, west, above && before, below};
+    case 31:
+    case 34:
+      return {b3, t, south, west, below && before, below};
+    case 32:
+      return {b3, t, south, east, below && behind, below};
+    case 33:
+      return {b3, t, south, east, below && before, below};
+    case 51:
+      return {b3, t, north, west, before, true};
+    case 52:
+      return {b3, t, north, east, behind, true};
+    case 53:
+      return {b3, t, south, west, before, true};
+    case 54:
+      return {b3, t, south, east, behind, true};
+    case 61:
+      return {a3, t, north, west, above, false};
+    case 62:
+      return {a3, t, north, east, above, false};
+    case 63:
+      return {a3, t, south, west, above, false};
+    default:
+      return {a3, t, south, east, below, false};
+  }
+}
+
+bool ApplyCorner(PlainRater& rater, const PlainWing& w, int rule) {
+  const PlainCorner corner = CornerOf(rater, w, rule);
+  const bool tree = rater.IsTree(corner.t);
+  if (!corner.count || !tree) return false;
+  if (corner.full) {
+    const int k = corner.x + corner.y - corner.t;
+    if (!rater.IsOpen(corner.x) || !rater.IsOpen(corner.y) || !rater.IsOpen(k)) return false;
+    rater.board[k] = CELL_GRASS;
+    return true;
+  }
+  const int field = corner.takeX ? corner.x : corner.y;
+  if (!rater.IsOpen(field)) return false;
+  rater.board[field] = CELL_TENT;
+  return true;
+}
+
+bool ApplyTwoTrees(PlainRater& rater, const PlainWing& w) {
+  const int n = rater.n;
+  const auto apply = [&](int t1, int tent1, int t2, int tent2) {
+    const bool tree1 = rater.IsTree(t1);
+    const bool tree2 = rater.IsTree(t2);
+    if (w.openA + w.openB != 6 || !tree1 || !tree2) return false;
+    rater.board[tent1] = CELL_TENT;
+    rater.board[tent2] = CELL_TENT;
+    return true;
+  };
+  const int a = w.a;
+  const int b = w.b;
+  if (w.formation == 1) return apply(a - n - 1, a - 2 * n - 1, b - n - 1, b - n - 2);
+  if (w.formation == 2) return apply(a - n + 1, a - 2 * n + 1, b - n + 1, b - n + 2);
+  if (w.formation == 3) return apply(a + n - 1, a + n - 2, b + n - 1, b + 2 * n - 1);
+  return apply(a + n + 1, a + n + 2, b + n + 1, b + 2 * n + 1);
+}
+
+bool ApplyOwnFields(PlainRater& rater, const PlainWing& w) {
+  const int n = rater.n;
+  const int row = rater.Row(w.m);
+  const int col = rater.Col(w.m);
+  const auto isOpen = [&](int cell) { return rater.IsOpen(cell); };
+  const auto pair = [&](bool guard, int first, int second) {
+    if (!guard) return false;
+    const bool found = rater.GrassIfOpen(first);
+    return rater.GrassIfOpen(second) || found;
+  };
+  const auto pairOfA = [&] {
+    if (w.formation == 1) return pair(col < n - 2, w.a + 2, w.m + 2);
+    if (w.formation == 2) return pair(col > 1, w.a - 2, w.m - 2);
+    return pair(row > 1, w.a - 2 * n, w.m - 2 * n);
+  };
+  const auto pairOfB = [&] {
+    if (w.formation <= 2) return pair(row < n - 2, w.b + 2 * n, w.m + 2 * n);
+    if (w.formation == 3) return pair(col < n - 2, w.b + 2, w.m + 2);
+    return pair(col > 1, w.b - 2, w.m - 2);
+  };
+  const bool aUpright = w.formation <= 2;
+  const int besideA = aUpright ? 1 : n;
+  const int besideB = aUpright ? n : 1;
+  if (w.openA + w.openB == 4) {
+    const int third = aUpright ? w.b + n : w.formation == 3 ? w.b + 1 : w.b - 1;
+    const int tent = w.formation == 1 ? w.a - 1 : w.formation == 2 ? w.a + 1 : w.a + n;
+    if (!isOpen(w.a - besideA) || !isOpen(w.a + besideA) || !isOpen(third)) return false;
+    rater.board[tent] = CELL_TENT;
+    pairOfA();
+    pairOfB();
+    return true;
+  }
+  if (w.openA == 2 && w.openB == 3) {
+    return isOpen(w.a - besideA) && isOpen(w.a + besideA) && pairOfA();
+  }
+  if (w.openA == 3 && w.openB == 2) {
+    return isOpen(w.b - besideB) && isOpen(w.b + besideB) && pairOfB();
+  }
+  return false;
+}
+
+bool PassWing(PlainRater& rater) {
+  const int n = rater.n;
+  for (int r = 1; r <= n - 2; ++r) {
+    for (int c = 1; c <= n - 2; ++c) {
+      const int m = r * n + c;
+      PlainWing w{};
+      if (!rater.IsTree(m) || !FindPlainWing(rater, m, w)) continue;
+      const bool found = ApplyCorner(rater, w, 1) || ApplyCorner(rater, w, 2) || ApplyCorner(rater, w, 3) ||
+                         ApplyTwoTrees(rater, w) || ApplyCorner(rater, w, 5) || ApplyCorner(rater, w, 6) ||
+                         ApplyOwnFields(rater, w);
+      if (!found) continue;
+      SweepTentNeighbours(rater);
+      return true;
+    }
+  }
+  return false;
 }
 
 // Tier 5.
@@ -714,15 +910,20 @@ constexpr std::array<PlainPass, 23> kPasses{{
 
 constexpr double kNothingFound = 2.0;
 
+void CopyNeeds(PlainRater& rater) {
+  const PackRecord& record = rater.main.global.PuzzleRec;
+  for (int i = 0; i < rater.n; ++i) {
+    rater.rowNeed[static_cast<std::size_t>(i)] = record.RowCounts[i];
+    rater.colNeed[static_cast<std::size_t>(i)] = record.ColCounts[i];
+  }
+}
+
 void SetUp(PlainRater& rater) {
   const PackRecord& record = rater.main.global.PuzzleRec;
   for (int i = 0; i < rater.cells; ++i) {
     rater.board[i] = record.Layout[i] == CELL_TREE ? CELL_TREE : CELL_OPEN;
   }
-  for (int i = 0; i < rater.n; ++i) {
-    rater.rowNeed[static_cast<std::size_t>(i)] = record.RowCounts[i];
-    rater.colNeed[static_cast<std::size_t>(i)] = record.ColCounts[i];
-  }
+  CopyNeeds(rater);
   for (int i = 0; i < rater.cells; ++i) {
     if (rater.IsOpen(i) && rater.CountSides(i, CELL_TREE) == 0) rater.board[i] = CELL_GRASS;
   }
@@ -772,6 +973,12 @@ void RatePlainly(Main& main, int& result, RatingTrace& trace) {
   } catch (const RunTimeError&) {
     result = -1;
   }
+}
+
+bool RunPlainPass(Main& main, int pass) {
+  PlainRater rater{main, main.Board, main.BoardSize, main.CellCount};
+  CopyNeeds(rater);
+  return kPasses[static_cast<std::size_t>(pass)].Run(rater);
 }
 
 }  // namespace bivouac

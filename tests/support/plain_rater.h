@@ -9,4 +9,8 @@ namespace bivouac {
 /// As RatePuzzle: the same level, Difficulty, Board, BlinkTop and trace.
 void RatePlainly(Main& main, int& result, RatingTrace& trace);
 
+/// Runs one pass, an index into PassTable, on Board as it stands, with the needs of PuzzleRec. Returns
+/// whether it changed the board. Errors: as the pass.
+bool RunPlainPass(Main& main, int pass);
+
 }  // namespace bivouac

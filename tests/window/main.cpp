@@ -1,0 +1,24 @@
+// Runs the window's tests with settings, data and sound in a folder of their own, whatever the surroundings.
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+  const QTemporaryDir folder;
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
+  qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
+  qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+  if (!qEnvironmentVariableIsSet("ALSOFT_DRIVERS")) qputenv("ALSOFT_DRIVERS", "wave");
+  QFile sound(folder.filePath("alsoft.conf"));
+  if (!sound.open(QFile::WriteOnly)) return 1;
+  sound.write("[wave]\nfile = " + folder.filePath("heard.wav").toUtf8() + "\n");
+  sound.close();
+  qputenv("ALSOFT_CONF", sound.fileName().toUtf8());
+  qputenv("BIVOUAC_TEST_FOLDER", folder.path().toUtf8());
+
+  testing::InitGoogleTest(&argc, argv);
+  const QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,129 @@
+#include "tests/window/session.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QMessageBox>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+namespace bivouac {
+
+Session::Session() {
+  QSettings settings("Bivouac", "Bivouac");
+  settings.clear();
+  settings.sync();
+  QDir(DataFolder()).removeRecursively();
+  QDir().mkpath(DataFolder());
+  const QDir packs(BIVOUAC_SOURCE_DIR "/assets/packs");
+  for (const QString& pack : packs.entryList({"*.bvq"})) {
+    QFile::copy(packs.filePath(pack), DataFolder() + "/" + pack);
+    QFile::setPermissions(DataFolder() + "/" + pack, QFile::ReadOwner | QFile::WriteOwner);
+  }
+  qApp->installEventFilter(this);
+}
+
+Session::~Session() {
+  for (const Expected& missing : expected_) {
+    ADD_FAILURE() << "box did not come: " << missing.Title.toStdString();
+  }
+}
+
+QString Session::DataFolder() {
+  return qEnvironmentVariable("XDG_DATA_HOME") + "/Bvc";
+}
+
+QString Session::SettingsFile() {
+  return qEnvironmentVariable("XDG_CONFIG_HOME") + "/Bivouac/Bivouac.conf";
+}
+
+void Session::Setting(const char* key, const QString& value) {
+  QSettings settings("Bivouac", "Bivouac");
+  settings.setValue(key, value);
+  settings.sync();
+}
+
+void Session::Expect(const QString& title, Answer answer) {
+  expected_.push_back({title, std::move(answer)});
+}
+
+int Session::Run(const Script& script) {
+  SoundPlayer sound;
+  Program program(sound);
+  QTimer::singleShot(0, &program.Window(), [&] {
+    if (program.Window().isVisible()) script(program);
+  });
+  const int status = program.Run();
+  // A program that ended before its event loop began leaves Qt in the mood to leave every loop at once.
+  QTimer::singleShot(0, qApp, [] { QApplication::exit(); });
+  QApplication::exec();
+  return status;
+}
+
+bool Session::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Show) {
+    if (auto* box = qobject_cast<QDialog*>(watched)) {
+      QTimer::singleShot(0, box, [this, box] { AnswerBox(*box); });
+    }
+  }
+  return false;
+}
+
+void Session::AnswerBox(QDialog& box) {
+  const auto* message = qobject_cast<QMessageBox*>(&box);
+  Titles.push_back(box.windowTitle());
+  Texts.push_back(message != nullptr ? message->text() : QString());
+  if (expected_.empty() || expected_.front().Title != box.windowTitle()) {
+    ADD_FAILURE() << "unexpected box: " << box.windowTitle().toStdString() << ": "
+                  << Texts.back().toStdString();
+    box.close();
+    return;
+  }
+  const Answer act = expected_.front().Act;
+  expected_.pop_front();
+  act(box);
+}
+
+Session::Answer Press(Qt::Key key) {
+  return [key](QDialog& box) { QTest::keyClick(box.focusWidget() ? box.focusWidget() : &box, key); };
+}
+
+Session::Answer Type(const QString& text) {
+  return [text](QDialog& box) {
+    QTest::keyClicks(box.focusWidget(), text);
+    QTest::keyClick(box.focusWidget(), Qt::Key_Return);
+  };
+}
+
+QWidget* Find(Program& program, const QString& name) {
+  auto* widget = program.Window().findChild<QWidget*>(name);
+  if (widget == nullptr) throw std::runtime_error("no control " + name.toStdString());
+  return widget;
+}
+
+void ClickOn(Program& program, const QString& name) {
+  QTest::mouseClick(Find(program, name), Qt::LeftButton);
+}
+
+void ClickCell(Program& program, int index, Qt::MouseButton button) {
+  BoardWidget& board = program.Window().Board();
+  QTest::mouseClick(&board, button, {}, board.CellRect(index).center());
+}
+
+void OpenPuzzle(Session& session, Program& program, int number) {
+  session.Expect("Select Puzzle", Type(QString::number(number)));
+  ClickOn(program, "cmdOpen");
+}
+
+void Solve(Program& program) {
+  Main& main = program.State();
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    if (main.Board[cell] == CELL_TREE) continue;
+    const int goal = main.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS;
+    while (!main.PuzzleOver && main.Board[cell] != goal) ClickCell(program, cell);
+  }
+}
+
+}  // namespace bivouac

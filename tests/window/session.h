@@ -1,0 +1,65 @@
+// A run of the whole program for a test: fresh settings and data, a script of what the person does, and
+// answers to the boxes that come up.
+#pragma once
+
+#include <QDialog>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "window/program.h"
+
+namespace bivouac {
+
+class Session : public QObject {
+ public:
+  using Script = std::function<void(Program& program)>;
+  using Answer = std::function<void(QDialog& box)>;
+
+  /// Clears the settings and the data folder of the tests, and puts the packs into it.
+  Session();
+  ~Session() override;
+
+  void Setting(const char* key, const QString& value);
+  /// Answers the next box, which must have that title. Boxes without an answer fail the test.
+  void Expect(const QString& title, Answer answer);
+  /// Runs the program until it ends; the script runs when the window has been shown. Returns the status.
+  int Run(const Script& script);
+
+  /// Titles and texts of the boxes so far.
+  std::vector<QString> Titles;
+  std::vector<QString> Texts;
+
+  static QString DataFolder();
+  static QString SettingsFile();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void AnswerBox(QDialog& box);
+
+  struct Expected {
+    QString Title;
+    Answer Act;
+  };
+  std::deque<Expected> expected_;
+};
+
+/// An answer: one key.
+Session::Answer Press(Qt::Key key);
+/// An answer: a text, and Enter.
+Session::Answer Type(const QString& text);
+
+QWidget* Find(Program& program, const QString& name);
+/// A click of the left button on the control of that name.
+void ClickOn(Program& program, const QString& name);
+/// A press and release of a button of the mouse on a cell.
+void ClickCell(Program& program, int index, Qt::MouseButton button = Qt::LeftButton);
+/// Opens a puzzle of the pack by its number.
+void OpenPuzzle(Session& session, Program& program, int number);
+/// Clicks every cell round to the solution.
+void Solve(Program& program);
+
+}  // namespace bivouac

@@ -1,0 +1,123 @@
+// OpenAL's "wave" back end writes what is played into a file, where a test can hear it.
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTest>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <sndfile.h>
+#include <vector>
+
+#include "tests/window/session.h"
+
+namespace bivouac {
+namespace {
+
+constexpr int kRate = 44100;
+constexpr double kPi = 3.14159265358979;
+
+QString Folder() {
+  return qEnvironmentVariable("BIVOUAC_TEST_FOLDER");
+}
+
+/// A tone of a tenth of a second.
+std::string WriteTone(const QString& name, double frequency) {
+  const std::string path = (Folder() + "/" + name).toStdString();
+  std::vector<short> samples;
+  for (int i = 0; i < kRate / 10; ++i) {
+    samples.push_back(static_cast<short>(12000 * std::sin(2 * kPi * frequency * i / kRate)));
+  }
+  SF_INFO info{.frames = 0,
+               .samplerate = kRate,
+               .channels = 1,
+               .format = SF_FORMAT_WAV | SF_FORMAT_PCM_16,
+               .sections = 0,
+               .seekable = 0};
+  SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+  sf_write_short(file, samples.data(), static_cast<sf_count_t>(samples.size()));
+  sf_close(file);
+  return path;
+}
+
+/// How loud a frequency is in what was written, as the amplitude of a tone of a tenth of a second.
+double Loudness(double frequency) {
+  SF_INFO info{};
+  SNDFILE* file = sf_open((Folder() + "/heard.wav").toUtf8().constData(), SFM_READ, &info);
+  if (file == nullptr) return -1;
+  std::vector<double> frames(static_cast<std::size_t>(info.frames * info.channels));
+  sf_readf_double(file, frames.data(), info.frames);
+  sf_close(file);
+  double sine = 0;
+  double cosine = 0;
+  for (sf_count_t i = 0; i < info.frames; ++i) {
+    const double sample = frames[static_cast<std::size_t>(i * info.channels)];
+    const double angle = 2 * kPi * frequency * static_cast<double>(i) / info.samplerate;
+    sine += sample * std::sin(angle);
+    cosine += sample * std::cos(angle);
+  }
+  return std::hypot(sine, cosine) * 2 / (info.samplerate / 10.0);
+}
+
+TEST(Sound, IsHeardWhenPlayedSeveralAtATime) {
+  const std::string low = WriteTone("low.wav", 440);
+  const std::string high = WriteTone("high.wav", 1000);
+  const std::string silent = WriteTone("silent.wav", 2500);
+  {
+    SoundPlayer player;
+    ASSERT_TRUE(player.Ready());
+    const int first = player.Load(low);
+    const int second = player.Load(high);
+    EXPECT_GE(player.Load(silent), 0);
+    EXPECT_EQ(player.Load("/nowhere/at all.wav"), -1);
+    player.Play(-1);
+    player.Play(99);
+    EXPECT_FALSE(player.Playing());
+    player.Play(first);
+    player.Play(second);
+    EXPECT_TRUE(player.Playing());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !player.Playing(); }));
+  }
+  EXPECT_GT(Loudness(440), 0.1);
+  EXPECT_GT(Loudness(1000), 0.1);
+  EXPECT_LT(Loudness(2500), 0.01);
+}
+
+TEST(Sound, BoxFollowsTheSettings) {
+  Session session;
+  session.Setting("Options/Sounds", "True");
+  session.Run([&](Program& program) {
+    EXPECT_TRUE(Find(program, "optSound")->isEnabled());
+    EXPECT_TRUE(program.State().SoundOn);
+    ClickOn(program, "optSound");
+    EXPECT_FALSE(program.State().SoundOn);
+    program.Window().close();
+  });
+  EXPECT_EQ(QSettings("Bivouac", "Bivouac").value("Options/Sound").toString(), "False");
+}
+
+// Runs in a process of its own, below: OpenAL chooses its back end once in a process.
+TEST(Sound, DISABLED_WithoutDevice) {
+  Session session;
+  session.Setting("Options/Size", "6");
+  EXPECT_EQ(session.Run([&](Program& program) {
+    EXPECT_FALSE(Find(program, "optSound")->isEnabled());
+    OpenPuzzle(session, program, 1);
+    ClickOn(program, "cmdSolution");
+    program.Window().close();
+  }),
+            0);
+}
+
+TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
+  QProcess child;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("ALSOFT_DRIVERS", "no-such-driver");
+  child.setProcessEnvironment(environment);
+  child.start(QCoreApplication::applicationFilePath(),
+              {"--gtest_filter=Sound.DISABLED_WithoutDevice", "--gtest_also_run_disabled_tests"});
+  ASSERT_TRUE(child.waitForFinished(60000));
+  EXPECT_EQ(child.exitCode(), 0) << child.readAllStandardOutput().toStdString();
+}
+
+}  // namespace
+}  // namespace bivouac

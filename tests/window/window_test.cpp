@@ -1,0 +1,472 @@
+#include <QAccessible>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPushButton>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include "game/layout.h"
+#include "tests/window/session.h"
+#include "window/text_fit.h"
+
+namespace bivouac {
+namespace {
+
+void Quit(Program& program) {
+  program.Window().close();
+}
+
+QString TextOf(Program& program, const QString& name) {
+  return qobject_cast<QLabel*>(Find(program, name))->text();
+}
+
+qint64 PackBytes(const char* name) {
+  return QFile(Session::DataFolder() + "/" + name).size();
+}
+
+/// What a widget painted since the last look.
+class PaintWatch : public QObject {
+ public:
+  explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
+  QRegion Painted;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) Painted += static_cast<QPaintEvent*>(event)->region();
+    return false;
+  }
+};
+
+TEST(Window, PlaysAWholeGameWithTheMouse) {
+  Session session;
+  session.Setting("Options/Size", "6");
+  const int status = session.Run([&](Program& program) {
+    EXPECT_FALSE(Find(program, "cmdNext")->isEnabled());
+    OpenPuzzle(session, program, 3);
+    EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), "Puzzle #: 3");
+    EXPECT_EQ(TextOf(program, "RowCnt(0)").toStdString(), program.State().RowCnt[0].Caption);
+    EXPECT_TRUE(Find(program, "cmdSolution")->isEnabled());
+
+    int open = 0;
+    while (program.State().Board[open] != CELL_OPEN) ++open;
+    ClickCell(program, open, Qt::RightButton);
+    EXPECT_EQ(TextOf(program, "LabelStap"), "1");
+    ClickOn(program, "cmdUndo");
+    EXPECT_EQ(TextOf(program, "LabelStap"), "0");
+    EXPECT_FALSE(Find(program, "cmdUndo")->isEnabled());
+    ClickOn(program, "cmdRedo");
+
+    int tree = 0;
+    while (program.State().Board[tree] != CELL_TREE) ++tree;
+    session.Expect("Hint required?", Press(Qt::Key_Escape));  // No.
+    ClickCell(program, tree);
+    session.Expect("Hint required?", Press(Qt::Key_Return));  // Yes.
+    session.Expect("Tent Check", Press(Qt::Key_Escape));
+    ClickCell(program, tree);
+
+    ClickOn(program, "cmdPause");
+    EXPECT_TRUE(Find(program, "Shield")->isVisible());
+    ClickOn(program, "Picture1");
+    EXPECT_FALSE(Find(program, "Shield")->isVisible());
+
+    session.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
+    Solve(program);
+    EXPECT_TRUE(Find(program, "cmdNext")->isEnabled());
+    ClickOn(program, "cmdNext");
+    EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), "Puzzle #: 4");
+    session.Expect("Quit Bivouac", Press(Qt::Key_Escape));
+    ClickOn(program, "cmdExit");
+    session.Expect("Quit Bivouac", Press(Qt::Key_Return));
+    ClickOn(program, "cmdExit");
+  });
+  EXPECT_EQ(status, 0);
+}
+
+TEST(Window, BothPressesOfADoubleClickCountAndOnlyTheCellIsPainted) {
+  Session session;
+  session.Setting("Options/Size", "18");
+  session.Run([&](Program& program) {
+    OpenPuzzle(session, program, 1);
+    Main& main = program.State();
+    BoardWidget& board = program.Window().Board();
+    int cell = 40;
+    while (main.Board[cell] != CELL_OPEN) ++cell;
+    const QPoint at = board.CellRect(cell).center();
+    QCoreApplication::processEvents();
+    PaintWatch watch(board);
+
+    ClickCell(program, cell);
+    QMouseEvent second(QEvent::MouseButtonDblClick, at, board.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                       Qt::NoModifier);
+    QCoreApplication::sendEvent(&board, &second);
+    EXPECT_EQ(main.Board[cell], CELL_TENT);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(watch.Painted.boundingRect(), board.CellRect(cell));
+
+    // Ticks of the clock that change nothing paint nothing.
+    watch.Painted = {};
+    program.Window().Draw();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(watch.Painted.isEmpty());
+    Quit(program);
+  });
+}
+
+TEST(Window, TabWalksTheEnabledControlsInTheOrderOfTheTableAndThenTheBoard) {
+  Session session;
+  session.Run([&](Program& program) {
+    std::vector<std::string> expected;
+    for (const ControlRow& row : ControlTable()) {
+      const bool takesFocus = row.Kind == ControlKind::Button || row.Kind == ControlKind::CheckBox ||
+                              row.Kind == ControlKind::Link;
+      const QString name = QString::fromUtf8(row.Name.data(), static_cast<qsizetype>(row.Name.size()));
+      if (takesFocus && Find(program, name)->isEnabled()) expected.push_back(name.toStdString());
+    }
+    expected.push_back("Grid");
+    program.Window().activateWindow();
+    Find(program, "cmdOptions")->setFocus();
+    std::vector<std::string> walked;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      walked.push_back(program.Window().focusWidget()->objectName().toStdString());
+      QTest::keyClick(program.Window().focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(walked, expected);
+    EXPECT_EQ(program.Window().focusWidget()->objectName(), "cmdOptions");
+    Quit(program);
+  });
+}
+
+TEST(Window, PlaysWithTheKeyboard) {
+  Session session;
+  session.Setting("Options/Size", "6");
+  session.Run([&](Program& program) {
+    Main& main = program.State();
+    session.Expect("Select Puzzle", Type("1"));
+    Find(program, "cmdOpen")->setFocus();
+    QTest::keyClick(Find(program, "cmdOpen"), Qt::Key_Return);
+    BoardWidget& board = program.Window().Board();
+    EXPECT_EQ(program.Window().focusWidget(), &board);  // The button is disabled: play goes on at the board.
+
+    // The frame stops at the edges.
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down, Qt::Key_Down}) {
+      QTest::keyClick(&board, key);
+    }
+    EXPECT_EQ(board.Current(), 2 * 6 + 1);
+    int cell = 0;
+    while (main.Board[cell] != CELL_OPEN) ++cell;
+    QTest::keyClick(&board, Qt::Key_Up);
+    QTest::keyClick(&board, Qt::Key_Up);
+    QTest::keyClick(&board, Qt::Key_Home);
+    for (int i = 0; i < cell / 6; ++i) QTest::keyClick(&board, Qt::Key_Down);
+    for (int i = 0; i < cell % 6; ++i) QTest::keyClick(&board, Qt::Key_Right);
+    QTest::keyClick(&board, Qt::Key_Space);
+    EXPECT_EQ(main.Board[cell], CELL_GRASS);
+    QTest::keyClick(&board, Qt::Key_Enter);
+    EXPECT_EQ(main.Board[cell], CELL_TENT);
+
+    Find(program, "cmdPause")->setFocus();
+    QTest::keyClick(Find(program, "cmdPause"), Qt::Key_Space);
+    EXPECT_EQ(program.Window().focusWidget()->objectName(), "Picture1");
+    QTest::keyClick(Find(program, "Picture1"), Qt::Key_Return);
+    EXPECT_FALSE(main.Paused);
+    Quit(program);
+  });
+}
+
+TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
+  Session session;
+  session.Setting("Options/Size", "8");
+  session.Run([&](Program& program) {
+    OpenPuzzle(session, program, 1);
+    for (const bool byEscape : {true, false}) {
+      Find(program, "cmdHint")->setFocus();
+      QTest::keyClick(Find(program, "cmdHint"), Qt::Key_Return);
+      EXPECT_FALSE(program.State().BoardLive);
+      QWidget* text = Find(program, "lblHint");
+      EXPECT_EQ(text->cursor().shape(), Qt::PointingHandCursor);
+      EXPECT_EQ(program.Window().focusWidget(), text);
+      if (byEscape) {
+        QTest::keyClick(Find(program, "cmdExit"), Qt::Key_Escape);
+      } else {
+        QTest::keyClick(text, Qt::Key_Return);
+      }
+      EXPECT_TRUE(program.State().BoardLive);
+      EXPECT_EQ(text->cursor().shape(), Qt::ArrowCursor);
+    }
+    Quit(program);
+  });
+}
+
+TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
+  Session session;
+  session.Setting("Options/Size", "8");
+  const int status = session.Run([&](Program& program) {
+    OpenPuzzle(session, program, 1);
+    session.Expect("Bivouac", Press(Qt::Key_Return));
+    ClickOn(program, "cmdHint");
+    // With a hint on show an undo does not disable its button at step 0.
+    program.State().cmdUndo.Enabled = true;
+    program.Window().Draw();
+    ClickOn(program, "cmdUndo");
+  });
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(session.Texts.back(), "Run-time error 9: index outside an array");
+}
+
+TEST(Window, AnErrorAtStartNamesTheSettingsFile) {
+  for (const char* size : {"5", "many"}) {
+    Session session;
+    session.Setting("Options/Size", size);
+    session.Expect("Bivouac", Press(Qt::Key_Escape));
+    EXPECT_EQ(session.Run([](Program&) { FAIL() << "the window was shown"; }), 1);
+    EXPECT_TRUE(session.Texts.back().contains(Session::SettingsFile())) << session.Texts.back().toStdString();
+  }
+}
+
+TEST(Window, ClosesAndExitsWhileANewPuzzleIsMade) {
+  const qint64 before = [] {
+    Session fresh;
+    return PackBytes("BVPack18.bvq");
+  }();
+  for (const bool byCloseBox : {true, false}) {
+    Session session;
+    session.Setting("Options/Size", "18");
+    if (!byCloseBox) session.Expect("Quit Bivouac", Press(Qt::Key_Return));
+    bool unwound = false;
+    const int status = session.Run([&](Program& program) {
+      QTimer::singleShot(0, [&] {
+        EXPECT_FALSE(program.State().PuzzleOver);  // In the middle of the generator.
+        if (byCloseBox) {
+          Quit(program);
+        } else {
+          ClickOn(program, "cmdExit");
+        }
+      });
+      ClickOn(program, "cmdGenerate");
+      unwound = true;
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(unwound);
+    EXPECT_EQ(PackBytes("BVPack18.bvq"), before);
+  }
+}
+
+TEST(Window, MakesANewPuzzleAndGoesOnWhereExitIsDeclined) {
+  Session session;
+  session.Setting("Options/Size", "7");
+  session.Run([&](Program& program) {
+    const qint64 before = PackBytes("BVPack07.bvq");
+    session.Expect("Quit Bivouac", Press(Qt::Key_Escape));
+    session.Expect("Generate report", Press(Qt::Key_Return));
+    QTimer::singleShot(0, [&] { ClickOn(program, "cmdExit"); });
+    ClickOn(program, "cmdGenerate");
+    EXPECT_EQ(PackBytes("BVPack07.bvq"), before + 1376);
+    EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), "Puzzle #: 61");
+    Quit(program);
+  });
+}
+
+TEST(Window, EndsCleanlyUnderAnOpenBox) {
+  Session session;
+  EXPECT_EQ(session.Run([&](Program& program) {
+    session.Expect("Puzzle Size", [&](QDialog&) { Quit(program); });
+    ClickOn(program, "cmdOptions");
+  }),
+            0);
+}
+
+/// True if the outermost pixels of the widget's text room all have one colour: no letter reaches its edge.
+bool EdgesAreClear(QWidget& widget, int inset) {
+  const QImage image = widget.grab().toImage();
+  const QRect room = image.rect().adjusted(inset, 0, -inset, 0);
+  for (const int y : {room.top(), room.bottom()}) {
+    for (int x = room.left() + 4; x < room.right() - 4; ++x) {
+      if (qGray(image.pixel(x, y)) < 90) return false;
+    }
+  }
+  return true;
+}
+
+TEST(Window, NoTextIsClippedAtAnyScale) {
+  const std::string name(16, 'W');
+  const std::string hint =
+      "One of the blinking trees can't place his tent on the blinking field between them without causing the "
+      "other tree loosing the possibility to place his tent. As a result of that, the other two fields where "
+      "the tent of that tree can be placed, the blinking field between those two other options must be "
+      "grass! "
+      "Tents can be placed on the fields with a blinking tent! Click HERE to continue...";
+  Session session;
+  session.Setting("Options/Size", "18");
+  session.Run([&](Program& program) {
+    OpenPuzzle(session, program, 1);
+    Main& main = program.State();
+    MainWindow& window = program.Window();
+    for (const std::string& text : {std::string(RulesText()), hint}) {
+      main.lblHint.Caption = text;
+      PanelOf(main, 3).Text = "Puzzle #: 32767";
+      PanelOf(main, 4).Text = "Total Puzzles: 32767";
+      PanelOf(main, 5).Text = "Best Time: 88:88 by " + name;
+      PanelOf(main, 6).Text = "Your Time: 88:88";
+      for (const double scale : {0.6, 0.77, 1.0, 1.31, 2.0, 3.3}) {
+        window.resize(static_cast<int>(545 * scale), static_cast<int>(602 * scale));
+        window.Draw();
+        QCoreApplication::processEvents();
+        for (auto* child : window.findChildren<QLabel*>()) {
+          auto* label = dynamic_cast<TextLabel*>(child);
+          if (label == nullptr || !label->isVisible() || label->text().isEmpty()) continue;
+          SCOPED_TRACE(label->objectName().toStdString() + " at " + std::to_string(scale));
+          EXPECT_TRUE(TextFits(label->font(), label->text(), label->TextRoom(), Wrapping::AtWords));
+          EXPECT_GE(label->font().pixelSize(), static_cast<int>(8 * scale));
+        }
+        for (auto* button : window.findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+          SCOPED_TRACE(button->objectName().toStdString() + " at " + std::to_string(scale));
+          EXPECT_TRUE(TextFits(button->font(), button->text(), button->size(), Wrapping::OneLine));
+        }
+        EXPECT_TRUE(EdgesAreClear(*Find(program, "lblHint"), 6)) << scale;
+      }
+    }
+    Quit(program);
+  });
+}
+
+TEST(Window, TellsAssistiveToolsWhatItShows) {
+  Session session;
+  session.Setting("Options/Size", "6");
+  session.Run([&](Program& program) {
+    OpenPuzzle(session, program, 1);
+    Main& main = program.State();
+    BoardWidget& board = program.Window().Board();
+    QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&board);
+    ASSERT_EQ(grid->childCount(), 36);
+    int cell = 0;
+    while (main.Board[cell] != CELL_OPEN) ++cell;
+    QAccessibleInterface* field = grid->child(cell);
+    EXPECT_EQ(field->object()->objectName(), QString("Grid(%1)").arg(cell));
+    const QString place = QString("Row %1, column %2: ").arg(cell / 6 + 1).arg(cell % 6 + 1);
+    EXPECT_EQ(field->text(QAccessible::Name), place + "open");
+    field->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(field->text(QAccessible::Name), place + "grass");
+    EXPECT_EQ(grid->indexOfChild(field), cell);
+
+    for (const ControlRow& row : ControlTable()) {
+      const QString name = QString::fromUtf8(row.Name.data(), static_cast<qsizetype>(row.Name.size()));
+      EXPECT_FALSE(Find(program, name)->accessibleName().isEmpty()) << row.Name;
+      EXPECT_FALSE(Find(program, name)->accessibleDescription().isEmpty()) << row.Name;
+    }
+    EXPECT_EQ(Find(program, "LabelTijd")->accessibleName(), TextOf(program, "LabelTijd"));
+    EXPECT_EQ(Find(program, "LabelTijd")->accessibleDescription(), "Elapsed time");
+    EXPECT_TRUE(Find(program, "ColCnt(2)")->accessibleDescription().contains("column 3"));
+    QAccessibleInterface* link = QAccessible::queryAccessibleInterface(Find(program, "Label3"));
+    EXPECT_TRUE(link->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    Quit(program);
+  });
+}
+
+TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
+  Session session;
+  session.Run([&](Program& program) {
+    FormNamen& form = program.Players();
+    session.Expect("Players", [&](QDialog& dialog) {
+      auto* field = dialog.findChild<QLineEdit*>("NaamInvoerveld");
+      auto* list = dialog.findChild<QWidget*>("NaamLijst");
+      EXPECT_EQ(dialog.focusWidget(), list);
+      EXPECT_FALSE(field->isEnabled());
+
+      dialog.findChild<QPushButton*>("KnopNieuweSpeler")->click();
+      EXPECT_EQ(dialog.focusWidget(), field);
+      // Enter is the field's own, with a box that belongs to the dialog.
+      session.Expect("Loss of memory ?", [&](QDialog& box) {
+        EXPECT_EQ(box.parentWidget(), &dialog);
+        EXPECT_EQ(session.Texts.back().count('\n'), 1);
+        QTest::keyClick(&box, Qt::Key_Return);
+      });
+      QTest::keyClick(field, Qt::Key_Return);
+      EXPECT_TRUE(dialog.isVisible());
+
+      // The field takes fifteen characters, whatever their length in memory.
+      const QString tents = QString::fromUcs4(U"\U0001F3D5\U0001F3D5");
+      field->insert("");
+      QTest::keyClicks(field, "abcdefghijklmnopqrs");
+      EXPECT_EQ(field->text(), "abcdefghijklmno");
+      field->clear();
+      qApp->processEvents();
+      QTest::keyClicks(field, "Zoe");
+      EXPECT_EQ(form.NaamInvoerveld.Text, "Zoe");
+      QTest::keyClick(field, Qt::Key_Escape);
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(dialog.focusWidget(), list);
+      EXPECT_EQ(program.State().global.PlayerCount, 0);
+
+      dialog.findChild<QPushButton*>("KnopNieuweSpeler")->click();
+      QTest::keyClicks(field, "Zoe");
+      QTest::keyClick(field, Qt::Key_Return);
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(program.State().global.PlayerCount, 1);
+      EXPECT_EQ(form.NaamLijst.ListIndex, 0);
+      QTest::keyClick(list, Qt::Key_Return);
+    });
+    ClickOn(program, "cmdPlayers");
+    EXPECT_EQ(program.Window().windowTitle(), "Bivouac - Zoe is playing");
+
+    // Shown again, nothing is selected; the first arrow key selects the first player. Escape changes nothing.
+    session.Expect("Players", [&](QDialog& dialog) {
+      EXPECT_EQ(form.NaamLijst.ListIndex, -1);
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
+      EXPECT_EQ(form.NaamLijst.ListIndex, 0);
+      EXPECT_TRUE(form.KnopOK.Enabled);
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_Escape);
+    });
+    ClickOn(program, "cmdPlayers");
+    EXPECT_EQ(program.State().global.CurrentPlayer, 1);
+    session.Expect("Players", [&](QDialog& dialog) { dialog.close(); });
+    ClickOn(program, "cmdPlayers");
+    session.Expect("Players",
+                   [&](QDialog& dialog) { dialog.findChild<QPushButton*>("CommandFree")->click(); });
+    ClickOn(program, "cmdPlayers");
+    EXPECT_EQ(program.State().global.CurrentPlayer, 0);
+    Quit(program);
+  });
+  const QSettings kept("Bivouac", "Bivouac");
+  EXPECT_EQ(kept.fileName(), Session::SettingsFile());
+  EXPECT_EQ(kept.value("Players/Player01").toString(), "Zoe             ");
+  EXPECT_EQ(kept.value("Players/Last_Player").toString(), "0");
+}
+
+TEST(Window, OpensTheWebSiteOrSaysWhyNot) {
+  const QByteArray path = qgetenv("PATH");
+  const QString folder = qEnvironmentVariable("BIVOUAC_TEST_FOLDER") + "/programs";
+  QDir().mkpath(folder);
+  Session session;
+  session.Run([&](Program& program) {
+    qputenv("PATH", folder.toUtf8());
+    session.Expect("Browser Not Found", Press(Qt::Key_Return));
+    ClickOn(program, "Label3");
+
+    QFile browser(folder + "/xdg-open");
+    ASSERT_TRUE(browser.open(QFile::WriteOnly));
+    browser.write(
+        ("#!/bin/sh\necho \"$@\" > " + folder + "/part && /bin/mv " + folder + "/part " + folder + "/asked\n")
+            .toUtf8());
+    browser.close();
+    browser.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ClickOn(program, "Label2");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(folder + "/asked"); }));
+    QFile asked(folder + "/asked");
+    ASSERT_TRUE(asked.open(QFile::ReadOnly));
+    EXPECT_TRUE(asked.readAll().startsWith("https://"));
+    EXPECT_FALSE(QFile::exists(Session::DataFolder() + "/temphtm.HTM"));
+    Quit(program);
+  });
+  qputenv("PATH", path);
+}
+
+}  // namespace
+}  // namespace bivouac
