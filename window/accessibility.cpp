@@ -2,12 +2,17 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QTimer>
 
 #include "window/board_widget.h"
+#include "window/main_window.h"
 #include "window/widgets.h"
 
 namespace bivouac {
 namespace {
+
+// A press may open a box and hold its caller: it waits for the event loop, so that the tool that asked gets
+// its answer at once.
 
 /// A text; where it takes clicks, a button in the shape of a text.
 class AccessibleLabel : public QAccessibleWidget {
@@ -23,7 +28,7 @@ class AccessibleLabel : public QAccessibleWidget {
   }
   void doAction(const QString& action) override {
     if (action != pressAction()) return QAccessibleWidget::doAction(action);
-    Label().Press();
+    QTimer::singleShot(0, widget(), [label = &Label()] { label->Press(); });
   }
 
  private:
@@ -77,7 +82,8 @@ class AccessibleCell : public QAccessibleInterface, public QAccessibleActionInte
   }
   QStringList actionNames() const override { return {pressAction()}; }
   void doAction(const QString& action) override {
-    if (action == pressAction()) Board().Press(cell_->Index());
+    if (action != pressAction()) return;
+    QTimer::singleShot(0, cell_, [cell = cell_] { cell->Board().Press(cell->Index()); });
   }
   QStringList keyBindingsForAction(const QString&) const override { return {}; }
 
@@ -111,10 +117,16 @@ class AccessibleBoard : public QAccessibleWidget {
   BoardWidget& Board() const { return *static_cast<BoardWidget*>(widget()); }
 };
 
+class AccessibleMainWindow : public QAccessibleWidget {
+ public:
+  explicit AccessibleMainWindow(MainWindow* window) : QAccessibleWidget(window, QAccessible::Window) {}
+};
+
 /// Asked with the name of each class that an object derives from; the objects themselves say what they are.
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   if (auto* cell = dynamic_cast<BoardCell*>(object)) return new AccessibleCell(cell);
   if (auto* board = dynamic_cast<BoardWidget*>(object)) return new AccessibleBoard(board);
+  if (auto* window = dynamic_cast<MainWindow*>(object)) return new AccessibleMainWindow(window);
   if (auto* label = dynamic_cast<TextLabel*>(object)) return new AccessibleLabel(label);
   return nullptr;
 }

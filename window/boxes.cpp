@@ -1,5 +1,6 @@
 #include "window/boxes.h"
 
+#include <QAbstractButton>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -64,6 +65,16 @@ QString LinesOf(const std::string& text) {
   return lines;
 }
 
+/// The name of a button is the text that it shows; its object name is that text as well.
+void NameButtons(const QDialogButtonBox& box) {
+  for (QAbstractButton* button : box.buttons()) {
+    const QString text = button->text().remove(QLatin1Char('&'));
+    button->setObjectName(text);
+    button->setAccessibleName(text);
+    button->setAccessibleDescription(QStringLiteral("Answers with ") + text);
+  }
+}
+
 }  // namespace
 
 BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
@@ -80,6 +91,7 @@ BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   dialog.setStandardButtons(choice.Shown);
   dialog.setDefaultButton(choice.Enter);
   dialog.setEscapeButton(choice.Escape);
+  NameButtons(*dialog.findChild<QDialogButtonBox*>());
   // A box that is taken away because the program ends counts as closed.
   const int answer = dialog.exec();
   return AnswerOf(dialog.clickedButton() == nullptr ? choice.Escape : answer);
@@ -94,12 +106,16 @@ std::string ShowInputBox(QWidget* parent, const InputBox& box) {
   auto* prompt = new QLabel(LinesOf(box.Prompt), &dialog);
   prompt->setTextFormat(Qt::PlainText);
   prompt->setObjectName(QStringLiteral("Prompt"));
+  prompt->setAccessibleName(prompt->text());
+  prompt->setAccessibleDescription(QStringLiteral("The question"));
+  dialog.setAccessibleDescription(prompt->text());
   auto* field = new QLineEdit(QString::fromStdString(box.Default), &dialog);
   field->setObjectName(QStringLiteral("Field"));
   field->setAccessibleName(prompt->text());
   field->setAccessibleDescription(QStringLiteral("The answer"));
   field->selectAll();
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+  NameButtons(*buttons);
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
 

@@ -67,7 +67,7 @@ struct SoundPlayer::Device {
       return nullptr;
     }
     // The writer of wave files loses the head of its file over a pause.
-    const std::string name = alcGetString(device->Handle, ALC_DEVICE_SPECIFIER);
+    const std::string name = alcGetString(device->Handle, ALC_ALL_DEVICES_SPECIFIER);
     const bool pauses = alcIsExtensionPresent(device->Handle, "ALC_SOFT_pause_device") == ALC_TRUE;
     if (pauses && name != "Wave File Writer") {
       device->Pause =

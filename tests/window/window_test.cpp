@@ -269,7 +269,7 @@ TEST(Window, MakesANewPuzzleAndGoesOnWhereExitIsDeclined) {
     QTimer::singleShot(0, [&] { ClickOn(program, "cmdExit"); });
     ClickOn(program, "cmdGenerate");
     EXPECT_EQ(PackBytes("BVPack07.bvq"), before + 1376);
-    EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), "Puzzle #: 61");
+    EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), QString("Puzzle #: %1").arg(before / 1376 + 1));
     Quit(program);
   });
 }
@@ -353,6 +353,7 @@ TEST(Window, TellsAssistiveToolsWhatItShows) {
     const QString place = QString("Row %1, column %2: ").arg(cell / 6 + 1).arg(cell % 6 + 1);
     EXPECT_EQ(field->text(QAccessible::Name), place + "open");
     field->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCoreApplication::processEvents();
     EXPECT_EQ(field->text(QAccessible::Name), place + "grass");
     EXPECT_EQ(grid->indexOfChild(field), cell);
 
