@@ -11,6 +11,8 @@ namespace bivouac {
 /// Cells in rising order.
 class CellList {
  public:
+  CellList() {}  // Leaves the unused places as they are.
+
   void Add(int cell) { cells_[static_cast<std::size_t>(count_++)] = cell; }
   int Count() const { return count_; }
   const int* begin() const { return cells_.data(); }

@@ -36,19 +36,6 @@ Rater::Rater(Main& main_)
   }
 }
 
-int Rater::Step(int direction) const {
-  switch (direction) {
-    case NORTH:
-      return -size;
-    case EAST:
-      return 1;
-    case SOUTH:
-      return size;
-    default:
-      return -1;
-  }
-}
-
 void Rater::Set(int cell, int code) {
   int& content = main.Board[cell];
   const int row = cell / size;

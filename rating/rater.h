@@ -65,7 +65,10 @@ struct Rater {
   int Content(int cell) const { return main.Board[cell]; }
   bool IsOpen(int cell) const { return Content(cell) == CELL_OPEN; }
   /// The flat distance to the neighbour in a direction, NORTH to WEST.
-  int Step(int direction) const;
+  int Step(int direction) const {
+    const int step = direction == NORTH || direction == SOUTH ? size : 1;
+    return direction == NORTH || direction == WEST ? -step : step;
+  }
 
   /// Errors: IndexOutsideArray for a cell off the board, as for each of the following.
   void Set(int cell, int code);

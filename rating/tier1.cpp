@@ -73,7 +73,7 @@ bool PassServedNeighbour(Rater& rater) {
     const Positions served = rows.Trees(row) & open.ExactlyOne() & tents.ExactlyOne();
     const bool found = AnyIn(served, [&](int col) {
       const int field = OnlySide(rater, row, col, open);
-      if (!HasOneTree(rater, OnlySide(rater, row, col, tents)) || !HasOneTree(rater, field)) return false;
+      if (!HasOneTree(rater, field) || !HasOneTree(rater, OnlySide(rater, row, col, tents))) return false;
       rater.Set(field, CELL_GRASS);
       return true;
     });

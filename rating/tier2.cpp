@@ -3,22 +3,14 @@
 namespace bivouac {
 namespace {
 
-/// The trees of a line with nothing open and no tent right before them in it, and no tent across: a tent
-/// right behind such a tree is the only one that it could have.
-Positions ShutBefore(const Lines& lines, int line) {
-  const Positions across = lines.Tents(line - 1) | lines.Tents(line + 1);
-  return lines.Trees(line) & ~WithBefore(lines.OpenOrTents(line)) & ~across;
-}
-Positions ShutBehind(const Lines& lines, int line) {
-  const Positions across = lines.Tents(line - 1) | lines.Tents(line + 1);
-  return lines.Trees(line) & ~WithBehind(lines.OpenOrTents(line)) & ~across;
-}
-
 bool Pinched(Rater& rater, const LineView& view) {
   const Lines& lines = view.lines;
   for (int line = 0; line < rater.size; ++line) {
-    const Positions pinched =
-        lines.Open(line) & WithBefore(ShutBefore(lines, line)) & WithBehind(ShutBehind(lines, line));
+    // Trees that need the field between them. What is open across would touch a tent on that field.
+    const Positions trees = lines.Trees(line) & ~(lines.Tents(line - 1) | lines.Tents(line + 1));
+    const Positions before = trees & ~WithBefore(lines.OpenOrTents(line));
+    const Positions behind = trees & ~WithBehind(lines.OpenOrTents(line));
+    const Positions pinched = lines.Open(line) & WithBefore(before) & WithBehind(behind);
     if (pinched == 0) continue;
     rater.Set(lines.axis.At(line, std::countr_zero(pinched)), CELL_GRASS);
     return true;

@@ -136,18 +136,14 @@ bool SharedAt(Rater& rater, int x, const Sides& trees) {
   return t1.Options + t2.Options < 7 && SharedDiagonally(rater, toFirst, t1, toSecond, t2);
 }
 
-/// Trees of a line that no tent stands beside, the two sides across included, apart from the one side in the
-/// line where the field stands that they compete for.
-Positions TentlessBut(const Lines& lines, int line, Positions tentsFar) {
-  return lines.Trees(line) & ~tentsFar & ~(lines.Tents(line - 1) | lines.Tents(line + 1));
-}
-
 bool LastTent(Rater& rater, const LineView& view) {
   const Lines& lines = view.lines;
   for (int line = 0; line < rater.size; ++line) {
     if (view.Need(line) != view.Tents(line) + 1) continue;
-    const Positions before = TentlessBut(lines, line, WithBefore(lines.Tents(line)));
-    const Positions behind = TentlessBut(lines, line, WithBehind(lines.Tents(line)));
+    // Unlike the pinched passes, only tents count, open fields do not.
+    const Positions trees = lines.Trees(line) & ~(lines.Tents(line - 1) | lines.Tents(line + 1));
+    const Positions before = trees & ~WithBefore(lines.Tents(line));
+    const Positions behind = trees & ~WithBehind(lines.Tents(line));
     const Positions between = lines.Open(line) & WithBefore(before) & WithBehind(behind);
     if (between == 0) continue;
     rater.Set(lines.axis.At(line, std::countr_zero(between)), CELL_GRASS);

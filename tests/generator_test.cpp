@@ -1,7 +1,6 @@
 #include "generator/generator.h"
 
 #include <bit>
-#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -17,6 +16,7 @@
 #include "rating/rating.h"
 #include "storage/pack.h"
 #include "storage/record_file.h"
+#include "tests/support/files.h"
 #include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
@@ -275,15 +275,7 @@ TEST(Proof, ClicksWhileItYieldsCountFromTheNextRound) {
 /// A window of a size with its packs in an empty folder of its own.
 class Generator : public testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = std::filesystem::temp_directory_path() /
-              ("bivouac_generator_" + std::to_string(testing::UnitTest::GetInstance()->random_seed()) +
-               testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directory(folder_);
-    game.global.DataDir = folder_.string() + "/";
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
+  void SetUp() override { game.global.DataDir = folder_ / ""; }
 
   void LayOut(int size) {
     game.main.BoardSize = size;
@@ -306,7 +298,7 @@ class Generator : public testing::Test {
   PackRecord& record = game.global.PuzzleRec;
 
  private:
-  std::filesystem::path folder_;
+  TempFolder folder_;
 };
 
 /// What must hold for every record that the generator makes.

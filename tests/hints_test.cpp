@@ -13,6 +13,7 @@
 #include "game/layout.h"
 #include "game/moves.h"
 #include "game/play.h"
+#include "game/text.h"
 #include "hints/two_trees.h"
 #include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
@@ -243,7 +244,7 @@ class Walk {
 
 TEST(Hints, WholePuzzlesPlayedByHintsAlone) {
   for (int size = kMinSize; size <= kMaxSize; ++size) {
-    const std::string pack = "assets/packs/BVPack" + std::to_string(size + 100).substr(1) + ".bvq";
+    const std::string pack = "assets/packs/BVPack" + TwoDigits(size) + ".bvq";
     int hints = 0;
     for (const PackRecord& record : ReadPack(pack)) {
       Walk walk(record);

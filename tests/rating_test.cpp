@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
+#include <sstream>
 
 #include "game/board.h"
 #include "game/layout.h"
 #include "generator/generator.h"
 #include "rating/rater.h"
+#include "rating/sweep.h"
 #include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
@@ -119,7 +121,7 @@ Outcome RunPassPlainly(Main& main, int pass) {
   return Attempt(main, [&] { return RunPlainPass(main, pass); });
 }
 
-[[maybe_unused]] int PassNumber(std::string_view name) {
+int PassNumber(std::string_view name) {
   const auto table = PassTable();
   const auto* row = std::find_if(&*table.begin(), &*table.begin() + table.size(),
                                  [&](const PassRow& it) { return it.Name == name; });
@@ -251,6 +253,283 @@ TEST_F(RatingTest, WholeRatingsEqualThePlainForm) {
     ++levels[fast.Result];
   }
   for (const int level : {-1, 1, 3, 4, 5}) EXPECT_GT(levels[level], 0) << "level " << level;
+}
+
+// Hand-made positions. Fields that play no part are grass.
+
+constexpr std::string_view kNothing = "nothing";
+constexpr std::string_view kFault = "an index outside the board";
+
+/// Boards are written row after row, a stroke between them, a row's clue behind it unless it is 0. The rows
+/// that are left out at the end are grass.
+struct PassCase {
+  std::string_view Name;
+  std::string_view Pass;
+  std::string_view Before;
+  std::string_view After;  ///< kNothing, or the board; kFault, if that ends the pass and nothing was changed.
+};
+
+std::string Picture(std::string_view rows) {
+  std::istringstream stream{std::string(rows)};
+  std::string text;
+  std::size_t size = 0;
+  std::size_t count = 0;
+  const auto add = [&](const std::string& row) {
+    text += row + (row.find(' ') == std::string::npos ? " 0\n" : "\n");
+    ++count;
+  };
+  for (std::string row; std::getline(stream, row, '/');) {
+    if (size == 0) size = row.find(' ') == std::string::npos ? row.size() : row.find(' ');
+    add(row);
+  }
+  while (count < size) add(std::string(size, 'g'));
+  for (std::size_t i = 0; i < size; ++i) text += "0 ";
+  return text;
+}
+
+/// The board after a pass, or what happened instead.
+std::string After(Main& main, std::string_view pass, std::string_view before) {
+  LayBoard(main, before);
+  for (int i = 0; i < main.BoardSize; ++i) {
+    main.global.PuzzleRec.RowCounts[i] = static_cast<std::int16_t>(RowClue(main, i));
+    main.global.PuzzleRec.ColCounts[i] = static_cast<std::int16_t>(ColClue(main, i));
+  }
+  const std::string untouched = DrawBoard(main);
+  const Outcome outcome = RunPass(main, PassNumber(pass));
+  const bool changed = DrawBoard(main) != untouched;
+  if (outcome.Result == -static_cast<int>(ErrorNumber::IndexOutsideArray) && !changed)
+    return std::string(kFault);
+  if (outcome.Result < 0) return "error after\n" + DrawBoard(main);
+  if (outcome.Result == 0) return changed ? "changed, but says no" : std::string(kNothing);
+  return DrawBoard(main);
+}
+
+std::string Expected(std::string_view after) {
+  return after == kNothing || after == kFault ? std::string(after) : Tidy(Picture(after));
+}
+
+constexpr auto kPassCases = std::to_array<PassCase>({
+    {"a tree that has a tent is no lone option", "PassLoneOption", "tT.ggg", kNothing},
+    {"a field that only a served tree touches", "PassServedNeighbour", "tT.ggg", "tTgggg"},
+    {"a tent that two trees touch proves nothing", "PassServedNeighbour", "tT.ggg/Tggggg", kNothing},
+    {"a field that another tree touches stays", "PassServedNeighbour", "tT.Tgg", kNothing},
+    {"runs of three and one hold three tents", "PassRowRuns", "...g.g 3/......", "tgtgtg"},
+    {"a pair that must hold one tent blocks both rows beside it", "PassRowRuns", "....../g..ggg 1/g.gggg",
+     ".gg.../g..ggg"},
+    {"a run that ends at the edge is closed", "PassRowRuns", "ggggT. 1", "ggggTt"},
+    {"the corner between two options", "PassCornerField", "gggggg/gg..gg/ggT.gg", "gggggg/gg.ggg/ggT.gg"},
+    {"opposite options have no corner", "PassCornerField", "gggggg/gg.ggg/ggTggg/gg.ggg", kNothing},
+    {"two claimants that share a field count twice", "PassClaimedRow", "gggggg/.T.T.. 2", "gggggg/.T.T.g"},
+    {"a tree in the first column never claims", "PassClaimedRow", "gggggg/T...gg 1", kNothing},
+    {"a tree that is open across is pinched all the same", "PassPinchedRow", "gg.ggg/gT.Tgg",
+     "gg.ggg/gTgTgg"},
+    {"no field of the outer ring is pinched", "PassPinchedCorner", "g.Tggg/gTgggg", kNothing},
+    {"two fields that a diagonal pair shares", "PassPinchedCorner", "gggggg/ggTggg/gT.ggg",
+     "gggggg/ggTggg/gTgggg"},
+    {"three trees share no field", "PassSharedField", ".T.T../..T.../......", kNothing},
+    {"in a line, the tree with a far option takes it", "PassSharedField", "gggggg/.T.Tgg", "gggggg/tT.Tgg"},
+    {"in a line, with a side option, the corner goes", "PassSharedField", "..gggg/.T.Tgg", "g.gggg/.T.Tgg"},
+    {"in a line, both far options leave it open", "PassSharedField", "gggggg/.T.T.g", kNothing},
+    {"diagonal, far and far", "PassSharedField", "gggggg/gggggg/.T.ggg/ggTggg/gg.ggg", kNothing},
+    {"diagonal, near and far: the other takes its far field", "PassSharedField",
+     "gggggg/g.gggg/gT.ggg/ggTggg/gg.ggg", "gggggg/g.gggg/gT.ggg/ggTggg/ggtggg"},
+    {"diagonal, far and near", "PassSharedField", "gggggg/gggggg/.T.ggg/ggT.gg",
+     "gggggg/gggggg/tT.ggg/ggT.gg"},
+    {"diagonal, near and near: both", "PassSharedField", "gggggg/g.gggg/gT.ggg/ggT.gg",
+     "gggggg/gtgggg/gTgggg/ggTtgg"},
+    {"two and two take the fields above and below T2, whatever stands there", "PassSharedField",
+     "gggggg/gggggg/gT.ggg/g.Tggg", "gggggg/gggggg/gTtggg/ggTggg/ggtggg"},
+    {"two and two leave no tree standing below", "PassSharedField", "gggggg/gggggg/gT.ggg/g.Tggg/ggTggg",
+     "gggggg/gggggg/gTtggg/ggTggg/ggtggg"},
+    {"four options of T2 down-left clear fields around T1", "PassSharedField",
+     "gggggg/gg.ggg/gg.Tgg/g.T..g/gg.ggg", "gggggg/gggggg/gg.Tgg/g.T.gg/gg.ggg"},
+    {"they wrap past the right edge", "PassSharedField", "gggggg/gggggg/gggg.T/ggg.T./.ggg.g",
+     "gggggg/gggggg/gggg.T/ggg.T./gggg.g"},
+    {"and are an error above the board", "PassSharedField", "gg.Tgg/g.T.gg/gg.ggg", kFault},
+    {"the last tent of a row cannot stand between two trees without tents", "PassLastTentRow",
+     ".ggggg/gT.T.g 1", ".ggggg/gTgT.g"},
+    {"odd places of two runs lie around one gap", "PassSpareRunRow", "......./...g... 3/.......",
+     ".g.g.g./...g.../.g.g.g."},
+    {"a chain with one tree too many gets its tent", "PassCluster", "TtT.gg", "TtTtgg"},
+    {"a tent that closes a ring counts twice", "PassCluster", "tTtggg/TgTggg/tTtggg/ggTggg/gg.ggg",
+     "tTtggg/TgTggg/tTtggg/ggTggg"},
+    {"north takes a field again that an earlier cluster holds", "PassCluster",
+     "gggggg/gTgggg/TtgtTg/gTgTgg/TtT.gg", "gggggg/gTgggg/TtgtTg/gTgTgg/TtTtgg"},
+    {"east does not", "PassCluster", "gggggg/gTgggg/Ttgggg/gTgggT/TtT.Tt", kNothing},
+    {"the field beyond a served tree, but for an outside tree", "PassCluster", "tT.Tgg", kNothing},
+    {"twins clear the row beyond", "PassTwinRow", "..gggg/TTgggg/..gggg/...ggg",
+     "..gggg/TTgggg/..gggg/gg.ggg"},
+    {"one field tells the two ways apart", "PassTwinRow", "...ggg/TTgggg/..gggg", ".gtggg/TTgggg/..gggg"},
+    {"nothing tells them apart", "PassTwinRow", "..gggg/TTgggg/..gggg", "tggggg/TTgggg/gtgggg"},
+    {"three twins are no pair", "PassTwinRow", "...ggg/TTTggg/...ggg", kNothing},
+    {"W2 asks nothing of the counts", "PassWing", "gggggg/g.T.gg/gTTggg/g.gT.g/ggg..g",
+     "gggggg/g.T.gg/gTTggg/g.gT.g/ggg.gg"},
+    {"W2 with its tree in the last row leaves one side", "PassWing",
+     "gggggg/gggggg/gggggg/g.T.gg/gTTggg/g.gT.g", "gggggg/gggggg/gggggg/g.T.gg/gTTggg/g.gTtg"},
+    {"a wing tree in column 0 sees the end of the row before as grass", "PassWing",
+     "gggggg/.T..gg/TTgggg/.ggggg", "gggggg/tT.ggg/TTgggg/.ggggg"},
+    {"as an open field", "PassWing", "gggggg/.T..g./TTgggg/.ggggg", "gggggg/.T.gg./TTgggg/.ggggg"},
+    {"as a tree", "PassWing", "gggggg/.T..gT/TTgggg/.ggggg", kNothing},
+    {"as a tent", "PassWing", "gggggg/.T..gt/TTgggg/.ggggg", kNothing},
+    {"a wing below the first row looks above the board", "PassWing", "g.T.gg/gTTggg/g.gggg", kFault},
+    {"a row that lacks a tent takes it from the row below", "PassTreeSupplyRow", "g.gggg 1/gT.ggg",
+     "gtgggg/gTgggg"},
+    {"more trees in the next row than tents lack", "PassTreeSupplyRow", "g.gggg 1/gT.Tgg 1", kNothing},
+    {"a row with a tree too many gives its tent down", "PassTreeSupplyRow", "gTgggg/g.gggg 1",
+     "gTgggg/gtgggg"},
+    {"tents that lack at the last row", "PassTreeSupplyRow", "gggggg/gggggg/gggggg/gggggg/gggggg/gggggg 1",
+     kFault},
+    {"a tree too many at the last row", "PassTreeSupplyRow", "gggggg/gggggg/gggggg/gggggg/gggggg/Tggggg",
+     kFault},
+    {"trees too many, but not as many as the last row has", "PassTreeSupplyRow",
+     "gggggg/gggggg/gggggg/gggggg/Tggggg/ggTTgg", kNothing},
+});
+
+TEST_F(RatingTest, PassesDecideHandMadePositions) {
+  for (const PassCase& it : kPassCases) {
+    EXPECT_EQ(After(main, it.Pass, Picture(it.Before)), Expected(it.After)) << it.Name;
+  }
+}
+
+TEST_F(RatingTest, APassThatFailsHalfwayLeavesWhatItWrote) {
+  // The second of the two tents lies below the board.
+  EXPECT_EQ(After(main, "PassSharedField", Picture("gggggg/gggggg/gggggg/gggggg/gT.ggg/g.Tggg")),
+            "error after\n" + Tidy(Picture("gggggg/gggggg/gggggg/gggggg/gTtggg/g.Tggg")));
+}
+
+enum class Flip { None, Columns, Rows, Both };
+
+std::string Flipped(std::string_view picture, Flip flip) {
+  std::vector<std::string> rows;
+  const std::string tidy = Tidy(picture);
+  for (std::size_t at = 0; at < tidy.size(); at = tidy.find('\n', at) + 1) {
+    rows.push_back(tidy.substr(at, tidy.find('\n', at) - at));
+    if (flip == Flip::Columns || flip == Flip::Both) std::reverse(rows.back().begin(), rows.back().end());
+  }
+  if (flip == Flip::Rows || flip == Flip::Both) std::reverse(rows.begin(), rows.end());
+  std::string text;
+  for (const std::string& row : rows) text += row + '\n';
+  return text;
+}
+
+TEST_F(RatingTest, TwoTreesBesideAWingGetTheirTentsInAllFormations) {
+  const std::string_view before = R"(
+      gggggggg
+      ggg.gggg
+      gggT.ggg
+      g.T.T.gg
+      gg.TTggg
+      ggg.gggg
+      gggggggg
+      gggggggg)";
+  const std::string_view after = R"(
+      gggggggg
+      gggtgggg
+      gggTgggg
+      gtT.T.gg
+      gggTTggg
+      ggg.gggg
+      gggggggg
+      gggggggg)";
+  for (const Flip flip : {Flip::None, Flip::Columns, Flip::Rows, Flip::Both}) {
+    EXPECT_EQ(After(main, "PassWing", Flipped(before, flip)), Flipped(after, flip));
+  }
+}
+
+TEST_F(RatingTest, ASweepStopsAtTheEdges) {
+  LayBoard(main, R"(
+      t......
+      .......
+      ......T
+      t..T..t
+      .......
+      .......
+      ..t....)");
+  const Array<int> position = main.Board;
+  Rater rater(main);
+  for (int cell = 0; cell < main.CellCount; ++cell) rater.Set(cell, position[cell]);
+  SweepTentNeighbours(rater);
+  EXPECT_EQ(DrawBoard(main), Tidy(R"(
+      tg.....
+      gg.....
+      gg...gT
+      tg.T.gt
+      gg...gg
+      .ggg...
+      .gtg...)"));
+}
+
+TEST_F(RatingTest, ShippedPuzzlesAreSolvedAtTheirLevel) {
+  for (int size = kMinSize; size <= kMaxSize; ++size) {
+    int number = 0;
+    for (const PackRecord& record :
+         ReadPack("assets/packs/BVPack" + std::to_string(size + 100).substr(1) + ".bvq")) {
+      SCOPED_TRACE("size " + std::to_string(size) + " puzzle " + std::to_string(++number));
+      LayRecord(main, record);
+      const std::string finished = BoardDigits(main);
+      int level = 0;
+      RatePuzzle(main, level);
+      EXPECT_EQ(level, LevelOf(record.LevelSize));
+      EXPECT_EQ(BoardDigits(main), finished);
+    }
+  }
+}
+
+/// The first record of the worked results whose rating runs this pass with success.
+PackRecord RecordThatNeeds(std::string_view pass) {
+  for (const auto& row : ReadTable("tests/data/rating.tsv")) {
+    if (row[3] == "-1" || ("," + row.at(6) + ",").find("," + std::string(pass) + ",") == std::string::npos) {
+      continue;
+    }
+    return ReadPack("tests/data/rating/" + row[0]).at(static_cast<std::size_t>(std::stoi(row[1]) - 1));
+  }
+  throw std::logic_error("no record needs the pass");
+}
+
+TEST_F(RatingTest, SpareRunsReadTheLabelsEvenIfTheyAreOfAnotherPuzzle) {
+  LayRecord(main, RecordThatNeeds("PassSpareRunRow"));
+  const Outcome own = RateFast(main);
+  for (int i = 0; i < main.BoardSize; ++i) main.RowCnt[i].Caption = "0";
+  const Outcome other = RateFast(main);
+  EXPECT_NE(own.Passes.find("PassSpareRunRow"), std::string::npos);
+  EXPECT_EQ(other.Passes.find("PassSpareRunRow"), std::string::npos);
+  EXPECT_EQ(other, RateWith(main, RatePlainly));
+}
+
+TEST_F(RatingTest, ALabelThatIsNoNumberEndsTheRatingUnpaid) {
+  LayRecord(main, RecordThatNeeds("PassSpareRunRow"));
+  main.RowCnt[0].Caption.clear();
+  const Outcome outcome = RateFast(main);
+  EXPECT_EQ(outcome.Result, -1);
+  ASSERT_NE(outcome.Passes.find(",!PassSpareRunRow"), std::string::npos) << outcome.Passes;
+  // What was paid is what the passes before it cost.
+  RatingTrace trace;
+  int level = 0;
+  RatePuzzle(main, level, trace);
+  float paid = 0;
+  for (const int pass : trace.Passes) {
+    paid += 1.0F / static_cast<float>(2 * main.BoardSize) *
+            static_cast<float>(PassTable()[static_cast<std::size_t>(pass)].Tier);
+  }
+  EXPECT_NEAR(main.Difficulty, paid, 1e-4);
+}
+
+TEST_F(RatingTest, ABoardThatIsNotLaidOutIsNoPuzzle) {
+  main.BoardSize = 8;
+  SizeLayout(main);
+  for (const int size : {5, 9, 19, 0, -1}) {
+    main.BoardSize = size;
+    int level = 3;
+    RatePuzzle(main, level);
+    EXPECT_EQ(level, -1) << size;
+  }
+}
+
+TEST(PassTableTest, PassesStandInTheOrderOfTheirTiers) {
+  const auto table = PassTable();
+  EXPECT_EQ(table.size(), 23u);
+  EXPECT_TRUE(std::is_sorted(table.begin(), table.end(),
+                             [](const PassRow& a, const PassRow& b) { return a.Tier < b.Tier; }));
 }
 
 }  // namespace

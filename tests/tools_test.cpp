@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <sstream>
-#include <unistd.h>
 
 #include "storage/pack.h"
 #include "storage/record_file.h"
+#include "tests/support/files.h"
 #include "tests/support/packs.h"
 #include "tools/alike.h"
 #include "tools/commands.h"
@@ -22,11 +22,6 @@ namespace fs = std::filesystem;
 
 const std::string kData = BIVOUAC_SOURCE_DIR "/tests/data/";
 
-std::string Bytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// The packs of a folder in the order of their names.
 std::vector<std::string> PacksIn(const std::string& folder) {
   std::vector<std::string> packs;
@@ -39,15 +34,7 @@ std::vector<std::string> PacksIn(const std::string& folder) {
 /// Commands on an empty folder, with what they write.
 class Tool : public testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = fs::temp_directory_path() / (std::string("bivouac_tool_") + std::to_string(getpid()) + '_' +
-                                           testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(folder_);
-    fs::create_directory(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::string PathOf(const std::string& name) const { return (folder_ / name).string(); }
+  std::string PathOf(const std::string& name) const { return folder_ / name; }
 
   ExitStatus Make(const std::string& name, MakeOptions options) {
     options.Pack = PathOf(name);
@@ -66,7 +53,7 @@ class Tool : public testing::Test {
   Terminal terminal{.In = in, .Out = out, .Err = err};
 
  private:
-  fs::path folder_;
+  TempFolder folder_;
 };
 
 template <class Run>
@@ -81,16 +68,16 @@ std::string InputErrorOf(Run run) {
 
 TEST_F(Tool, TablesEqualTheWorkedResults) {
   RatePacks({.Packs = PacksIn(kData + "rating"), .Output = Format::Table}, terminal);
-  EXPECT_TRUE(Output() == Bytes(kData + "rating.tsv"));
+  EXPECT_TRUE(Output() == BytesOf(kData + "rating.tsv"));
   ProvePacks(PacksIn(kData + "layouts"), Format::Table, terminal);
-  EXPECT_TRUE(Output() == Bytes(kData + "proof.tsv"));
+  EXPECT_TRUE(Output() == BytesOf(kData + "proof.tsv"));
 
   std::string expected;
   for (const std::vector<std::string>& row : ReadTable("tests/data/hints.tsv")) {
     for (std::size_t column = 5; column < row.size(); ++column)
       expected += row[column] + (column == 9 ? "\n" : "\t");
   }
-  in.str(Bytes(kData + "hints.tsv"));
+  in.str(BytesOf(kData + "hints.tsv"));
   GiveHintsForInput(terminal);
   EXPECT_TRUE(Output() == expected);
 }
@@ -100,18 +87,18 @@ TEST_F(Tool, TheSeedDecidesWhateverTheJobs) {
   EXPECT_EQ(Make("one", options), ExitStatus::Done);
   options.Request.Jobs = 5;
   EXPECT_EQ(Make("five", options), ExitStatus::Done);
-  EXPECT_TRUE(Bytes(PathOf("one")) == Bytes(PathOf("five")));
+  EXPECT_TRUE(BytesOf(PathOf("one")) == BytesOf(PathOf("five")));
   EXPECT_EQ(ReadSoundPack(PathOf("one")).size(), 150U);
   options.Request.Seed = 12;
   Make("other", options);
-  EXPECT_FALSE(Bytes(PathOf("one")) == Bytes(PathOf("other")));
+  EXPECT_FALSE(BytesOf(PathOf("one")) == BytesOf(PathOf("other")));
 
-  const std::string before = Bytes(PathOf("one"));
+  const std::string before = BytesOf(PathOf("one"));
   options.Count = 3;
   options.LowestLevel = 3;
   options.HighestLevel = 4;
   Make("one", options);
-  EXPECT_TRUE(Bytes(PathOf("one")).substr(0, before.size()) == before);
+  EXPECT_TRUE(BytesOf(PathOf("one")).substr(0, before.size()) == before);
   const std::vector<PackRecord> records = ReadSoundPack(PathOf("one"));
   ASSERT_EQ(records.size(), 153U);
   for (std::size_t i = 150; i < 153; ++i) {
@@ -126,7 +113,7 @@ TEST_F(Tool, MakingEndsWithWholeRecordsOrChangesNothing) {
   stop = false;
 
   Make("six", {.Request = {.Size = 6, .Seed = 1}, .Count = 2});
-  const std::string six = Bytes(PathOf("six"));
+  const std::string six = BytesOf(PathOf("six"));
   EXPECT_EQ(InputErrorOf([&] { Make("six", {.Request = {.Size = 7}}); }),
             PathOf("six") + ": record 1 has the size 6, not 7");
   std::ofstream(PathOf("six"), std::ios::app) << "tail";
@@ -134,7 +121,7 @@ TEST_F(Tool, MakingEndsWithWholeRecordsOrChangesNothing) {
             PathOf("six") + ": 4 bytes behind the last whole record");
   EXPECT_EQ(InputErrorOf([&] { SortPack(PathOf("six"), terminal); }),
             PathOf("six") + ": 4 bytes behind the last whole record");
-  EXPECT_TRUE(Bytes(PathOf("six")) == six + "tail");
+  EXPECT_TRUE(BytesOf(PathOf("six")) == six + "tail");
   EXPECT_EQ(InputErrorOf([&] {
               ListPacks({PathOf("six"), PathOf("missing")}, Format::Words, terminal);
             }),

@@ -9,9 +9,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "game/error.h"
 #include "tools/commands.h"
-#include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {
@@ -202,16 +200,10 @@ int Run(int argc, char** argv) {
                     .Err = std::cerr,
                     .Colour = UnderstandsColours(),
                     .Progress = isatty(STDERR_FILENO) != 0};
-  try {
-    const ExitStatus status = chosen(terminal);
-    std::cout.flush();
-    if (!std::cout) return BadInput("cannot write to standard output");
-    return static_cast<int>(status);
-  } catch (const InputError& error) {
-    return BadInput(error.what());
-  } catch (const RunTimeError& error) {
-    return BadInput(error.what());
-  }
+  const ExitStatus status = chosen(terminal);
+  std::cout.flush();
+  if (!std::cout) return BadInput("cannot write to standard output");
+  return static_cast<int>(status);
 }
 
 }  // namespace
@@ -219,5 +211,9 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
-  return bivouac::Run(argc, argv);
+  try {
+    return bivouac::Run(argc, argv);
+  } catch (const std::exception& error) {
+    return bivouac::BadInput(error.what());
+  }
 }

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstdio>
 #include <optional>
 #include <ostream>
@@ -37,7 +38,7 @@ class ProgressLine {
     if (made == 0) {
       std::snprintf(text, sizeof text, "0 of %ld puzzles", count_);
     } else {
-      const long left = static_cast<long>(static_cast<double>(count_ - made) / rate + 0.5);
+      const long left = std::lround(static_cast<double>(count_ - made) / rate);
       std::snprintf(text, sizeof text, "%ld of %ld puzzles, %.*f a second, %ld:%02ld:%02ld left", made,
                     count_, rate < 10 ? 2 : 0, rate, left / 3600, left / 60 % 60, left % 60);
     }

@@ -18,6 +18,7 @@ namespace {
 /// Reads all packs before the first line is written, so that bad input leaves no half of an answer.
 std::vector<std::vector<PackRecord>> ReadSoundPacks(const std::vector<std::string>& paths) {
   std::vector<std::vector<PackRecord>> packs;
+  packs.reserve(paths.size());
   for (const std::string& path : paths) packs.push_back(ReadSoundPack(path));
   return packs;
 }
@@ -155,6 +156,7 @@ ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Term
 
 ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal) {
   std::vector<PackContent> contents;
+  contents.reserve(packs.size());
   for (const std::string& path : packs) contents.push_back(ReadContent(path));
   Workbench bench;
   long faults = 0;
@@ -175,6 +177,7 @@ ExitStatus SortPack(const std::string& pack, Terminal&) {
   const std::vector<PackRecord> records = ReadSoundPack(pack);
   Workbench bench;
   std::vector<Rating> ratings;
+  ratings.reserve(records.size());
   for (const PackRecord& record : records) ratings.push_back(Rate(bench.main, record));
   std::vector<std::size_t> order(records.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -183,6 +186,7 @@ ExitStatus SortPack(const std::string& pack, Terminal&) {
     return ratings[a].Difficulty < ratings[b].Difficulty;
   });
   std::vector<PackRecord> sorted;
+  sorted.reserve(records.size());
   for (const std::size_t place : order) sorted.push_back(records[place]);
   if (sorted != records) ReplacePack(pack, sorted);
   return ExitStatus::Done;
