@@ -29,6 +29,7 @@ constexpr QColor kClueText(0x10, 0x10, 0x10);
 constexpr double kSmallest = 0.6;  // Of the opening size.
 constexpr int kClueSize = 15;      // Pixels at the opening size.
 constexpr int kBoxText = 13;
+constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
 
 QString Text(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -292,10 +293,21 @@ void MainWindow::DrawHint() {
 
 void MainWindow::DrawShield() {
   if (shield_->isHidden() != main_.Shield.Visible) return;
-  if (main_.Shield.Visible && !continue_->HasPicture()) {
-    continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png")));
+  const QWidget* const focus = focusWidget();
+  if (main_.Shield.Visible) {
+    if (!continue_->HasPicture()) continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png")));
+    shield_->show();
+    if (focus == board_) MoveFocus(continue_);
+    board_->hide();  // From the keyboard and from assistive tools too.
+  } else {
+    board_->show();
+    if (focus == continue_) MoveFocus(board_);
+    shield_->hide();
   }
-  shield_->setVisible(main_.Shield.Visible);
+}
+
+void MainWindow::MoveFocus(QWidget* widget) {
+  widget->setFocus(keyUsedLast_ ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
 void MainWindow::DrawButtons() {
@@ -319,12 +331,11 @@ void MainWindow::KeepFocusInPlay() {
   for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
     if (focus == buttons_[i]) stays = (main_.*kButtonRows[i].Value).Enabled;
   }
-  if (focus == board_ && main_.Shield.Visible) stays = false;
   if (stays) return;
   QWidget* next = board_;
   if (hintTakesClicks_) next = hint_;
   if (main_.Shield.Visible) next = continue_;
-  next->setFocus(keyUsedLast_ ? Qt::TabFocusReason : Qt::OtherFocusReason);
+  MoveFocus(next);
 }
 
 void MainWindow::DrawTimers() {
@@ -340,12 +351,12 @@ void MainWindow::DrawTimers() {
 /// The window stands where Main says, unless the screen is too small for its opening size.
 void MainWindow::ShowFirst() {
   const QRect room = screen()->availableGeometry();
-  if (size().width() <= room.width() && size().height() <= room.height()) {
+  const QSize inside = room.size() - kFrame;
+  if (width() <= inside.width() && height() <= inside.height()) {
     move(screen()->geometry().topLeft() + QPoint(main_.Left, main_.Top) / kTwipsPerPixel);
   } else {
-    const QSize fitted = size().scaled(room.size() * 0.95, Qt::KeepAspectRatio);
-    resize(fitted);
-    move(room.center() - QRect(QPoint(0, 0), fitted).center());
+    resize(size().scaled(inside, Qt::KeepAspectRatio));
+    move(room.topLeft() + QPoint((room.width() - width()) / 2, 0));
   }
   LayOut();
   show();

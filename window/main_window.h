@@ -72,6 +72,7 @@ class MainWindow : public QWidget {
   void DrawTimers();
   bool HintTakesClicks() const;
   void KeepFocusInPlay();
+  void MoveFocus(QWidget* widget);
 
   Main& main_;
   EventRoad& road_;

@@ -95,28 +95,31 @@ TEST(Sound, BoxFollowsTheSettings) {
   EXPECT_EQ(QSettings("Bivouac", "Bivouac").value("Options/Sound").toString(), "False");
 }
 
-// Runs in a process of its own, below: OpenAL chooses its back end once in a process.
-TEST(Sound, DISABLED_WithoutDevice) {
+TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
+  const QByteArray none = "no-such-driver";
+  if (qgetenv("ALSOFT_DRIVERS") != none) {
+    // OpenAL chooses its back end once in a process: this test runs once more in one of its own.
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("ALSOFT_DRIVERS", none);
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(),
+                {"--gtest_filter=Sound.BoxIsDisabledAndTheGameWorksWithoutADevice"});
+    ASSERT_TRUE(child.waitForFinished(60000));
+    const std::string output = child.readAllStandardOutput().toStdString();
+    EXPECT_EQ(child.exitCode(), 0) << output;
+    EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
+    return;
+  }
   Session session;
   session.Setting("Options/Size", "6");
-  EXPECT_EQ(session.Run([&](Program& program) {
+  const int status = session.Run([&](Program& program) {
     EXPECT_FALSE(Find(program, "optSound")->isEnabled());
     OpenPuzzle(session, program, 1);
     ClickOn(program, "cmdSolution");
     program.Window().close();
-  }),
-            0);
-}
-
-TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
-  QProcess child;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert("ALSOFT_DRIVERS", "no-such-driver");
-  child.setProcessEnvironment(environment);
-  child.start(QCoreApplication::applicationFilePath(),
-              {"--gtest_filter=Sound.DISABLED_WithoutDevice", "--gtest_also_run_disabled_tests"});
-  ASSERT_TRUE(child.waitForFinished(60000));
-  EXPECT_EQ(child.exitCode(), 0) << child.readAllStandardOutput().toStdString();
+  });
+  EXPECT_EQ(status, 0);
 }
 
 }  // namespace

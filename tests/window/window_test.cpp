@@ -175,8 +175,10 @@ TEST(Window, PlaysWithTheKeyboard) {
     Find(program, "cmdPause")->setFocus();
     QTest::keyClick(Find(program, "cmdPause"), Qt::Key_Space);
     EXPECT_EQ(program.Window().focusWidget()->objectName(), "Picture1");
+    EXPECT_FALSE(board.isVisible());
     QTest::keyClick(Find(program, "Picture1"), Qt::Key_Return);
     EXPECT_FALSE(main.Paused);
+    EXPECT_EQ(program.Window().focusWidget(), &board);
     Quit(program);
   });
 }
