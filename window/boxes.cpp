@@ -81,6 +81,7 @@ BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   const ButtonChoice choice = ChoiceOf(box.Buttons);
   const QString text = LinesOf(box.Text);
   QMessageBox dialog(parent);
+  if (parent != nullptr) dialog.setFont(parent->font());
   dialog.setObjectName(QStringLiteral("MessageBox"));
   dialog.setWindowTitle(QString::fromStdString(box.Title));
   dialog.setAccessibleName(dialog.windowTitle());
@@ -99,6 +100,7 @@ BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
 
 std::string ShowInputBox(QWidget* parent, const InputBox& box) {
   QDialog dialog(parent);
+  if (parent != nullptr) dialog.setFont(parent->font());
   dialog.setObjectName(QStringLiteral("InputBox"));
   dialog.setWindowTitle(QString::fromStdString(box.Title));
   dialog.setAccessibleName(dialog.windowTitle());

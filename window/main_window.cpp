@@ -28,6 +28,7 @@ constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour 
 constexpr QColor kClueText(0x10, 0x10, 0x10);
 constexpr double kSmallest = 0.6;  // Of the opening size.
 constexpr int kClueSize = 15;      // Pixels at the opening size.
+constexpr int kBoxText = 13;
 
 QString Text(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -353,6 +354,10 @@ void MainWindow::ShowFirst() {
 void MainWindow::LayOut() {
   scale_ = Scale::ToFit(size());
   const double unit = Unit();
+  // For the boxes that come up over the window; they stay readable when it is small.
+  QFont boxes = font();
+  boxes.setPixelSize(std::max(kBoxText, scale_.Pixels(kBoxText)));
+  setFont(boxes);
   for (const Placed& placed : placed_) {
     placed.Widget->setGeometry(scale_.Map(placed.At));
     if (auto* button = dynamic_cast<ColourButton*>(placed.Widget)) button->FitText(unit);

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -100,6 +101,10 @@ void PlayerDialog::Resize(double unit) {
   fixed.setPixelSize(Scaled(kText, unit));
   list_->setFont(fixed);
   field_->setFont(fixed);
+  for (QPushButton* button : buttons_) {
+    const int textWidth = QFontMetrics(plain).horizontalAdvance(button->text());
+    button->setMinimumSize(textWidth + Scaled(20, unit), Scaled(26, unit));
+  }
   list_->setMinimumSize(Scaled(kListWidth, unit), Scaled(kListHeight, unit));
   layout()->setContentsMargins(Scaled(12, unit), Scaled(12, unit), Scaled(12, unit), Scaled(12, unit));
   layout()->setSpacing(Scaled(8, unit));
