@@ -19,33 +19,46 @@ struct Wave {
   int Rate = 0;
 };
 
-/// Empty if the file is no sound of one or two channels.
+/// Opens a file of sound of one or two channels; null if it is none.
+SNDFILE* OpenWave(const std::string& path, SF_INFO& info) {
+  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  const bool known = file != nullptr && (info.channels == 1 || info.channels == 2) && info.frames > 0 &&
+                     info.frames <= kLongest / info.channels && info.samplerate > 0;
+  if (known) return file;
+  if (file != nullptr) sf_close(file);
+  return nullptr;
+}
+
+/// Empty if the file cannot be read.
 Wave ReadWave(const std::string& path) {
   SF_INFO info{};
-  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  SNDFILE* file = OpenWave(path, info);
   if (file == nullptr) return {};
-  Wave wave;
-  const bool known = (info.channels == 1 || info.channels == 2) && info.frames > 0 &&
-                     info.frames <= kLongest / info.channels && info.samplerate > 0;
-  if (known) {
-    wave.Channels = info.channels;
-    wave.Rate = info.samplerate;
-    wave.Samples.resize(static_cast<std::size_t>(info.frames * info.channels));
-    const sf_count_t frames = sf_readf_short(file, wave.Samples.data(), info.frames);
-    wave.Samples.resize(static_cast<std::size_t>(std::max<sf_count_t>(frames, 0) * info.channels));
-  }
+  Wave wave{.Samples = std::vector<short>(static_cast<std::size_t>(info.frames * info.channels)),
+            .Channels = info.channels,
+            .Rate = info.samplerate};
+  const sf_count_t frames = sf_readf_short(file, wave.Samples.data(), info.frames);
+  wave.Samples.resize(static_cast<std::size_t>(std::max<sf_count_t>(frames, 0) * info.channels));
   sf_close(file);
   return wave;
 }
 
 }  // namespace
 
+/// A device is opened at once, so that it is known whether there is one. Its context, which takes megabytes
+/// and a thread that mixes, waits for the first sound: a run begins silent.
 struct SoundPlayer::Device {
+  struct Sound {
+    std::string Path;
+    ALuint Buffer = 0;  ///< 0 until it is first played.
+  };
+
   ALCdevice* Handle = nullptr;
   ALCcontext* Context = nullptr;
+  bool Failed = false;  ///< No context can be had.
   std::array<ALuint, kSources> Sources{};
   std::size_t NextSource = 0;
-  std::vector<ALuint> Buffers;  // By id.
+  std::vector<Sound> Sounds;  ///< By id.
   void (*Pause)(ALCdevice*) = nullptr;
   void (*Resume)(ALCdevice*) = nullptr;
 
@@ -53,41 +66,69 @@ struct SoundPlayer::Device {
   Device(const Device&) = delete;
   Device& operator=(const Device&) = delete;
 
-  /// Null if no device or no context can be had.
+  /// Null if no device can be had.
   static std::unique_ptr<Device> Open() {
     auto device = std::make_unique<Device>();
     device->Handle = alcOpenDevice(nullptr);
     if (device->Handle == nullptr) return nullptr;
-    device->Context = alcCreateContext(device->Handle, nullptr);
-    if (device->Context == nullptr || alcMakeContextCurrent(device->Context) == ALC_FALSE) return nullptr;
-    alGetError();
-    alGenSources(kSources, device->Sources.data());
-    if (alGetError() != AL_NO_ERROR) {
-      device->Sources = {};
-      return nullptr;
-    }
-    // The writer of wave files loses the head of its file over a pause.
-    const std::string name = alcGetString(device->Handle, ALC_ALL_DEVICES_SPECIFIER);
-    const bool pauses = alcIsExtensionPresent(device->Handle, "ALC_SOFT_pause_device") == ALC_TRUE;
-    if (pauses && name != "Wave File Writer") {
-      device->Pause =
-          reinterpret_cast<void (*)(ALCdevice*)>(alcGetProcAddress(device->Handle, "alcDevicePauseSOFT"));
-      device->Resume =
-          reinterpret_cast<void (*)(ALCdevice*)>(alcGetProcAddress(device->Handle, "alcDeviceResumeSOFT"));
-    }
-    device->Rest();
     return device;
   }
 
   ~Device() {
     if (Context != nullptr) {
-      alcMakeContextCurrent(Context);
-      if (Sources[0] != 0) alDeleteSources(kSources, Sources.data());
-      if (!Buffers.empty()) alDeleteBuffers(static_cast<ALsizei>(Buffers.size()), Buffers.data());
+      alDeleteSources(kSources, Sources.data());
+      for (const Sound& sound : Sounds) {
+        if (sound.Buffer != 0) alDeleteBuffers(1, &sound.Buffer);
+      }
       alcMakeContextCurrent(nullptr);
       alcDestroyContext(Context);
     }
     if (Handle != nullptr) alcCloseDevice(Handle);
+  }
+
+  /// Makes the device mix. Returns whether it does.
+  bool Wake() {
+    if (Context == nullptr && !Failed) Failed = !MakeContext();
+    if (Context != nullptr && Resume != nullptr) Resume(Handle);
+    return Context != nullptr;
+  }
+
+  bool MakeContext() {
+    ALCcontext* context = alcCreateContext(Handle, nullptr);
+    if (context == nullptr) return false;
+    alcMakeContextCurrent(context);
+    alGetError();
+    alGenSources(kSources, Sources.data());
+    if (alGetError() != AL_NO_ERROR) {
+      alcMakeContextCurrent(nullptr);
+      alcDestroyContext(context);
+      return false;
+    }
+    Context = context;
+    // The writer of wave files loses the head of its file over a pause.
+    const std::string name = alcGetString(Handle, ALC_ALL_DEVICES_SPECIFIER);
+    const bool pauses = alcIsExtensionPresent(Handle, "ALC_SOFT_pause_device") == ALC_TRUE;
+    if (pauses && name != "Wave File Writer") {
+      Pause = reinterpret_cast<void (*)(ALCdevice*)>(alcGetProcAddress(Handle, "alcDevicePauseSOFT"));
+      Resume = reinterpret_cast<void (*)(ALCdevice*)>(alcGetProcAddress(Handle, "alcDeviceResumeSOFT"));
+    }
+    return true;
+  }
+
+  /// The samples of a sound, read when they are first wanted; 0 if they cannot be read any longer.
+  /// Requires: awake.
+  static ALuint BufferOf(Sound& sound) {
+    if (sound.Buffer != 0) return sound.Buffer;
+    const Wave wave = ReadWave(sound.Path);
+    if (wave.Samples.empty()) return 0;
+    alGetError();
+    alGenBuffers(1, &sound.Buffer);
+    alBufferData(sound.Buffer, wave.Channels == 1 ? AL_FORMAT_MONO16 : AL_FORMAT_STEREO16,
+                 wave.Samples.data(), static_cast<ALsizei>(wave.Samples.size() * sizeof(short)), wave.Rate);
+    if (alGetError() == AL_NO_ERROR) return sound.Buffer;
+    alDeleteBuffers(1, &sound.Buffer);
+    sound.Buffer = 0;
+    return 0;
   }
 
   static bool IsPlaying(ALuint source) {
@@ -96,16 +137,12 @@ struct SoundPlayer::Device {
     return state == AL_PLAYING;
   }
 
-  /// One that is silent; if all sound, the one that began first.
+  /// One that is silent; if all sound, each in turn.
   ALuint FreeSource() {
     const auto silent = std::find_if_not(Sources.begin(), Sources.end(), IsPlaying);
     if (silent != Sources.end()) return *silent;
     NextSource = (NextSource + 1) % Sources.size();
     return Sources[NextSource];
-  }
-
-  void Rest() const {
-    if (Pause != nullptr) Pause(Handle);
   }
 };
 
@@ -126,33 +163,32 @@ bool SoundPlayer::Ready() {
 
 int SoundPlayer::Load(const std::string& path) {
   if (!Ready()) return -1;
-  const Wave wave = ReadWave(path);
-  if (wave.Samples.empty()) return -1;
-  ALuint buffer = 0;
-  alGetError();
-  alGenBuffers(1, &buffer);
-  alBufferData(buffer, wave.Channels == 1 ? AL_FORMAT_MONO16 : AL_FORMAT_STEREO16, wave.Samples.data(),
-               static_cast<ALsizei>(wave.Samples.size() * sizeof(short)), wave.Rate);
-  if (alGetError() != AL_NO_ERROR) return -1;
-  device_->Buffers.push_back(buffer);
-  return static_cast<int>(device_->Buffers.size()) - 1;
+  SF_INFO info{};
+  SNDFILE* file = OpenWave(path, info);
+  if (file == nullptr) return -1;
+  sf_close(file);
+  device_->Sounds.push_back({.Path = path});
+  return static_cast<int>(device_->Sounds.size()) - 1;
 }
 
 void SoundPlayer::Play(int id) {
-  if (!Ready() || id < 0 || static_cast<std::size_t>(id) >= device_->Buffers.size()) return;
-  if (device_->Resume != nullptr) device_->Resume(device_->Handle);
+  if (!Ready() || id < 0 || static_cast<std::size_t>(id) >= device_->Sounds.size() || !device_->Wake())
+    return;
+  const ALuint buffer = Device::BufferOf(device_->Sounds[static_cast<std::size_t>(id)]);
+  if (buffer == 0) return;
   const ALuint source = device_->FreeSource();
   alSourceStop(source);
-  alSourcei(source, AL_BUFFER, static_cast<ALint>(device_->Buffers[static_cast<std::size_t>(id)]));
+  alSourcei(source, AL_BUFFER, static_cast<ALint>(buffer));
   alSourcePlay(source);
 }
 
 bool SoundPlayer::Playing() {
-  return Ready() && std::any_of(device_->Sources.begin(), device_->Sources.end(), Device::IsPlaying);
+  return Ready() && device_->Context != nullptr &&
+         std::any_of(device_->Sources.begin(), device_->Sources.end(), Device::IsPlaying);
 }
 
 void SoundPlayer::Rest() {
-  if (Ready()) device_->Rest();
+  if (Ready() && device_->Pause != nullptr) device_->Pause(device_->Handle);
 }
 
 }  // namespace bivouac
