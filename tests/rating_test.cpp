@@ -6,6 +6,7 @@
 #include <random>
 #include <sstream>
 
+#include "game/board.h"
 #include "game/layout.h"
 #include "rating/rater.h"
 #include "rating/sweep.h"
