@@ -77,8 +77,8 @@ class Search {
 };
 
 /// Events run at every round by the rules. A desktop runs them every few milliseconds only, and this many
-/// rounds take some fifty microseconds, so nobody can tell; a call at each round would cost more than the
-/// round.
+/// rounds take less than a tenth of a millisecond, so nobody can tell; a call at each would cost more than
+/// the round.
 constexpr long kRoundsBetweenYields = 8192;
 
 void Search::ListTree(int cell) {

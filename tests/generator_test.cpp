@@ -183,6 +183,61 @@ TEST(Proof, BoardsWithoutSenseEndToo) {
   EXPECT_THROW(CheckUniqueSolution(main, unique), RunTimeError);
 }
 
+/// Counts the solutions from the tree at `index` on, by trying everything. Stops at two.
+int CountSolutions(Main& main, const std::vector<int>& trees, std::size_t index) {
+  if (index == trees.size()) {
+    for (int i = 0; i < main.BoardSize; ++i) {
+      int inRow = 0;
+      int inCol = 0;
+      for (int j = 0; j < main.BoardSize; ++j) {
+        inRow += main.Board[i * main.BoardSize + j] == CELL_TENT;
+        inCol += main.Board[j * main.BoardSize + i] == CELL_TENT;
+      }
+      if (inRow != RowClue(main, i) || inCol != ColClue(main, i)) return 0;
+    }
+    return 1;
+  }
+  int solutions = 0;
+  ForEachSide(main, trees[index], [&](int side, int) {
+    const bool free = main.Board[side] != CELL_TREE && main.Board[side] != CELL_TENT &&
+                      !AnyAround(main, side, [&](int near) { return main.Board[near] == CELL_TENT; });
+    if (!free || solutions >= 2) return;
+    const int before = main.Board[side];
+    main.Board[side] = CELL_TENT;
+    solutions += CountSolutions(main, trees, index + 1);
+    main.Board[side] = before;
+  });
+  return solutions;
+}
+
+TEST(Proof, KeepsNothingThatBruteForceSolvesTwice) {
+  ScriptedDesktop desktop;
+  Game game(desktop);
+  Main& main = game.main;
+  main.BoardSize = 6;
+  SizeLayout(main);
+  Array<int> scratch;
+  scratch.Redim(main.CellCount - 1);
+  int kept = 0;
+  int several = 0;
+  for (int attempt = 0; attempt < 300; ++attempt) {
+    DrawLayout(main, scratch);
+    bool unique = false;
+    CheckUniqueSolution(main, unique);
+    std::vector<int> trees;
+    for (int cell = 0; cell < main.CellCount; ++cell) {
+      if (main.Board[cell] == CELL_TREE) trees.push_back(cell);
+    }
+    const int solutions = CountSolutions(main, trees, 0);
+    ASSERT_GE(solutions, 1);
+    EXPECT_FALSE(unique && solutions > 1) << "attempt " << attempt;
+    kept += unique;
+    several += solutions > 1;
+  }
+  EXPECT_GT(kept, 150);
+  EXPECT_GT(several, 20);
+}
+
 // Each tree has one place for its tent but the first one, which could also stand in the west if its row and
 // its column were not full by then.
 TEST(Proof, TheTentOfTheFirstTreeIsNotTested) {
