@@ -44,10 +44,16 @@ void ClearBoard(Main& main, Array<int>& shuffleOrder) {
 }
 
 void Shuffle(Array<int>& order, int count, Random& random) {
+  // Most of the time of a small puzzle goes here, and most of that into checking indexes that cannot go
+  // wrong.
+  FixedArray<int, kMaxCells> cells;
+  for (int i = 0; i < count; ++i) cells[i] = order[i];
+  int* const unchecked = &cells[0];
   for (int swap = 0; swap < kSwaps; ++swap) {
     const auto [a, b] = random.BelowTwice(count);
-    std::swap(order[a], order[b]);
+    std::swap(unchecked[a], unchecked[b]);
   }
+  for (int i = 0; i < count; ++i) order[i] = cells[i];
 }
 
 /// Makes the cell a tree if it can have its tent in the direction.

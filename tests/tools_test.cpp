@@ -344,6 +344,13 @@ TEST_F(Tool, HintsForAPuzzleStartFromItsFirstPositionOrTheOneGiven) {
   EXPECT_EQ(
       InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1, .Board = std::string(36, '1')}, terminal); }),
       "--board: not the trees of the puzzle, see cell 6");
+
+  std::vector<PackRecord> records = ReadSoundPack(path);
+  records[0].Layout[2] = CELL_TREE;
+  records[0].TentDirs[2] = NORTH;
+  ReplacePack(path, records);
+  EXPECT_EQ(InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1}, terminal); }),
+            path + ": record 1 cannot be started: index outside an array");
 }
 
 TEST_F(Tool, PositionsThatMakeNoSenseAreNamed) {

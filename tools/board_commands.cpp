@@ -233,7 +233,12 @@ ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
   const PackRecord record = PuzzleOf(options.Pack, options.Number);
   Workbench bench;
   LayOutRecord(bench.main, record);
-  StartPuzzle(bench.main);
+  try {
+    StartPuzzle(bench.main);
+  } catch (const RunTimeError& error) {
+    throw InputError(options.Pack + ": record " + std::to_string(options.Number) +
+                     " cannot be started: " + error.what());
+  }
   if (!options.Board.empty()) LayFields(bench.main, options.Board);
   const Hint hint = AskForHint(bench, WrongFields::Look);
   if (options.Output == Format::Table) {
