@@ -64,6 +64,18 @@ void SettleZeroClue(Main& main, Label& label, int clue, int first, int step) {
 
 }  // namespace
 
+void BeginOpening(Main& main) {
+  main.StepCount = 0;
+  main.MoveLogTop = 0;
+  main.PuzzleOver = false;
+  main.BoardLive = true;
+  main.Paused = false;
+  RefreshButtons(main);
+  main.cmdPause.Enabled = false;
+  main.cmdSolution.Enabled = false;
+  main.cmdHint.Enabled = false;
+}
+
 void StartPuzzle(Main& main) {
   Speel(main, Sound::Discard);
   main.StepCount = 0;

@@ -5,6 +5,10 @@
 
 namespace bivouac {
 
+/// The state Playing before a puzzle is there: what the opening of one begins with. Pause, Solution and Hint
+/// stay barred until StartPuzzle.
+void BeginOpening(Main& main);
+
 /// Turns a loaded puzzle into a game in progress, also as the handler of cmdRestart. Needs the trees in
 /// Board, their TentDir and the captions of the clues. Leaves PuzzleOver, Paused and BoardLive alone.
 void StartPuzzle(Main& main);

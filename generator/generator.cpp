@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "game/board.h"
-#include "game/layout.h"
 #include "game/play.h"
 #include "game/text.h"
 #include "generator/random.h"
@@ -113,15 +112,7 @@ std::string DifficultyText(float difficulty) {
 }
 
 void ShowWaiting(Main& main) {
-  main.StepCount = 0;
-  main.MoveLogTop = 0;
-  main.PuzzleOver = false;
-  main.BoardLive = true;
-  main.Paused = false;
-  RefreshButtons(main);
-  main.cmdPause.Enabled = false;
-  main.cmdSolution.Enabled = false;
-  main.cmdHint.Enabled = false;
+  BeginOpening(main);
   for (int cell = 0; cell < main.CellCount; ++cell) SetPicture(main, cell, CELL_OPEN);
   main.GenFirstTick = true;
   main.Timer1.Enabled = true;

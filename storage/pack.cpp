@@ -37,20 +37,6 @@ void ReadPuzzle(Main& main, int number) {
   main.PuzzleNo = number;
 }
 
-/// The state Playing, with the buttons barred that need a finished start.
-void EnterPlay(Main& main) {
-  main.StepCount = 0;
-  main.MoveLogTop = 0;
-  main.PuzzleOver = false;
-  main.BoardLive = true;
-  main.Paused = false;
-  RefreshButtons(main);
-  main.cmdPause.Enabled = false;
-  main.cmdSolution.Enabled = false;
-  main.cmdHint.Enabled = false;
-  main.LabelStap.Caption = std::to_string(main.StepCount);
-}
-
 /// Rates a puzzle that never was, once and for all: the pack keeps it if it can be written.
 void RateAndKeep(Main& main) {
   PackRecord& puzzle = main.global.PuzzleRec;
@@ -91,7 +77,8 @@ void LoadPuzzle(Main& main, int number) {
     ReadPuzzle(main, number);
     main.Level = 0;
     if (FindPersonal(main) == FileUse::Used) boxForErrors = false;
-    EnterPlay(main);
+    BeginOpening(main);
+    main.LabelStap.Caption = std::to_string(main.StepCount);
     main.Level = LevelOf(main.global.PuzzleRec.LevelSize);
     if (main.Level == 0) {
       RateAndKeep(main);
