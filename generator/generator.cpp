@@ -153,7 +153,7 @@ void MakePuzzle(Main& main) {
     }
     RatePuzzle(main, main.Level);
   } while (main.Level == kNotRated);
-  record.LevelSize = static_cast<std::int16_t>(record.LevelSize + main.Level * 32);
+  record.LevelSize = LevelSizeOf(main.Level, main.BoardSize);
   for (int cell = 0; cell < main.CellCount; ++cell) main.Board[cell] = record.Layout[cell];
 }
 
