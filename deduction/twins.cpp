@@ -14,6 +14,7 @@ struct Group {
 Positions PairsIn(const Lines& lines, int line) {
   const Positions twins = lines.Trees(line) & lines.Open(line - 1) & lines.Open(line + 1);
   const Positions first = 1u;
+  // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): no board has fewer than two lines.
   const Positions lastButOne = 1u << (lines.axis.size - 2);
   const Positions shutBefore = WithBefore(lines.Grass(line)) | first;
   const Positions shutBehind = WithBehind(WithBehind(lines.Grass(line))) | lastButOne;

@@ -39,7 +39,7 @@ class Array {
   }
   std::size_t Length(int upper) const {
     if (upper < lower_ - 1) ThrowIndexOutsideArray();
-    return static_cast<std::size_t>(upper - lower_ + 1);
+    return static_cast<std::size_t>(static_cast<long>(upper) - lower_ + 1);
   }
 
   int lower_;

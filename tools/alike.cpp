@@ -16,7 +16,6 @@ std::string ViewedFromAnySide(const PackRecord& record) {
     const bool upsideDown = (view & 2) != 0;
     const bool mirrored = (view & 4) != 0;
     std::string text;
-    text.reserve(static_cast<std::size_t>(kMaxCells + 2 * kMaxSize));
     const auto& rowClues = turned ? record.ColCounts : record.RowCounts;
     const auto& colClues = turned ? record.RowCounts : record.ColCounts;
     for (int i = 0; i < size; ++i) {
