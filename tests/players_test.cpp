@@ -8,6 +8,8 @@
 namespace bivouac {
 namespace {
 
+using Focus = FormNamen::FocusOn;
+
 /// The enabled state as letters: list, field, New, Edit, OK, Free Play, Cancel; a dash for a disabled one.
 std::string EnabledIn(const FormNamen& form) {
   const bool states[] = {form.NaamLijst.Enabled,        form.NaamInvoerveld.Enabled,
@@ -36,9 +38,15 @@ struct PlayersTest : testing::Test {
     Form().NaamLijst.ListIndex = index;
     NaamLijst_Click(Form());
   }
-  void Enter(const std::string& name) {
+  void Type(const std::string& name, Key key) {
     Form().NaamInvoerveld.Text = name;
-    NaamInvoerveld_KeyPress(Form(), Key::Enter);
+    NaamInvoerveld_KeyPress(Form(), key);
+  }
+  void ExpectState(const char* enabled, int selected, const std::string& field, Focus focus) {
+    EXPECT_EQ(EnabledIn(Form()), enabled);
+    EXPECT_EQ(Form().NaamLijst.ListIndex, selected);
+    EXPECT_EQ(Form().NaamInvoerveld.Text, field);
+    EXPECT_EQ(Form().Focus, focus);
   }
   std::string Setting(const char* key) { return installation.desktop.Settings[{"Players", key}]; }
 
@@ -47,39 +55,12 @@ struct PlayersTest : testing::Test {
 };
 
 TEST(PlayerNames, AreSixteenCharactersWhateverTheirBytes) {
-  const std::string blanks(16, ' ');
-  EXPECT_EQ(FixedName(""), blanks);
   EXPECT_EQ(FixedName("Zoë"), "Zoë" + std::string(13, ' '));
-  EXPECT_EQ(FixedName("abcdefghijklmnopq"), "abcdefghijklmnop");
   EXPECT_EQ(FixedName("äöüäöüäöüäöüäöüäö"), "äöüäöüäöüäöüäöüä");
   EXPECT_EQ(FixedName("1234567890123😀😀😀😀"), "1234567890123😀😀😀");
   // Bytes that are no UTF-8 count one each.
   EXPECT_EQ(FixedName("\xFF\xC3"), "\xFF\xC3" + std::string(14, ' '));
   EXPECT_EQ(FixedName(std::string(20, '\xE2')), std::string(16, '\xE2'));
-}
-
-TEST(PlayerNames, ComeFromTheSettingsOrTheirKeys) {
-  Installation installation;
-  installation.AddPlayers({"A name far longer than the field", ""});
-  installation.desktop.Settings[{"Players", "Count"}] = "3";
-  ProgramRun run(installation);
-  EXPECT_EQ(run.global.PlayerCount, 3);
-  EXPECT_EQ(NameOf(run.global, 1), "A name far longe");
-  EXPECT_EQ(NameOf(run.global, 2), "");
-  EXPECT_EQ(run.global.Players[3].Name, "Player03        ");
-  EXPECT_EQ(run.form.NaamLijst.Items.back(), "Player03        ");
-  EXPECT_EQ(run.main.Caption, "Bivouac -  is playing");
-}
-
-TEST_F(PlayersTest, EachShowingBeginsWithNothingSelected) {
-  EXPECT_EQ(run->main.Caption, "Bivouac - Ben is playing");
-  EXPECT_EQ(EnabledIn(Form()), kNothingSelected);
-  Select(1);
-  EXPECT_EQ(EnabledIn(Form()), kSelected);
-  Form_Activate(Form());
-  EXPECT_EQ(Form().NaamLijst.ListIndex, -1);
-  EXPECT_EQ(EnabledIn(Form()), kNothingSelected);
-  EXPECT_EQ(Form().Focus, FormNamen::FocusOn::NaamLijst);
 }
 
 TEST_F(PlayersTest, EveryWayToCloseSaysWhoPlays) {
@@ -100,7 +81,9 @@ TEST_F(PlayersTest, EveryWayToCloseSaysWhoPlays) {
     installation.desktop.PlayerDialog = [&] {
       Form().Visible = true;
       Form_Activate(Form());
+      ExpectState(kNothingSelected, -1, "", Focus::NaamLijst);
       Select(one.Selected);
+      EXPECT_EQ(EnabledIn(Form()), kSelected);
       one.Close(Form());
       EXPECT_FALSE(Form().Visible);
     };
@@ -115,60 +98,32 @@ TEST_F(PlayersTest, EveryWayToCloseSaysWhoPlays) {
   EXPECT_TRUE(Form().Visible) << "a double click beside the names chooses nobody";
 }
 
-TEST_F(PlayersTest, AddingAPlayer) {
+TEST_F(PlayersTest, AddingAndRenamingPlayers) {
   Select(0);
   KnopNieuweSpeler_Click(Form());
   EXPECT_EQ(EnabledIn(Form()), kEditing);
-  EXPECT_EQ(Form().NaamInvoerveld.Text, "");
-  EXPECT_EQ(Form().Focus, FormNamen::FocusOn::NaamInvoerveld);
-  Enter(" Zoë  ");
-  EXPECT_EQ(EnabledIn(Form()), kSelected);
-  EXPECT_EQ(Form().NaamLijst.ListIndex, 2);
+  EXPECT_EQ(Form().Focus, Focus::NaamInvoerveld);
+  Type(" Zoë  ", Key::Enter);
+  ExpectState(kSelected, 2, "", Focus::NaamLijst);
   EXPECT_EQ(Form().NaamLijst.Items.back(), " Zoë");
-  EXPECT_EQ(Form().NaamInvoerveld.Text, "");
-  EXPECT_EQ(Form().Focus, FormNamen::FocusOn::NaamLijst);
-  EXPECT_EQ(run->global.Players[3].Name, " Zoë            ");
   EXPECT_EQ(Setting("Count"), "3");
-  EXPECT_EQ(Setting("Player01"), "Ann             ");
   EXPECT_EQ(Setting("Player03"), " Zoë            ");
-  KnopAnnuleren_Click(Form());
-  EXPECT_EQ(run->global.CurrentPlayer, 2);
-  EXPECT_EQ(Setting("Last_Player"), "2");
+
+  Select(1);
+  for (const char* name : {"Ben", "ann"}) {  // The own name is free, and case counts.
+    KnopWijzigen_Click(Form());
+    EXPECT_EQ(EnabledIn(Form()), kEditing);
+    EXPECT_EQ(Form().NaamInvoerveld.Text, "Ben");
+    Type(name, Key::Enter);
+    ExpectState(kSelected, 1, "", Focus::NaamLijst);
+  }
+  EXPECT_EQ(Form().NaamLijst.Items, (std::vector<std::string>{"Ann             ", "ann", " Zoë"}));
+  EXPECT_EQ(Setting("Player02"), "ann             ");
+  EXPECT_EQ(Setting("Count"), "3");
   EXPECT_TRUE(installation.TakeBoxes().empty());
 }
 
-TEST_F(PlayersTest, RenamingAPlayer) {
-  Select(1);
-  KnopWijzigen_Click(Form());
-  EXPECT_EQ(EnabledIn(Form()), kEditing);
-  EXPECT_EQ(Form().NaamInvoerveld.Text, "Ben");
-  Enter("Ben");
-  EXPECT_TRUE(installation.TakeBoxes().empty()) << "the own name is free";
-  KnopWijzigen_Click(Form());
-  Enter("ann");
-  EXPECT_TRUE(installation.TakeBoxes().empty()) << "case counts";
-  EXPECT_EQ(EnabledIn(Form()), kSelected);
-  EXPECT_EQ(Form().NaamLijst.Items, (std::vector<std::string>{"Ann             ", "ann"}));
-  EXPECT_EQ(Setting("Player02"), "ann             ");
-  EXPECT_EQ(Setting("Count"), "2");
-}
-
-TEST_F(PlayersTest, EscapeLeavesEditingAsItWas) {
-  KnopNieuweSpeler_Click(Form());
-  Form().NaamInvoerveld.Text = "Cato";
-  NaamInvoerveld_KeyPress(Form(), Key::Escape);
-  EXPECT_EQ(EnabledIn(Form()), kNothingSelected);
-  EXPECT_EQ(Form().NaamInvoerveld.Text, "");
-  Select(0);
-  KnopWijzigen_Click(Form());
-  NaamInvoerveld_KeyPress(Form(), Key::Escape);
-  EXPECT_EQ(EnabledIn(Form()), kSelected);
-  EXPECT_EQ(Form().NaamLijst.ListIndex, 0);
-  EXPECT_EQ(Form().Focus, FormNamen::FocusOn::NaamLijst);
-  EXPECT_EQ(run->global.PlayerCount, 2);
-}
-
-TEST_F(PlayersTest, BadNamesAreJokedAboutAndEditingGoesOn) {
+TEST_F(PlayersTest, BadNamesAreJokedAboutUntilEscapeLeavesAllAsItWas) {
   const std::pair<const char*, const char*> cases[] = {
       {"",
        "Loss of memory ?|Did you suffer from memory loss ?\nCome on, think very deeply, try to remember "
@@ -180,22 +135,19 @@ TEST_F(PlayersTest, BadNamesAreJokedAboutAndEditingGoesOn) {
   };
   for (const int selected : {-1, 0}) {
     Select(selected);
-    if (selected < 0) {
-      KnopNieuweSpeler_Click(Form());
-    } else {
-      KnopWijzigen_Click(Form());
-    }
+    selected < 0 ? KnopNieuweSpeler_Click(Form()) : KnopWijzigen_Click(Form());
     for (const auto& [name, box] : cases) {
       installation.desktop.Beeps = 0;
-      Enter(name);
+      Type(name, Key::Enter);
       EXPECT_EQ(installation.TakeBoxes(), std::vector<std::string>{box});
       EXPECT_EQ(installation.desktop.Beeps, 1);
-      EXPECT_EQ(EnabledIn(Form()), kEditing);
-      EXPECT_EQ(Form().NaamInvoerveld.Text, name);
+      ExpectState(kEditing, selected, name, Focus::NaamInvoerveld);
     }
-    NaamInvoerveld_KeyPress(Form(), Key::Escape);
+    Type("Cato", Key::Escape);
+    ExpectState(selected < 0 ? kNothingSelected : kSelected, selected, "", Focus::NaamLijst);
   }
   EXPECT_EQ(run->global.PlayerCount, 2);
+  EXPECT_EQ(NameOf(run->global, 1), "Ann");
 }
 
 TEST_F(PlayersTest, FreePlayInTheMiddleOfANameKeepsEverything) {
@@ -203,28 +155,26 @@ TEST_F(PlayersTest, FreePlayInTheMiddleOfANameKeepsEverything) {
   KnopWijzigen_Click(Form());
   Form().NaamInvoerveld.Text = "Cato";
   CommandFree_Click(Form());
-  EXPECT_EQ(run->global.CurrentPlayer, 0);
   Form_Activate(Form());
   EXPECT_EQ(EnabledIn(Form()), kEditing);
   EXPECT_EQ(Form().NaamInvoerveld.Text, "Cato");
-  EXPECT_EQ(NameOf(run->global, 1), "Ann");
 }
 
-TEST(Players, NinetyNineAreTheMost) {
-  Installation installation;
+TEST_F(PlayersTest, NinetyNineAreTheMost) {
+  installation.AddPlayers({"A name far longer than the field", ""});
   installation.desktop.Settings[{"Players", "Count"}] = "98";
-  ProgramRun run(installation);
-  Form_Activate(run.form);
-  KnopNieuweSpeler_Click(run.form);
-  run.form.NaamInvoerveld.Text = "Last";
-  NaamInvoerveld_KeyPress(run.form, Key::Enter);
-  EXPECT_EQ((installation.desktop.Settings[{"Players", "Player99"}]), FixedName("Last"));
+  run.emplace(installation);
+  EXPECT_EQ(NameOf(run->global, 1), "A name far longe");
+  EXPECT_EQ(run->form.NaamLijst.Items.back(), "Player98        ");
+  Form_Activate(Form());
+  KnopNieuweSpeler_Click(Form());
+  Type("Last", Key::Enter);
+  EXPECT_EQ(Setting("Player99"), FixedName("Last"));
 
   const auto settings = installation.desktop.Settings;
-  KnopNieuweSpeler_Click(run.form);
+  KnopNieuweSpeler_Click(Form());
   EXPECT_EQ(installation.desktop.Titles(), std::vector<std::string>{"No room for another player"});
-  EXPECT_EQ(EnabledIn(run.form), kSelected);
-  EXPECT_EQ(run.global.PlayerCount, 99);
+  EXPECT_EQ(EnabledIn(Form()), kSelected);
   EXPECT_EQ(installation.desktop.Settings, settings);
 }
 

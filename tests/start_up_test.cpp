@@ -1,7 +1,6 @@
 #include "storage/start_up.h"
 
 #include <filesystem>
-#include <functional>
 #include <gtest/gtest.h>
 
 #include "storage/pack.h"
@@ -29,102 +28,68 @@ TEST(StartUp, FirstStartBringsThePacksAndComesUpInFreePlay) {
     EXPECT_EQ(BytesOf(installation.InData(PackName(size))), BytesOf(installation.InProgram(PackName(size))));
     EXPECT_EQ(run.main.PuzzleCount[size - kMinSize], kInstalledPuzzles);
   }
-  EXPECT_EQ(FilesIn(installation.folder / "local/Bvc").size(), 13u);
-  EXPECT_EQ(run.global.AppDir, installation.folder / "program/");
-  EXPECT_EQ(run.global.LocalDataDir, installation.folder / "local/");
-  EXPECT_EQ(run.global.DataDir, installation.folder / "local/Bvc/");
   EXPECT_EQ(run.main.Caption, "Bivouac - Free Play (no player selected)");
   EXPECT_EQ(PanelTexts(run.main),
             (std::vector<std::string>{"Size: 12x12", "Level: 0", "Puzzle #: --", "Total Puzzles: 3",
                                       "Best Time: --:-- (No Best Time Yet)", "Your Time: --:--"}));
   EXPECT_TRUE(run.main.PuzzleOver);
   EXPECT_TRUE(run.main.BoardLive);
-  EXPECT_TRUE(run.main.cmdOpen.Enabled);
-  EXPECT_FALSE(run.main.cmdNext.Enabled);
-  EXPECT_EQ(run.main.CellCount, 144);
   EXPECT_TRUE(run.main.Grid[143].Visible);
   EXPECT_TRUE(run.main.Visible);
   EXPECT_EQ(run.main.Left, (19200 - 8175) / 2);
   EXPECT_EQ(run.main.Top, (14400 - 9030) / 2);
   EXPECT_TRUE(installation.desktop.SoundAttached);
   EXPECT_EQ(installation.desktop.Loaded.front(), installation.InProgram("Applause.wav"));
-  EXPECT_TRUE(installation.TakeBoxes().empty());
 }
 
-TEST(StartUp, PacksOfTheUserStayAndMissingOnesComeAgain) {
+TEST(StartUp, TheUsersPacksStayMissingOnesComeAgainAndLeftOversGo) {
   Installation installation;
   { ProgramRun first(installation); }
   WriteBytes(installation.InData("BVPack06.bvq"), std::string(1376, 'u'));
   fs::remove(installation.InData("BVPack07.bvq"));
   fs::permissions(installation.InProgram("BVPack07.bvq"), fs::perms(0444));
-  ProgramRun second(installation);
-  EXPECT_EQ(BytesOf(installation.InData("BVPack06.bvq")), std::string(1376, 'u'));
-  EXPECT_EQ(second.main.PuzzleCount[0], 1);
-  EXPECT_EQ(BytesOf(installation.InData("BVPack07.bvq")), BytesOf(installation.InProgram("BVPack07.bvq")));
-  EXPECT_NE(fs::status(installation.InData("BVPack07.bvq")).permissions() & fs::perms::owner_write,
-            fs::perms::none)
-      << "a copy of a read-only pack can be written";
-}
-
-TEST(StartUp, LeftOverFilesAreDeletedAndAFolderCountsNoPuzzles) {
-  Installation installation;
-  { ProgramRun first(installation); }
+  fs::remove(installation.InData("BVPack08.bvq"));
+  fs::create_directory(installation.InData("BVPack08.bvq"));
   WriteBytes(installation.InData("BVPack09.bvp"), "old");
   WriteBytes(installation.InData("BVPack19.bvp"), "another's");
-  fs::remove(installation.InData("BVPack06.bvq"));
-  fs::create_directory(installation.InData("BVPack06.bvq"));
   ProgramRun second(installation);
+  const fs::path again = installation.InData("BVPack07.bvq");
+  EXPECT_EQ(BytesOf(installation.InData("BVPack06.bvq")), std::string(1376, 'u'));
+  EXPECT_EQ(BytesOf(again), BytesOf(installation.InProgram("BVPack07.bvq")));
+  EXPECT_NE(fs::status(again).permissions() & fs::perms::owner_write, fs::perms::none);
+  EXPECT_EQ(second.main.PuzzleCount[0], 1);
+  EXPECT_EQ(second.main.PuzzleCount[2], 0);
   EXPECT_FALSE(fs::exists(installation.InData("BVPack09.bvp")));
   EXPECT_TRUE(fs::exists(installation.InData("BVPack19.bvp")));
-  EXPECT_EQ(second.main.PuzzleCount[0], 0);
 }
 
-TEST(StartUp, FaultsThatNoStepCatchesEndIt) {
+TEST(StartUp, SettingsOfNonsenseEndIt) {
   struct Case {
-    const char* Fault;
-    std::function<void(Installation&)> Make;
+    const char *Section, *Key, *Value;
     int Error;
   };
   const Case cases[] = {
-      {"a pack in neither folder", [](auto& i) { fs::remove(i.InProgram("BVPack10.bvq")); }, 53},
-      {"a size that is no number",
-       [](auto& i) {
-         i.desktop.Settings[{"Options", "Size"}] = "big";
-       },
-       13},
-      {"a size beyond 16 bits",
-       [](auto& i) {
-         i.desktop.Settings[{"Options", "Size"}] = "40000";
-       },
-       6},
-      {"a size above the packs",
-       [](auto& i) {
-         i.desktop.Settings[{"Options", "Size"}] = "19";
-       },
-       9},
-      {"a size below the packs",
-       [](auto& i) {
-         i.desktop.Settings[{"Options", "Size"}] = "5";
-       },
-       9},
-      {"a player who is not there",
-       [](auto& i) {
-         i.desktop.Settings[{"Players", "Last_Player"}] = "1";
-       },
-       9},
-      {"a count that is no number",
-       [](auto& i) {
-         i.desktop.Settings[{"Players", "Count"}] = "many";
-       },
-       13},
-      {"a file in the place of the folder", [](auto& i) { WriteBytes(i.folder / "local/Bvc", ""); }, 76},
+      {"Options", "Size", "big", 13}, {"Options", "Size", "40000", 6},  {"Options", "Size", "19", 9},
+      {"Options", "Size", "5", 9},    {"Players", "Count", "many", 13}, {"Players", "Last_Player", "1", 9},
   };
-  for (const Case& fault : cases) {
+  for (const Case& one : cases) {
     Installation installation;
-    fault.Make(installation);
-    EXPECT_EQ(ErrorOfStart(installation), fault.Error) << fault.Fault;
-    EXPECT_TRUE(installation.TakeBoxes().empty()) << fault.Fault;
+    installation.desktop.Settings[{one.Section, one.Key}] = one.Value;
+    EXPECT_EQ(ErrorOfStart(installation), one.Error) << one.Key << one.Value;
   }
+}
+
+TEST(StartUp, FilesThatAreNotThereEndIt) {
+  Installation packless;
+  fs::remove(packless.InProgram("BVPack10.bvq"));
+  EXPECT_EQ(ErrorOfStart(packless), 53);
+  Installation folderless;
+  WriteBytes(folderless.folder / "local/Bvc", "");
+  EXPECT_EQ(ErrorOfStart(folderless), 76);
+  Installation parentless;
+  parentless.desktop.LocalData.Path = parentless.folder / "home/share/";
+  EXPECT_EQ(ErrorOfStart(parentless), 0);
+  EXPECT_TRUE(fs::exists(parentless.folder / "home/share/Bvc/BVPack18.bvq"));
 }
 
 TEST(StartUp, ACopyThatFailsHalfWayLeavesNothing) {
@@ -137,35 +102,25 @@ TEST(StartUp, ACopyThatFailsHalfWayLeavesNothing) {
   EXPECT_EQ(ErrorOfStart(installation), 0);
 }
 
-TEST(StartUp, AMissingParentOfTheDataFolderIsMade) {
-  Installation installation;
-  installation.desktop.LocalData.Path = installation.folder / "home/share/";
-  ProgramRun run(installation);
-  EXPECT_TRUE(fs::exists(installation.folder / "home/share/Bvc/BVPack18.bvq"));
-}
-
 TEST(StartUp, SoundIsOnForAnythingButFalse) {
-  for (const char* stored : {"True", "false", "0", "", "False "}) {
+  struct Case {
+    const char *Key, *Stored;
+    int Engine;
+    bool On;
+  };
+  const Case cases[] = {
+      {"Sounds", "True", 1, true},   {"Sounds", "false", 1, true},
+      {"Sounds", "", 1, true},       {"Sounds", "True", 0, true},
+      {"Sounds", "False", 1, false}, {"Sound", "True", 1, false},  // What the box stores is never read.
+  };
+  for (const Case& one : cases) {
     Installation installation;
-    installation.desktop.Settings[{"Options", "Sounds"}] = stored;
+    installation.desktop.SoundEngine = one.Engine;
+    installation.desktop.Settings[{"Options", one.Key}] = one.Stored;
     ProgramRun run(installation);
-    EXPECT_TRUE(run.main.SoundOn && run.main.optSound.Checked) << stored;
+    EXPECT_EQ(run.main.SoundOn, one.On) << one.Stored;
+    EXPECT_EQ(run.main.optSound.Enabled, one.Engine != 0);
   }
-  Installation installation;
-  installation.desktop.Settings[{"Options", "Sound"}] = "True";  // What the box stores is never read.
-  ProgramRun run(installation);
-  EXPECT_FALSE(run.main.SoundOn || run.main.optSound.Checked);
-  EXPECT_TRUE(run.main.optSound.Enabled);
-  EXPECT_FALSE(run.main.SettingsLoading);
-}
-
-TEST(StartUp, WithoutASoundEngineTheBoxStaysDisabled) {
-  Installation installation;
-  installation.desktop.SoundEngine = 0;
-  installation.desktop.Settings[{"Options", "Sounds"}] = "True";
-  ProgramRun run(installation);
-  EXPECT_FALSE(run.main.optSound.Enabled);
-  EXPECT_TRUE(run.main.SoundOn);
 }
 
 TEST(StartUp, LookupFolderEndsInNoSeparator) {
