@@ -58,7 +58,8 @@ void AddMake(CLI::App& app, Command& chosen) {
       ->check(CLI::Range(1L, 100'000'000L));
   make->add_option("--level", input->Levels, "Keep only this level or range of levels");
   CLI::Option* seed =
-      make->add_option("--seed", input->Options.Request.Seed, "The same seed gives the same puzzles");
+      make->add_option("--seed", input->Options.Request.Seed, "The same seed gives the same puzzles")
+          ->check(CLI::NonNegativeNumber);
   make->add_option("--jobs", input->Options.Request.Jobs, "Threads; all cores unless told")
       ->check(CLI::Range(1, 1024));
   make->add_flag("--distinct", input->Options.Distinct, "Leave out what is alike, turned or mirrored");
