@@ -59,7 +59,10 @@ void AddMake(CLI::App& app, Command& chosen) {
   make->add_option("--level", input->Levels, "Keep only this level or range of levels");
   CLI::Option* seed =
       make->add_option("--seed", input->Options.Request.Seed, "The same seed gives the same puzzles")
-          ->check(CLI::NonNegativeNumber);
+          ->check([](const std::string& text) {
+            const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+            return digits ? std::string() : text + " is no whole number from 0 on";
+          });
   make->add_option("--jobs", input->Options.Request.Jobs, "Threads; all cores unless told")
       ->check(CLI::Range(1, 1024));
   make->add_flag("--distinct", input->Options.Distinct, "Leave out what is alike, turned or mirrored");
