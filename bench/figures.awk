@@ -9,7 +9,7 @@ BEGIN {
   key = $1; sub(/^ *"/, "", key)
   text = $2; gsub(/[",]/, "", text)
 }
-key == "name" { name = text; seen[name] = 1; next }
+key == "name" { name = text; sub(/\/iterations:.*/, "", name); seen[name] = 1; next }
 name != "" && key != "" { value[name, key] = text }
 
 function row(figure, measured, aim) { printf "%-58s %14s   %s\n", figure, measured, aim }
@@ -51,9 +51,37 @@ END {
     row("bivouac-packs make, size " size ", two jobs against one", sprintf("%.2f times", two / one), "")
   }
 
+  for (size = 6; size <= 18; size += 6)
+    if (has("BM_HintOnAFullBoard/" size))
+      row("a hint in vain at size " size ", every tent placed",
+          sprintf("%.1f us", microseconds("BM_HintOnAFullBoard/" size)), size == 18 ? "below 200 us" : "")
+
+  if (has("WholeProcess/game") && has("WholeProcess/empty")) {
+    game = value["WholeProcess/game", "first_frame"]; empty = value["WholeProcess/empty", "first_frame"]
+    row("first frame", sprintf("%.0f ms", game / 1000), "")
+    row("first frame against an empty window", sprintf("%.2f times", game / empty), "at most 1.5 times")
+    game = value["WholeProcess/game", "memory"]; empty = value["WholeProcess/empty", "memory"]
+    row("memory", sprintf("%.1f MB", game / 1024), "")
+    row("memory against an empty window", sprintf("%.2f times", game / empty), "at most 1.5 times")
+  }
+  if (has("Window/Click")) {
+    row("a click at size 18, event to painted, median", sprintf("%.0f us", value["Window/Click", "median"]), "below 2000 us")
+    row("cells painted a click", sprintf("%.2f", value["Window/Click", "cells"]), "those that changed")
+  }
+  if (has("Window/DrawUnchanged"))
+    row("a draw with nothing changed", sprintf("%.1f us", microseconds("Window/DrawUnchanged")), "")
+  if (has("Window/Yield")) row("a yield", sprintf("%.1f ns", microseconds("Window/Yield") * 1000), "")
+  for (name in seen)
+    if (name ~ /^Window\/Idle/) {
+      state = name ~ /InPlay/ ? "in play" : "without a game"
+      row("repaints a second while idle " state, sprintf("%.1f", value[name, "paints"]), state == "in play" ? "the clock" : "none")
+      row("timers a second while idle " state, sprintf("%.1f", value[name, "ticks"]), state == "in play" ? "4, the clock" : "none")
+      row("share of a core while idle " state, sprintf("%.2f %%", value[name, "cpu"] * 100), "")
+    }
+
   # Whatever else is measured, by its name.
   for (name in seen)
-    if (name !~ /^(Proof|ProofPlain|ProofSatSolver|Rating|RatingPlain|New|NewWithoutYields|MakeWithJobs)\//) rest[++others] = name
+    if (name !~ /^(Proof|ProofPlain|ProofSatSolver|Rating|RatingPlain|New|NewWithoutYields|MakeWithJobs|BM_HintOnAFullBoard|WholeProcess|Window)\//) rest[++others] = name
   for (i = 1; i <= others; i++)
     for (j = i + 1; j <= others; j++)
       if (rest[j] < rest[i]) { swap = rest[i]; rest[i] = rest[j]; rest[j] = swap }

@@ -9,8 +9,12 @@ DISPLAY_PACKAGES=(xvfb xauth)
 CHECK_PACKAGES=(
   "${PLAY_PACKAGES[@]}"
   git clang-format
-  libgtest-dev libcli11-dev libbenchmark-dev
+  libgtest-dev libcli11-dev
   desktop-file-utils appstream man-db
+)
+BENCH_PACKAGES=(
+  "${PLAY_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
+  libbenchmark-dev libcadical-dev libgtest-dev libcli11-dev time
 )
 
 # Installs those of the named packages that are missing, through sudo where the user is not root.
