@@ -358,8 +358,7 @@ void MainWindow::ShowFirst() {
     resize(size().scaled(inside, Qt::KeepAspectRatio));
     move(room.topLeft() + QPoint((room.width() - width()) / 2, 0));
   }
-  LayOut();
-  show();
+  show();  // Sends the first resize, which lays everything out.
 }
 
 void MainWindow::LayOut() {

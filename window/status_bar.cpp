@@ -39,7 +39,7 @@ void StatusBar::Draw(const FixedArray<Panel, 6>& panels) {
     labels_[i]->SetText(QString::fromStdString(text));
     changed = true;
   }
-  if (changed) FitTexts();
+  if (changed && unit_ > 0) FitTexts();
 }
 
 void StatusBar::LayOut(double unit) {

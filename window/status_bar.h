@@ -27,7 +27,7 @@ class StatusBar : public QWidget {
 
   std::array<TextLabel*, 6> labels_{};
   std::array<std::string, 6> drawn_;
-  double unit_ = 1;
+  double unit_ = 0;  ///< 0 until the bar is laid out.
 };
 
 }  // namespace bivouac

@@ -160,7 +160,7 @@ void TextLabel::SetText(const QString& text) {
   if (text == this->text()) return;
   setText(text);
   setAccessibleName(text);
-  FitText(unit_);
+  if (unit_ > 0) FitText(unit_);
 }
 
 void TextLabel::SetTextColour(QColor colour, QColor rim) {

@@ -92,7 +92,7 @@ class TextLabel : public QLabel {
   Click click_;
   QImage picture_;
   QPixmap stretched_;
-  double unit_ = 1;
+  double unit_ = 0;  ///< 0 until the label is laid out: no text is measured before.
 };
 
 }  // namespace bivouac
