@@ -8,10 +8,10 @@
 #include "game/play.h"
 #include "game/text.h"
 #include "hints/hints.h"
-#include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -26,7 +26,7 @@ std::vector<PackRecord> Puzzles(benchmark::State& state) {
 
 std::unique_ptr<Game> Start(const PackRecord& record, Desktop& desktop) {
   auto game = std::make_unique<Game>(desktop);
-  LayRecord(game->main, record);
+  LayOutRecord(game->main, record);
   game->main.BoardLive = true;
   StartPuzzle(game->main);
   return game;

@@ -8,11 +8,11 @@
 
 #include "game/board.h"
 #include "generator/unique_solution.h"
-#include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/plain_proof.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 #ifdef BIVOUAC_CADICAL
 #include <cadical.hpp>
@@ -38,7 +38,7 @@ void ProveAll(benchmark::State& state, Prove prove) {
   std::vector<std::unique_ptr<Game>> games;
   for (const PackRecord& record : layouts) {
     games.push_back(std::make_unique<Game>(desktop));
-    LayRecord(games.back()->main, record);
+    LayOutRecord(games.back()->main, record);
   }
   long rounds = 0;
   for (auto _ : state) {

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "rating/rating.h"
-#include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -21,7 +21,7 @@ void Rating(benchmark::State& state) {
   std::vector<std::unique_ptr<Game>> games;
   for (const PackRecord& puzzle : puzzles) {
     games.push_back(std::make_unique<Game>(desktop));
-    LayRecord(games.back()->main, puzzle);
+    LayOutRecord(games.back()->main, puzzle);
   }
   for (auto _ : state) {
     for (const auto& game : games) {

@@ -54,21 +54,6 @@ bool HasBestTime(const Global& global) {
   return (puzzle.BestMinutes > 0 || puzzle.BestSeconds > 0) && puzzle.BestPlayer <= global.PlayerCount;
 }
 
-void LayPuzzleOut(Main& main) {
-  const PackRecord& puzzle = main.global.PuzzleRec;
-  main.TreeCount = 0;
-  for (int cell = 0; cell < main.CellCount; ++cell) {
-    main.Board[cell] = puzzle.Layout[cell];
-    if (main.Board[cell] != CELL_TREE) continue;
-    main.TentDir[cell] = puzzle.TentDirs[cell];
-    ++main.TreeCount;
-  }
-  for (int i = 0; i < main.BoardSize; ++i) {
-    main.RowCnt[i].Caption = std::to_string(puzzle.RowCounts[i]);
-    main.ColCnt[i].Caption = std::to_string(puzzle.ColCounts[i]);
-  }
-}
-
 void LoadPuzzle(Main& main, int number) {
   // The box stands for every run-time error of the load, until files other than the puzzle's have been used:
   // from then on an error is nobody's.
@@ -111,6 +96,21 @@ std::string PackPath(const Global& global, int size) {
 
 int PackCount(const Global& global, int size) {
   return static_cast<int>(CountRecords(PackPath(global, size), kPackRecordBytes));
+}
+
+void LayPuzzleOut(Main& main) {
+  const PackRecord& puzzle = main.global.PuzzleRec;
+  main.TreeCount = 0;
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    main.Board[cell] = puzzle.Layout[cell];
+    if (main.Board[cell] != CELL_TREE) continue;
+    main.TentDir[cell] = puzzle.TentDirs[cell];
+    ++main.TreeCount;
+  }
+  for (int i = 0; i < main.BoardSize; ++i) {
+    main.RowCnt[i].Caption = std::to_string(puzzle.RowCounts[i]);
+    main.ColCnt[i].Caption = std::to_string(puzzle.ColCounts[i]);
+  }
 }
 
 void CountPacks(Main& main) {

@@ -14,6 +14,10 @@ std::string PackPath(const Global& global, int size);
 /// Puzzles in the pack, its length rounded as CountRecords does; 0 if it does not exist.
 int PackCount(const Global& global, int size);
 
+/// Lays PuzzleRec out: its finished board, the directions and number of its trees, the captions of its clues.
+/// Requires: the board has its size.
+void LayPuzzleOut(Main& main);
+
 /// Fills PuzzleCount, deletes left-over ".bvp" files, and shows the total of BoardSize in panel 4.
 /// Errors: a file error if one cannot be deleted; IndexOutsideArray for a BoardSize that has no pack.
 void CountPacks(Main& main);

@@ -17,11 +17,11 @@
 #include "storage/pack.h"
 #include "storage/record_file.h"
 #include "tests/support/files.h"
-#include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/plain_proof.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -95,7 +95,7 @@ TEST(Proof, AgreesWithTheWorkedResults) {
   for (const ProofCase& row : cases) {
     const PackRecord record = RecordOf(row);
     for (const ProofProcedure procedure : {PlainCheckUniqueSolution, CheckUniqueSolution}) {
-      LayRecord(game.main, record);
+      LayOutRecord(game.main, record);
       const Proof proof = Prove(game.main, procedure);
       EXPECT_EQ(proof.Unique, row.Verdict == 1) << row.Pack << ' ' << row.Number;
       EXPECT_EQ(proof.Rounds, row.Rounds) << row.Pack << ' ' << row.Number;
@@ -280,7 +280,7 @@ TEST(Proof, ClicksWhileItYieldsCountFromTheNextRound) {
   Game game(desktop);
   Main& main = game.main;
   const PackRecord record = LongestSearch(17);
-  LayRecord(main, record);
+  LayOutRecord(main, record);
   desktop.Yields = 0;
   bool unique = false;
   const long rounds = CheckUniqueSolution(main, unique);
@@ -302,7 +302,7 @@ TEST(Proof, ClicksWhileItYieldsCountFromTheNextRound) {
         clicks.push_back({1 + random.Below(4), cell, code});
     }
     const auto proofWithClicks = [&](ProofProcedure procedure, long roundsAYield) {
-      LayRecord(main, record);
+      LayOutRecord(main, record);
       long yields = 0;
       std::string seen;
       desktop.WhileYielding = [&] {
@@ -543,7 +543,7 @@ TEST_F(Generator, ClicksNeverBringAnUnratedRecordIntoThePack) {
   EXPECT_GT(clicks, 100);
   desktop.WhileYielding = nullptr;
   for (const PackRecord& kept : SavedPuzzles(6)) {
-    LayRecord(main, kept);
+    LayOutRecord(main, kept);
     int level = 0;
     RatePuzzle(main, level);
     EXPECT_EQ(level, LevelOf(kept.LevelSize));

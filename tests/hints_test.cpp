@@ -14,10 +14,10 @@
 #include "game/play.h"
 #include "game/text.h"
 #include "hints/two_trees.h"
-#include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -98,7 +98,7 @@ TEST(Hints, WorkedResults) {
 class Walk {
  public:
   explicit Walk(const PackRecord& record) {
-    LayRecord(main_, record);
+    LayOutRecord(main_, record);
     main_.PuzzleOver = false;
     main_.BoardLive = true;
     StartPuzzle(main_);

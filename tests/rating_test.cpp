@@ -10,10 +10,10 @@
 #include "game/layout.h"
 #include "rating/rater.h"
 #include "rating/sweep.h"
-#include "tests/support/lay_record.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -53,7 +53,7 @@ TEST_F(RatingTest, WorkedResultsComeOutTheSame) {
     SCOPED_TRACE(row[0] + " record " + row[1]);
     PackRecord record = pack.at(static_cast<std::size_t>(std::stoi(row[1]) - 1));
     record.LevelSize = LevelSizeOf(0, std::stoi(row[2]));
-    LayRecord(main, record);
+    LayOutRecord(main, record);
     int level = 0;
     RatingTrace trace;
     RatePuzzle(main, level, trace);
@@ -454,7 +454,7 @@ TEST_F(RatingTest, ShippedPuzzlesAreSolvedAtTheirLevel) {
     for (const PackRecord& record :
          ReadPack("assets/packs/BVPack" + std::to_string(size + 100).substr(1) + ".bvq")) {
       SCOPED_TRACE("size " + std::to_string(size) + " puzzle " + std::to_string(++number));
-      LayRecord(main, record);
+      LayOutRecord(main, record);
       const std::string finished = BoardDigits(main);
       int level = 0;
       RatePuzzle(main, level);
@@ -476,7 +476,7 @@ PackRecord RecordThatNeeds(std::string_view pass) {
 }
 
 TEST_F(RatingTest, SpareRunsReadTheLabelsEvenIfTheyAreOfAnotherPuzzle) {
-  LayRecord(main, RecordThatNeeds("PassSpareRunRow"));
+  LayOutRecord(main, RecordThatNeeds("PassSpareRunRow"));
   const Outcome own = Rate(main);
   for (int i = 0; i < main.BoardSize; ++i) main.RowCnt[i].Caption = "0";
   const Outcome other = Rate(main);
@@ -485,7 +485,7 @@ TEST_F(RatingTest, SpareRunsReadTheLabelsEvenIfTheyAreOfAnotherPuzzle) {
 }
 
 TEST_F(RatingTest, ALabelThatIsNoNumberEndsTheRatingUnpaid) {
-  LayRecord(main, RecordThatNeeds("PassSpareRunRow"));
+  LayOutRecord(main, RecordThatNeeds("PassSpareRunRow"));
   main.RowCnt[0].Caption.clear();
   const Outcome outcome = Rate(main);
   EXPECT_EQ(outcome.Result, -1);

@@ -1,6 +1,7 @@
 #include "tools/workbench.h"
 
 #include "game/layout.h"
+#include "storage/pack.h"
 
 namespace bivouac {
 
@@ -25,17 +26,7 @@ void LayOutSize(Main& main, int size) {
 void LayOutRecord(Main& main, const PackRecord& record) {
   main.global.PuzzleRec = record;
   LayOutSize(main, SizeOf(record.LevelSize));
-  main.TreeCount = 0;
-  for (int cell = 0; cell < main.CellCount; ++cell) {
-    main.Board[cell] = record.Layout[cell];
-    if (main.Board[cell] != CELL_TREE) continue;
-    main.TentDir[cell] = record.TentDirs[cell];
-    ++main.TreeCount;
-  }
-  for (int i = 0; i < main.BoardSize; ++i) {
-    main.RowCnt[i].Caption = std::to_string(record.RowCounts[i]);
-    main.ColCnt[i].Caption = std::to_string(record.ColCounts[i]);
-  }
+  LayPuzzleOut(main);
 }
 
 }  // namespace bivouac

@@ -8,7 +8,7 @@
 #include <sndfile.h>
 #include <vector>
 
-#include "tests/window/session.h"
+#include "tests/window/game_run.h"
 
 namespace bivouac {
 namespace {
@@ -83,9 +83,9 @@ TEST(Sound, IsHeardWhenPlayedSeveralAtATime) {
 }
 
 TEST(Sound, BoxFollowsTheSettings) {
-  Session session;
-  session.Setting("Options/Sounds", "True");
-  session.Run([&](Program& program) {
+  GameRun run;
+  run.Setting("Options/Sounds", "True");
+  run.Run([&](Program& program) {
     EXPECT_TRUE(Find(program, "optSound")->isEnabled());
     EXPECT_TRUE(program.State().SoundOn);
     ClickOn(program, "optSound");
@@ -111,11 +111,11 @@ TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
     EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
     return;
   }
-  Session session;
-  session.Setting("Options/Size", "6");
-  const int status = session.Run([&](Program& program) {
+  GameRun run;
+  run.Setting("Options/Size", "6");
+  const int status = run.Run([&](Program& program) {
     EXPECT_FALSE(Find(program, "optSound")->isEnabled());
-    OpenPuzzle(session, program, 1);
+    OpenPuzzle(run, program, 1);
     ClickOn(program, "cmdSolution");
     program.Window().close();
   });

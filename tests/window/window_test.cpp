@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "game/layout.h"
-#include "tests/window/session.h"
+#include "tests/window/game_run.h"
 #include "window/text_fit.h"
 
 namespace bivouac {
@@ -29,7 +29,7 @@ QString TextOf(Program& program, const QString& name) {
 }
 
 qint64 PackBytes(const char* name) {
-  return QFile(Session::DataFolder() + "/" + name).size();
+  return QFile(GameRun::DataFolder() + "/" + name).size();
 }
 
 /// What a widget painted since the last look.
@@ -46,11 +46,11 @@ class PaintWatch : public QObject {
 };
 
 TEST(Window, PlaysAWholeGameWithTheMouse) {
-  Session session;
-  session.Setting("Options/Size", "6");
-  const int status = session.Run([&](Program& program) {
+  GameRun run;
+  run.Setting("Options/Size", "6");
+  const int status = run.Run([&](Program& program) {
     EXPECT_FALSE(Find(program, "cmdNext")->isEnabled());
-    OpenPuzzle(session, program, 3);
+    OpenPuzzle(run, program, 3);
     EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), "Puzzle #: 3");
     EXPECT_EQ(TextOf(program, "RowCnt(0)").toStdString(), program.State().RowCnt[0].Caption);
     EXPECT_TRUE(Find(program, "cmdSolution")->isEnabled());
@@ -66,10 +66,10 @@ TEST(Window, PlaysAWholeGameWithTheMouse) {
 
     int tree = 0;
     while (program.State().Board[tree] != CELL_TREE) ++tree;
-    session.Expect("Hint required?", Press(Qt::Key_Escape));  // No.
+    run.Expect("Hint required?", Press(Qt::Key_Escape));  // No.
     ClickCell(program, tree);
-    session.Expect("Hint required?", Press(Qt::Key_Return));  // Yes.
-    session.Expect("Tent Check", Press(Qt::Key_Escape));
+    run.Expect("Hint required?", Press(Qt::Key_Return));  // Yes.
+    run.Expect("Tent Check", Press(Qt::Key_Escape));
     ClickCell(program, tree);
 
     ClickOn(program, "cmdPause");
@@ -77,24 +77,24 @@ TEST(Window, PlaysAWholeGameWithTheMouse) {
     ClickOn(program, "Picture1");
     EXPECT_FALSE(Find(program, "Shield")->isVisible());
 
-    session.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
+    run.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
     Solve(program);
     EXPECT_TRUE(Find(program, "cmdNext")->isEnabled());
     ClickOn(program, "cmdNext");
     EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), "Puzzle #: 4");
-    session.Expect("Quit Bivouac", Press(Qt::Key_Escape));
+    run.Expect("Quit Bivouac", Press(Qt::Key_Escape));
     ClickOn(program, "cmdExit");
-    session.Expect("Quit Bivouac", Press(Qt::Key_Return));
+    run.Expect("Quit Bivouac", Press(Qt::Key_Return));
     ClickOn(program, "cmdExit");
   });
   EXPECT_EQ(status, 0);
 }
 
 TEST(Window, BothPressesOfADoubleClickCountAndOnlyTheCellIsPainted) {
-  Session session;
-  session.Setting("Options/Size", "18");
-  session.Run([&](Program& program) {
-    OpenPuzzle(session, program, 1);
+  GameRun run;
+  run.Setting("Options/Size", "18");
+  run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
     Main& main = program.State();
     BoardWidget& board = program.Window().Board();
     int cell = 40;
@@ -121,8 +121,8 @@ TEST(Window, BothPressesOfADoubleClickCountAndOnlyTheCellIsPainted) {
 }
 
 TEST(Window, TabWalksTheEnabledControlsInTheOrderOfTheTableAndThenTheBoard) {
-  Session session;
-  session.Run([&](Program& program) {
+  GameRun run;
+  run.Run([&](Program& program) {
     std::vector<std::string> expected;
     for (const ControlRow& row : ControlTable()) {
       const bool takesFocus = row.Kind == ControlKind::Button || row.Kind == ControlKind::CheckBox ||
@@ -145,11 +145,11 @@ TEST(Window, TabWalksTheEnabledControlsInTheOrderOfTheTableAndThenTheBoard) {
 }
 
 TEST(Window, PlaysWithTheKeyboard) {
-  Session session;
-  session.Setting("Options/Size", "6");
-  session.Run([&](Program& program) {
+  GameRun run;
+  run.Setting("Options/Size", "6");
+  run.Run([&](Program& program) {
     Main& main = program.State();
-    session.Expect("Select Puzzle", Type("1"));
+    run.Expect("Select Puzzle", Type("1"));
     Find(program, "cmdOpen")->setFocus();
     QTest::keyClick(Find(program, "cmdOpen"), Qt::Key_Return);
     BoardWidget& board = program.Window().Board();
@@ -184,10 +184,10 @@ TEST(Window, PlaysWithTheKeyboard) {
 }
 
 TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
-  Session session;
-  session.Setting("Options/Size", "8");
-  session.Run([&](Program& program) {
-    OpenPuzzle(session, program, 1);
+  GameRun run;
+  run.Setting("Options/Size", "8");
+  run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
     for (const bool byEscape : {true, false}) {
       Find(program, "cmdHint")->setFocus();
       QTest::keyClick(Find(program, "cmdHint"), Qt::Key_Return);
@@ -208,11 +208,11 @@ TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
 }
 
 TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
-  Session session;
-  session.Setting("Options/Size", "8");
-  const int status = session.Run([&](Program& program) {
-    OpenPuzzle(session, program, 1);
-    session.Expect("Bivouac", Press(Qt::Key_Return));
+  GameRun run;
+  run.Setting("Options/Size", "8");
+  const int status = run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
+    run.Expect("Bivouac", Press(Qt::Key_Return));
     ClickOn(program, "cmdHint");
     // With a hint on show an undo does not disable its button at step 0.
     program.State().cmdUndo.Enabled = true;
@@ -220,30 +220,30 @@ TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
     ClickOn(program, "cmdUndo");
   });
   EXPECT_EQ(status, 1);
-  EXPECT_EQ(session.Texts.back(), "Run-time error 9: index outside an array");
+  EXPECT_EQ(run.Texts.back(), "Run-time error 9: index outside an array");
 }
 
 TEST(Window, AnErrorAtStartNamesTheSettingsFile) {
   for (const char* size : {"5", "many"}) {
-    Session session;
-    session.Setting("Options/Size", size);
-    session.Expect("Bivouac", Press(Qt::Key_Escape));
-    EXPECT_EQ(session.Run([](Program&) { FAIL() << "the window was shown"; }), 1);
-    EXPECT_TRUE(session.Texts.back().contains(Session::SettingsFile())) << session.Texts.back().toStdString();
+    GameRun run;
+    run.Setting("Options/Size", size);
+    run.Expect("Bivouac", Press(Qt::Key_Escape));
+    EXPECT_EQ(run.Run([](Program&) { FAIL() << "the window was shown"; }), 1);
+    EXPECT_TRUE(run.Texts.back().contains(GameRun::SettingsFile())) << run.Texts.back().toStdString();
   }
 }
 
 TEST(Window, ClosesAndExitsWhileANewPuzzleIsMade) {
   const qint64 before = [] {
-    Session fresh;
+    GameRun fresh;
     return PackBytes("BVPack18.bvq");
   }();
   for (const bool byCloseBox : {true, false}) {
-    Session session;
-    session.Setting("Options/Size", "18");
-    if (!byCloseBox) session.Expect("Quit Bivouac", Press(Qt::Key_Return));
+    GameRun run;
+    run.Setting("Options/Size", "18");
+    if (!byCloseBox) run.Expect("Quit Bivouac", Press(Qt::Key_Return));
     bool unwound = false;
-    const int status = session.Run([&](Program& program) {
+    const int status = run.Run([&](Program& program) {
       QTimer::singleShot(0, [&] {
         EXPECT_FALSE(program.State().PuzzleOver);  // In the middle of the generator.
         if (byCloseBox) {
@@ -262,12 +262,12 @@ TEST(Window, ClosesAndExitsWhileANewPuzzleIsMade) {
 }
 
 TEST(Window, MakesANewPuzzleAndGoesOnWhereExitIsDeclined) {
-  Session session;
-  session.Setting("Options/Size", "7");
-  session.Run([&](Program& program) {
+  GameRun run;
+  run.Setting("Options/Size", "7");
+  run.Run([&](Program& program) {
     const qint64 before = PackBytes("BVPack07.bvq");
-    session.Expect("Quit Bivouac", Press(Qt::Key_Escape));
-    session.Expect("Generate report", Press(Qt::Key_Return));
+    run.Expect("Quit Bivouac", Press(Qt::Key_Escape));
+    run.Expect("Generate report", Press(Qt::Key_Return));
     QTimer::singleShot(0, [&] { ClickOn(program, "cmdExit"); });
     ClickOn(program, "cmdGenerate");
     EXPECT_EQ(PackBytes("BVPack07.bvq"), before + 1376);
@@ -277,9 +277,9 @@ TEST(Window, MakesANewPuzzleAndGoesOnWhereExitIsDeclined) {
 }
 
 TEST(Window, EndsCleanlyUnderAnOpenBox) {
-  Session session;
-  EXPECT_EQ(session.Run([&](Program& program) {
-    session.Expect("Puzzle Size", [&](QDialog&) { Quit(program); });
+  GameRun run;
+  EXPECT_EQ(run.Run([&](Program& program) {
+    run.Expect("Puzzle Size", [&](QDialog&) { Quit(program); });
     ClickOn(program, "cmdOptions");
   }),
             0);
@@ -305,10 +305,10 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
       "the tent of that tree can be placed, the blinking field between those two other options must be "
       "grass! "
       "Tents can be placed on the fields with a blinking tent! Click HERE to continue...";
-  Session session;
-  session.Setting("Options/Size", "18");
-  session.Run([&](Program& program) {
-    OpenPuzzle(session, program, 1);
+  GameRun run;
+  run.Setting("Options/Size", "18");
+  run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
     Main& main = program.State();
     MainWindow& window = program.Window();
     for (const std::string& text : {std::string(RulesText()), hint}) {
@@ -340,10 +340,10 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
 }
 
 TEST(Window, TellsAssistiveToolsWhatItShows) {
-  Session session;
-  session.Setting("Options/Size", "6");
-  session.Run([&](Program& program) {
-    OpenPuzzle(session, program, 1);
+  GameRun run;
+  run.Setting("Options/Size", "6");
+  run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
     Main& main = program.State();
     BoardWidget& board = program.Window().Board();
     QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&board);
@@ -374,10 +374,10 @@ TEST(Window, TellsAssistiveToolsWhatItShows) {
 }
 
 TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
-  Session session;
-  session.Run([&](Program& program) {
+  GameRun run;
+  run.Run([&](Program& program) {
     FormNamen& form = program.Players();
-    session.Expect("Players", [&](QDialog& dialog) {
+    run.Expect("Players", [&](QDialog& dialog) {
       auto* field = dialog.findChild<QLineEdit*>("NaamInvoerveld");
       auto* list = dialog.findChild<QWidget*>("NaamLijst");
       EXPECT_EQ(dialog.focusWidget(), list);
@@ -386,9 +386,9 @@ TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
       dialog.findChild<QPushButton*>("KnopNieuweSpeler")->click();
       EXPECT_EQ(dialog.focusWidget(), field);
       // Enter is the field's own, with a box that belongs to the dialog.
-      session.Expect("Loss of memory ?", [&](QDialog& box) {
+      run.Expect("Loss of memory ?", [&](QDialog& box) {
         EXPECT_EQ(box.parentWidget(), &dialog);
-        EXPECT_EQ(session.Texts.back().count('\n'), 1);
+        EXPECT_EQ(run.Texts.back().count('\n'), 1);
         QTest::keyClick(&box, Qt::Key_Return);
       });
       QTest::keyClick(field, Qt::Key_Return);
@@ -420,7 +420,7 @@ TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
     EXPECT_EQ(program.Window().windowTitle(), "Bivouac - Zoe is playing");
 
     // Shown again, nothing is selected; the first arrow key selects the first player. Escape changes nothing.
-    session.Expect("Players", [&](QDialog& dialog) {
+    run.Expect("Players", [&](QDialog& dialog) {
       EXPECT_EQ(form.NaamLijst.ListIndex, -1);
       QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
       EXPECT_EQ(form.NaamLijst.ListIndex, 0);
@@ -429,16 +429,15 @@ TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
     });
     ClickOn(program, "cmdPlayers");
     EXPECT_EQ(program.State().global.CurrentPlayer, 1);
-    session.Expect("Players", [&](QDialog& dialog) { dialog.close(); });
+    run.Expect("Players", [&](QDialog& dialog) { dialog.close(); });
     ClickOn(program, "cmdPlayers");
-    session.Expect("Players",
-                   [&](QDialog& dialog) { dialog.findChild<QPushButton*>("CommandFree")->click(); });
+    run.Expect("Players", [&](QDialog& dialog) { dialog.findChild<QPushButton*>("CommandFree")->click(); });
     ClickOn(program, "cmdPlayers");
     EXPECT_EQ(program.State().global.CurrentPlayer, 0);
     Quit(program);
   });
   const QSettings kept("Bivouac", "Bivouac");
-  EXPECT_EQ(kept.fileName(), Session::SettingsFile());
+  EXPECT_EQ(kept.fileName(), GameRun::SettingsFile());
   EXPECT_EQ(kept.value("Players/Player01").toString(), "Zoe             ");
   EXPECT_EQ(kept.value("Players/Last_Player").toString(), "0");
 }
@@ -447,10 +446,10 @@ TEST(Window, OpensTheWebSiteOrSaysWhyNot) {
   const QByteArray path = qgetenv("PATH");
   const QString folder = qEnvironmentVariable("BIVOUAC_TEST_FOLDER") + "/programs";
   QDir().mkpath(folder);
-  Session session;
-  session.Run([&](Program& program) {
+  GameRun run;
+  run.Run([&](Program& program) {
     qputenv("PATH", folder.toUtf8());
-    session.Expect("Browser Not Found", Press(Qt::Key_Return));
+    run.Expect("Browser Not Found", Press(Qt::Key_Return));
     ClickOn(program, "Label3");
 
     QFile browser(folder + "/xdg-open");
@@ -465,7 +464,7 @@ TEST(Window, OpensTheWebSiteOrSaysWhyNot) {
     QFile asked(folder + "/asked");
     ASSERT_TRUE(asked.open(QFile::ReadOnly));
     EXPECT_TRUE(asked.readAll().startsWith("https://"));
-    EXPECT_FALSE(QFile::exists(Session::DataFolder() + "/temphtm.HTM"));
+    EXPECT_FALSE(QFile::exists(GameRun::DataFolder() + "/temphtm.HTM"));
     Quit(program);
   });
   qputenv("PATH", path);

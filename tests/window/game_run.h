@@ -12,14 +12,14 @@
 
 namespace bivouac {
 
-class Session : public QObject {
+class GameRun : public QObject {
  public:
   using Script = std::function<void(Program& program)>;
   using Answer = std::function<void(QDialog& box)>;
 
   /// Clears the settings and the data folder of the tests, and puts the packs into it.
-  Session();
-  ~Session() override;
+  GameRun();
+  ~GameRun() override;
 
   void Setting(const char* key, const QString& value);
   /// Answers the next box, which must have that title. Boxes without an answer fail the test.
@@ -48,9 +48,9 @@ class Session : public QObject {
 };
 
 /// An answer: one key.
-Session::Answer Press(Qt::Key key);
+GameRun::Answer Press(Qt::Key key);
 /// An answer: a text, and Enter.
-Session::Answer Type(const QString& text);
+GameRun::Answer Type(const QString& text);
 
 QWidget* Find(Program& program, const QString& name);
 /// A click of the left button on the control of that name.
@@ -58,7 +58,7 @@ void ClickOn(Program& program, const QString& name);
 /// A press and release of a button of the mouse on a cell.
 void ClickCell(Program& program, int index, Qt::MouseButton button = Qt::LeftButton);
 /// Opens a puzzle of the pack by its number.
-void OpenPuzzle(Session& session, Program& program, int number);
+void OpenPuzzle(GameRun& run, Program& program, int number);
 /// Clicks every cell round to the solution.
 void Solve(Program& program);
 

@@ -1,4 +1,4 @@
-#include "tests/window/session.h"
+#include "tests/window/game_run.h"
 
 #include <QApplication>
 #include <QDir>
@@ -11,7 +11,7 @@
 
 namespace bivouac {
 
-Session::Session() {
+GameRun::GameRun() {
   QSettings settings("Bivouac", "Bivouac");
   settings.clear();
   settings.sync();
@@ -25,31 +25,31 @@ Session::Session() {
   qApp->installEventFilter(this);
 }
 
-Session::~Session() {
+GameRun::~GameRun() {
   for (const Expected& missing : expected_) {
     ADD_FAILURE() << "box did not come: " << missing.Title.toStdString();
   }
 }
 
-QString Session::DataFolder() {
+QString GameRun::DataFolder() {
   return qEnvironmentVariable("XDG_DATA_HOME") + "/Bvc";
 }
 
-QString Session::SettingsFile() {
+QString GameRun::SettingsFile() {
   return qEnvironmentVariable("XDG_CONFIG_HOME") + "/Bivouac/Bivouac.conf";
 }
 
-void Session::Setting(const char* key, const QString& value) {
+void GameRun::Setting(const char* key, const QString& value) {
   QSettings settings("Bivouac", "Bivouac");
   settings.setValue(key, value);
   settings.sync();
 }
 
-void Session::Expect(const QString& title, Answer answer) {
+void GameRun::Expect(const QString& title, Answer answer) {
   expected_.push_back({title, std::move(answer)});
 }
 
-int Session::Run(const Script& script) {
+int GameRun::Run(const Script& script) {
   SoundPlayer sound;
   Program program(sound);
   QTimer::singleShot(0, &program.Window(), [&] {
@@ -62,7 +62,7 @@ int Session::Run(const Script& script) {
   return status;
 }
 
-bool Session::eventFilter(QObject* watched, QEvent* event) {
+bool GameRun::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Show) {
     if (auto* box = qobject_cast<QDialog*>(watched)) {
       QTimer::singleShot(0, box, [this, box] { AnswerBox(*box); });
@@ -71,7 +71,7 @@ bool Session::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-void Session::AnswerBox(QDialog& box) {
+void GameRun::AnswerBox(QDialog& box) {
   const auto* message = qobject_cast<QMessageBox*>(&box);
   Titles.push_back(box.windowTitle());
   Texts.push_back(message != nullptr ? message->text() : QString());
@@ -86,11 +86,11 @@ void Session::AnswerBox(QDialog& box) {
   act(box);
 }
 
-Session::Answer Press(Qt::Key key) {
+GameRun::Answer Press(Qt::Key key) {
   return [key](QDialog& box) { QTest::keyClick(box.focusWidget() ? box.focusWidget() : &box, key); };
 }
 
-Session::Answer Type(const QString& text) {
+GameRun::Answer Type(const QString& text) {
   return [text](QDialog& box) {
     QTest::keyClicks(box.focusWidget(), text);
     QTest::keyClick(box.focusWidget(), Qt::Key_Return);
@@ -112,8 +112,8 @@ void ClickCell(Program& program, int index, Qt::MouseButton button) {
   QTest::mouseClick(&board, button, {}, board.CellRect(index).center());
 }
 
-void OpenPuzzle(Session& session, Program& program, int number) {
-  session.Expect("Select Puzzle", Type(QString::number(number)));
+void OpenPuzzle(GameRun& run, Program& program, int number) {
+  run.Expect("Select Puzzle", Type(QString::number(number)));
   ClickOn(program, "cmdOpen");
 }
 
