@@ -91,7 +91,8 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   setObjectName(QStringLiteral("Main"));
   setAccessibleDescription(QStringLiteral("A logic puzzle of trees and tents"));
   QIcon icon;
-  for (const int side : {16, 48, 128}) icon.addFile(QStringLiteral(":/icon/bivouac-%1.png").arg(side));
+  for (const int side : {16, 48, 128})
+    icon.addPixmap(QPixmap(QStringLiteral(":/icon/bivouac-%1.png").arg(side), kPictureFormat));
   setWindowIcon(icon);
   // The colours are the game's own, whatever the desktop's theme.
   QPalette own = palette();
@@ -295,7 +296,8 @@ void MainWindow::DrawShield() {
   if (shield_->isHidden() != main_.Shield.Visible) return;
   const QWidget* const focus = focusWidget();
   if (main_.Shield.Visible) {
-    if (!continue_->HasPicture()) continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png")));
+    if (!continue_->HasPicture())
+      continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png"), kPictureFormat));
     shield_->show();
     if (focus == board_) MoveFocus(continue_);
     board_->hide();  // From the keyboard and from assistive tools too.

@@ -12,7 +12,8 @@ const QPixmap& Tiles::At(int number, int side) {
   const int picture = kPictureOf[static_cast<std::size_t>(number)];
   Tile& tile = tiles_[static_cast<std::size_t>(picture)];
   if (tile.Stretched.width() != side) {
-    if (tile.Original.isNull()) tile.Original = QImage(QStringLiteral(":/tiles/part%1.png").arg(picture));
+    if (tile.Original.isNull())
+      tile.Original = QImage(QStringLiteral(":/tiles/part%1.png").arg(picture), kPictureFormat);
     tile.Stretched =
         QPixmap::fromImage(tile.Original.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
   }

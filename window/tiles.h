@@ -8,6 +8,8 @@
 namespace bivouac {
 
 inline constexpr int kTiles = 8;
+/// Of every picture in the program. Where it is not named, Qt loads all its plugins and asks each.
+inline constexpr const char* kPictureFormat = "PNG";
 
 /// Each picture is read and stretched when it is first asked for, and stretched anew when the size changes.
 class Tiles {
