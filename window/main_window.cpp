@@ -290,6 +290,8 @@ void MainWindow::DrawHint() {
   hint_->setFocusPolicy(takesClicks ? Qt::TabFocus : Qt::NoFocus);
   hint_->setAccessibleDescription(takesClicks ? QStringLiteral("The hint. Press Escape to go on")
                                               : QStringLiteral("Rules and hints"));
+  // While the questions before it were open, the board took the focus of the button.
+  if (takesClicks && !main_.BoardLive && focusWidget() == board_) MoveFocus(hint_);
 }
 
 void MainWindow::DrawShield() {

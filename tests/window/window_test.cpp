@@ -207,6 +207,27 @@ TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
   });
 }
 
+TEST(Window, EnterEndsTheBlinkingOfWrongFieldsBehindItsQuestions) {
+  GameRun run;
+  run.Setting("Options/Size", "8");
+  run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
+    Main& main = program.State();
+    int wrong = 0;
+    while (main.Board[wrong] != CELL_GRASS) ++wrong;
+    ClickCell(program, wrong);
+    run.Expect("Hint Report", Press(Qt::Key_Escape));  // No.
+    run.Expect("Hint Report", Press(Qt::Key_Return));  // Yes.
+    Find(program, "cmdHint")->setFocus();
+    QTest::keyClick(Find(program, "cmdHint"), Qt::Key_Return);
+    EXPECT_TRUE(main.Timer2.Enabled);
+    QTest::keyClick(program.Window().focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(main.Timer2.Enabled);
+    EXPECT_TRUE(main.BoardLive);
+    Quit(program);
+  });
+}
+
 TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
   GameRun run;
   run.Setting("Options/Size", "8");
