@@ -1,6 +1,4 @@
 // Stage 2: what one or two trees can still do.
-#include <cstdlib>
-
 #include "game/blinking.h"
 #include "game/board.h"
 #include "hints/frame.h"

@@ -87,6 +87,18 @@ std::span<const PassRow> PassTable() {
   return kPasses;
 }
 
+std::string PassNames(const RatingTrace& trace) {
+  std::string names;
+  const auto add = [&](const char* mark, int pass) {
+    if (!names.empty()) names += ',';
+    names += mark;
+    names += PassTable()[static_cast<std::size_t>(pass)].Name;
+  };
+  for (const int pass : trace.Passes) add("", pass);
+  if (trace.FaultyPass >= 0) add("!", trace.FaultyPass);
+  return names;
+}
+
 void RatePuzzle(Main& main, int& result) {
   result = RateOrFail(main, nullptr);
 }

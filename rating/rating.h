@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +34,9 @@ struct RatingTrace {
   std::vector<int> Passes;  ///< Indexes into PassTable of the passes that succeeded, in order.
   int FaultyPass = -1;      ///< The pass that a run-time error ended; -1 if none did.
 };
+
+/// The names of those passes, joined by commas; the faulty one last, behind a "!".
+std::string PassNames(const RatingTrace& trace);
 
 /// The same rating, traced. What the trace held before is dropped.
 void RatePuzzle(Main& main, int& result, RatingTrace& trace);

@@ -418,17 +418,6 @@ TEST_F(Generator, EveryRecordKeepsTheRulesOfALayout) {
   }
 }
 
-TEST_F(Generator, TheSameSeedsGiveTheSamePuzzle) {
-  LayOut(9);
-  MakePuzzle(main);
-  const PackRecord first = record;
-  MakePuzzle(main);
-  EXPECT_NE(record, first);
-  desktop.Seed = 1;
-  MakePuzzle(main);
-  EXPECT_EQ(record, first);
-}
-
 // Directions outside the trees tell of rejected layouts, but only of those since the last one that was rated.
 TEST_F(Generator, DirectionsOfRejectedLayoutsStayInTheRecord) {
   LayOut(6);
@@ -570,19 +559,6 @@ TEST_F(Generator, Signature) {
     }
   }
   EXPECT_EQ(hash, 17224563856084697444U);
-}
-
-TEST(Random, WholePartsStayBelowTheLimitAndReachEveryNumber) {
-  Random random(7);
-  for (const int limit : {1, 4, 36, 324}) {
-    std::vector<int> hits(static_cast<std::size_t>(limit));
-    for (int i = 0; i < limit * 100; ++i) {
-      const auto [first, second] = random.BelowTwice(limit);
-      ++hits.at(static_cast<std::size_t>(first));
-      ++hits.at(static_cast<std::size_t>(second));
-    }
-    for (const int count : hits) EXPECT_GT(count, 100) << limit;
-  }
 }
 
 }  // namespace

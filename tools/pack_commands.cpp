@@ -76,18 +76,6 @@ std::string Digits(float number, int significant) {
   return text;
 }
 
-std::string PassNames(const RatingTrace& trace) {
-  std::string names;
-  const auto add = [&](const char* mark, int pass) {
-    if (!names.empty()) names += ',';
-    names += mark;
-    names += PassTable()[static_cast<std::size_t>(pass)].Name;
-  };
-  for (const int pass : trace.Passes) add("", pass);
-  if (trace.FaultyPass >= 0) add("!", trace.FaultyPass);
-  return names;
-}
-
 void WriteRating(const RateOptions& options, const std::string& path, long number, const Main& main,
                  const Rating& rating, Terminal& terminal) {
   if (options.Output == Format::Table) {

@@ -6,6 +6,7 @@
 
 #include "game/board.h"
 #include "game/layout.h"
+#include "game/play.h"
 
 namespace bivouac {
 namespace {
@@ -83,11 +84,7 @@ void LayBoard(Main& main, std::string_view text) {
         picture.ColClues.empty() ? std::to_string(tentsInCol[line]) : picture.ColClues[line];
   }
   for (int cell = 0; cell < main.CellCount; ++cell) SetPicture(main, cell, main.Board[cell]);
-  main.StepCount = 0;
-  main.MoveLogTop = 0;
-  main.PuzzleOver = false;
-  main.Paused = false;
-  main.BoardLive = true;
+  BeginOpening(main);
   RefreshButtons(main);
 }
 
