@@ -69,7 +69,10 @@ class Desktop {
   /// Settings of the application "Bivouac", per user. Reading never fails: `fallback` where there is none.
   virtual std::string GetSetting(std::string_view section, std::string_view key,
                                  std::string_view fallback) = 0;
-  virtual void SaveSetting(std::string_view section, std::string_view key, std::string_view value) = 0;
+  /// Returns false if it cannot be written; reading gives the value all the same until the program ends.
+  virtual bool SaveSetting(std::string_view section, std::string_view key, std::string_view value) = 0;
+  /// The file that holds them, for a person who changes it by hand.
+  virtual std::string SettingsFile() = 0;
 
   /// The folder of the program's own file.
   virtual std::string ProgramFolder() = 0;

@@ -35,6 +35,9 @@ struct Global {
   int PersonalPos = 0;         ///< Record number of PersonalRec in the player's file; 0 when it has none.
 };
 
+/// Whether settings could not be written, and the player knows.
+enum class SettingsLoss { None, Untold, Told };
+
 /// The one window and the game in it. Flat arrays are indexed row * BoardSize + column, row 0 at the top.
 struct Main {
   Main(Global& global_, Desktop& desktop_);
@@ -108,6 +111,8 @@ struct Main {
   Timer Timer2{false, 200};         ///< Blinking.
   Timer Timer3{false, 250};         ///< Clock.
   FixedArray<Panel, 6> StatusBar1;  ///< Panel 1 is entry 0; see PanelOf.
+
+  SettingsLoss LostSettings = SettingsLoss::None;
 
   /// Keeps the times of a solved puzzle. The one call that runs up the house: start-up sets it.
   void (*RecordTimes)(Main& main) = nullptr;

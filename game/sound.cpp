@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "game/settings.h"
+
 namespace bivouac {
 namespace {
 
@@ -33,7 +35,8 @@ void optSound_Click(Main& main) {
   if (main.SettingsLoading) return;
   main.SoundOn = main.optSound.Checked;
   // The start-up reads "Sounds": the player's choice holds for this run only.
-  main.desktop.SaveSetting("Options", "Sound", main.SoundOn ? "True" : "False");
+  KeepSetting(main, "Options", "Sound", main.SoundOn ? "True" : "False");
+  TellOfLostSettings(main);
 }
 
 }  // namespace bivouac

@@ -4,6 +4,7 @@
 
 #include "game/layout.h"
 #include "game/play.h"
+#include "game/settings.h"
 #include "game/text.h"
 #include "rating/rating.h"
 #include "storage/best_times.h"
@@ -37,9 +38,20 @@ void ReadPuzzle(Main& main, int number) {
   main.PuzzleNo = number;
 }
 
+/// The rating reads clues off the labels, which still hold those of the puzzle before. Where none was, the
+/// record's own stand in.
+void FillEmptyClues(Main& main) {
+  const PackRecord& puzzle = main.global.PuzzleRec;
+  for (int i = 0; i < main.BoardSize; ++i) {
+    if (main.RowCnt[i].Caption.empty()) main.RowCnt[i].Caption = std::to_string(puzzle.RowCounts[i]);
+    if (main.ColCnt[i].Caption.empty()) main.ColCnt[i].Caption = std::to_string(puzzle.ColCounts[i]);
+  }
+}
+
 /// Rates a puzzle that never was, once and for all: the pack keeps it if it can be written.
 void RateAndKeep(Main& main) {
   PackRecord& puzzle = main.global.PuzzleRec;
+  FillEmptyClues(main);
   RatePuzzle(main, main.Level);
   puzzle.LevelSize = LevelSizeOf(main.Level, main.BoardSize);
   IgnoringFileErrors([&] {
@@ -139,7 +151,7 @@ void cmdOptions_Click(Main& main) {
   const std::optional<int> size = AskNumber(main, box, kMinSize, kLargestAnswer);
   if (!size || *size == main.BoardSize) return;
   main.BoardSize = *size;
-  main.desktop.SaveSetting("Options", "Size", std::to_string(main.BoardSize));
+  KeepSetting(main, "Options", "Size", std::to_string(main.BoardSize));
   ShowSize(main);
   ShowLevel(main);
   PanelOf(main, 3).Text = "Puzzle #: --";
@@ -149,6 +161,7 @@ void cmdOptions_Click(Main& main) {
   PanelOf(main, 6).Tag = kNoYourTime;
   RefreshButtons(main);
   SizeLayout(main);
+  TellOfLostSettings(main);
 }
 
 void ShowFileError(Main& main, const char* text) {

@@ -1,5 +1,8 @@
 #include "storage/players.h"
 
+#include <algorithm>
+
+#include "game/settings.h"
 #include "game/text.h"
 
 namespace bivouac {
@@ -25,14 +28,15 @@ std::string PlayerKey(int player) {
 
 void SavePlayers(Main& main) {
   const Global& global = main.global;
-  main.desktop.SaveSetting("Players", "Count", std::to_string(global.PlayerCount));
+  KeepSetting(main, "Players", "Count", std::to_string(global.PlayerCount));
   for (int player = 1; player <= global.PlayerCount; ++player) {
-    main.desktop.SaveSetting("Players", PlayerKey(player), global.Players[player].Name);
+    KeepSetting(main, "Players", PlayerKey(player), global.Players[player].Name);
   }
 }
 
 void SaveLastPlayer(Main& main) {
-  main.desktop.SaveSetting("Players", "Last_Player", std::to_string(main.global.CurrentPlayer));
+  KeepSetting(main, "Players", "Last_Player", std::to_string(main.global.CurrentPlayer));
+  TellOfLostSettings(main);
 }
 
 bool HasSelection(const FormNamen& form) {
@@ -115,6 +119,7 @@ void TakeName(FormNamen& form) {
     StoreName(form, name);
     SavePlayers(form.main);
     EndEditing(form);
+    TellOfLostSettings(form.main);
   }
 }
 
@@ -132,6 +137,10 @@ std::string NameOf(const Global& global, int player) {
   return TrimRight(global.Players[player].Name);
 }
 
+StartSetting LastPlayerSetting(const Global& global) {
+  return {"Players", "Last_Player", "0 to " + std::to_string(std::max(global.PlayerCount, 0))};
+}
+
 void ShowPlayerInTitle(Main& main) {
   const Global& global = main.global;
   main.Caption = global.CurrentPlayer != 0
@@ -140,9 +149,12 @@ void ShowPlayerInTitle(Main& main) {
 }
 
 void Setup_Players(FormNamen& form) {
-  Global& global = form.main.global;
-  Desktop& desktop = form.main.desktop;
-  global.PlayerCount = IntegerFromText(desktop.GetSetting("Players", "Count", "0"));
+  Main& main = form.main;
+  Global& global = main.global;
+  Desktop& desktop = main.desktop;
+  global.PlayerCount = DependingOn(main, {"Players", "Count", "0 to " + std::to_string(kMostPlayers)}, [&] {
+    return IntegerFromText(desktop.GetSetting("Players", "Count", "0"));
+  });
   if (global.PlayerCount >= 1) {
     global.Players.Redim(global.PlayerCount);
     for (int player = 1; player <= global.PlayerCount; ++player) {
@@ -151,7 +163,9 @@ void Setup_Players(FormNamen& form) {
       form.NaamLijst.Items.push_back(global.Players[player].Name);
     }
   }
-  global.CurrentPlayer = IntegerFromText(desktop.GetSetting("Players", "Last_Player", "0"));
+  global.CurrentPlayer = DependingOn(main, LastPlayerSetting(global), [&] {
+    return IntegerFromText(desktop.GetSetting("Players", "Last_Player", "0"));
+  });
 }
 
 void cmdPlayers_Click(Main& main) {

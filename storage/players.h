@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "game/game_state.h"
+#include "game/settings.h"
 
 namespace bivouac {
 
@@ -15,7 +16,9 @@ inline constexpr int kNameFieldLength = 15;  ///< Characters that the field take
 std::string FixedName(const std::string& name);
 /// A player's name without trailing blanks. Errors: IndexOutsideArray if there is no such player.
 std::string NameOf(const Global& global, int player);
-/// Sets the title of the window to who plays.
+/// The setting that holds CurrentPlayer, for a step of the start that depends on it.
+StartSetting LastPlayerSetting(const Global& global);
+/// Sets the title of the window to who plays. Errors: IndexOutsideArray if there is no such player.
 void ShowPlayerInTitle(Main& main);
 
 struct ListBox {

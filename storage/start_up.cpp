@@ -32,6 +32,10 @@ void FindFolders(Main& main) {
   global.DataDir = WithBackslash(global.DataDir);
 }
 
+StartSetting SizeSetting() {
+  return {"Options", "Size", std::to_string(kMinSize) + " to " + std::to_string(kMaxSize)};
+}
+
 }  // namespace
 
 std::string LookupFolder(Desktop& desktop, int folderNumber) {
@@ -49,14 +53,14 @@ void Form_Load(Main& main, FormNamen& form) {
   main.desktop.AttachSound();
   Init_Sound(main);
   Setup_Players(form);
-  ShowPlayerInTitle(main);
+  DependingOn(main, LastPlayerSetting(main.global), [&] { ShowPlayerInTitle(main); });
   if (main.global.PlayerCount > 0) SyncPersonalBests(main);
   main.PuzzleOver = true;
   main.Paused = false;
   main.BoardLive = true;
   ReadSettings(main);
   CopyMissingPacks(main);
-  CountPacks(main);
+  DependingOn(main, SizeSetting(), [&] { CountPacks(main); });
   RefreshButtons(main);
   SizeLayout(main);
   main.Visible = true;
@@ -66,7 +70,8 @@ void ReadSettings(Main& main) {
   main.SettingsLoading = true;
   main.SoundOn = main.desktop.GetSetting("Options", "Sounds", "False") != "False";
   main.optSound.Checked = main.SoundOn;
-  main.BoardSize = IntegerFromText(main.desktop.GetSetting("Options", "Size", "12"));
+  main.BoardSize = DependingOn(
+      main, SizeSetting(), [&] { return IntegerFromText(main.desktop.GetSetting("Options", "Size", "12")); });
   ShowSize(main);
   main.SettingsLoading = false;
 }

@@ -11,14 +11,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The number of the error that ends the start; 0 if none does.
-int ErrorOfStart(Installation& installation) {
+/// The number and words of the error that ends the start; 0 if none does.
+std::pair<int, std::string> FaultOfStart(Installation& installation) {
   try {
     ProgramRun run(installation);
-    return 0;
+    return {0, ""};
   } catch (const RunTimeError& error) {
-    return static_cast<int>(error.Number());
+    return {static_cast<int>(error.Number()), error.what()};
   }
+}
+
+int ErrorOfStart(Installation& installation) {
+  return FaultOfStart(installation).first;
 }
 
 TEST(StartUp, FirstStartBringsThePacksAndComesUpInFreePlay) {
@@ -63,26 +67,54 @@ TEST(StartUp, TheUsersPacksStayMissingOnesComeAgainAndLeftOversGo) {
   EXPECT_TRUE(fs::exists(installation.InData("BVPack19.bvp")));
 }
 
-TEST(StartUp, SettingsOfNonsenseEndIt) {
+TEST(StartUp, SettingsOfNonsenseEndItWithTheCure) {
   struct Case {
     const char *Section, *Key, *Value;
     int Error;
+    const char* Allowed;
   };
   const Case cases[] = {
-      {"Options", "Size", "big", 13}, {"Options", "Size", "40000", 6},  {"Options", "Size", "19", 9},
-      {"Options", "Size", "5", 9},    {"Players", "Count", "many", 13}, {"Players", "Last_Player", "1", 9},
+      {"Options", "Size", "big", 13, "6 to 18"},     {"Options", "Size", "40000", 6, "6 to 18"},
+      {"Options", "Size", "19", 9, "6 to 18"},       {"Options", "Size", "5", 9, "6 to 18"},
+      {"Players", "Count", "many", 13, "0 to 99"},   {"Players", "Last_Player", "1", 9, "0 to 0"},
+      {"Players", "Last_Player", "x", 13, "0 to 0"},
   };
   for (const Case& one : cases) {
     Installation installation;
     installation.desktop.Settings[{one.Section, one.Key}] = one.Value;
-    EXPECT_EQ(ErrorOfStart(installation), one.Error) << one.Key << one.Value;
+    const auto [error, words] = FaultOfStart(installation);
+    EXPECT_EQ(error, one.Error) << one.Key << one.Value;
+    EXPECT_TRUE(words.ends_with(std::string(". The setting ") + one.Section + "/" + one.Key + " is \"" +
+                                one.Value + "\"; allowed is " + one.Allowed + ". Change it in /settings"))
+        << words;
   }
+}
+
+TEST(StartUp, SettingsThatCannotBeWrittenAreToldOnce) {
+  Installation installation;
+  ProgramRun run(installation);
+  installation.desktop.SettingsWritable = false;
+  KnopNieuweSpeler_Click(run.form);
+  run.form.NaamInvoerveld.Text = "Ann";
+  NaamInvoerveld_KeyPress(run.form, Key::Enter);
+  EXPECT_EQ(
+      installation.TakeBoxes(),
+      (std::vector<std::string>{"Settings not saved|Size, players and sound cannot be written to\n/settings\n"
+                                "What you change holds until the game ends.|Warning"}));
+  KnopOK_Click(run.form);
+  installation.desktop.Inputs = {"8"};
+  cmdOptions_Click(run.main);
+  EXPECT_EQ(run.main.BoardSize, 8);
+  EXPECT_EQ(run.main.global.CurrentPlayer, 1);
+  EXPECT_TRUE(installation.TakeBoxes().empty());
 }
 
 TEST(StartUp, FilesThatAreNotThereEndIt) {
   Installation packless;
   fs::remove(packless.InProgram("BVPack10.bvq"));
-  EXPECT_EQ(ErrorOfStart(packless), 53);
+  const auto [error, words] = FaultOfStart(packless);
+  EXPECT_EQ(error, 53);
+  EXPECT_EQ(words.find("setting"), std::string::npos);
   Installation folderless;
   WriteBytes(folderless.folder / "local/Bvc", "");
   EXPECT_EQ(ErrorOfStart(folderless), 76);

@@ -207,6 +207,18 @@ TEST_F(StorageTest, APuzzleIsRatedOnItsFirstLoadOnly) {
   }
 }
 
+TEST_F(StorageTest, AnUnratedPuzzleOpenedFirstIsRatedByItsOwnClues) {
+  // Hard puzzles, whose ratings read the clues off labels; of size 18 after size 6, where twelve have a text.
+  const std::string large = BytesOf(BIVOUAC_SOURCE_DIR "/assets/packs/BVPack18.bvq");
+  const std::string hard = large.substr(large.size() - kPackBytes);
+  WriteBytes(installation.InData("BVPack18.bvq"), std::string(hard).replace(1368, 2, Integers({18})));
+  Restart();
+  desktop.Inputs = {"18"};
+  cmdOptions_Click(run->main);
+  OpenPuzzle(*run, 1);
+  EXPECT_TRUE(BytesOf(installation.InData("BVPack18.bvq")) == hard) << Panel(2);
+}
+
 TEST_F(StorageTest, OnlyAPlayerInTheListHoldsABestTime) {
   const std::tuple<int, int, int, const char*> cases[] = {
       {1, 5, 2, "Best Time: 01:05 by Ben"},

@@ -35,7 +35,8 @@ class HeadlessDesktop : public Desktop {
   std::string GetSetting(std::string_view, std::string_view, std::string_view fallback) override {
     return std::string(fallback);
   }
-  void SaveSetting(std::string_view, std::string_view, std::string_view) override {}
+  bool SaveSetting(std::string_view, std::string_view, std::string_view) override { return true; }
+  std::string SettingsFile() override { return {}; }
   std::string ProgramFolder() override { return {}; }
   FolderAnswer SpecialFolder(int) override { return {1, {}}; }
   ScreenSize Screen() override { return {}; }

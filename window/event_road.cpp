@@ -27,9 +27,8 @@ void EventRoad::End(int status) {
   QCoreApplication::exit(status_);
 }
 
-void EventRoad::ReportError(const std::string& what) {
+void EventRoad::ReportError(const std::string& line) {
   if (ended_) return;  // Unwinding already.
-  const std::string line = what + errorNote_;
   std::fprintf(stderr, "Bivouac: %s\n", line.c_str());
   draw_();
   // No event may run a handler on a broken state while the report is read.

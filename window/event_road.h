@@ -33,16 +33,12 @@ class EventRoad {
   /// The exit status of the program: 0, or 1 after an unhandled error.
   int Status() const { return status_; }
 
-  /// Words put behind the line of an unhandled error; for start-up, which can fail on what the settings hold.
-  void SetErrorNote(const std::string& note) { errorNote_ = note; }
-
  private:
   void End(int status);
-  void ReportError(const std::string& what);
+  void ReportError(const std::string& line);
 
   Handler draw_;
   Report report_;
-  std::string errorNote_;
   bool ended_ = false;
   int status_ = 0;
 };

@@ -20,9 +20,7 @@ Program::Program(SoundPlayer& sound)
 }
 
 int Program::Run() {
-  road_.SetErrorNote(" (settings: " + desktop_.SettingsPath() + ")");
   road_.Run([this] { Form_Load(main_, form_); });
-  road_.SetErrorNote("");
   if (!road_.Ended()) QApplication::exec();
   return road_.Status();
 }

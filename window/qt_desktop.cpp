@@ -55,10 +55,6 @@ void QtDesktop::Attach(EventRoad& road, MainWindow& window, PlayerDialog& player
   players_ = &players;
 }
 
-std::string QtDesktop::SettingsPath() const {
-  return PathText(settings_.fileName());
-}
-
 QWidget* QtDesktop::BoxParent() const {
   if (players_ != nullptr && players_->isVisible()) return players_;
   return window_ != nullptr && window_->isVisible() ? window_ : nullptr;
@@ -124,10 +120,15 @@ std::string QtDesktop::GetSetting(std::string_view section, std::string_view key
   return value.toStringList().join(QLatin1String(", ")).toStdString();
 }
 
-void QtDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+bool QtDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
   settings_.setValue(SettingName(section, key),
                      QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())));
   settings_.sync();
+  return settings_.status() != QSettings::AccessError;
+}
+
+std::string QtDesktop::SettingsFile() {
+  return PathText(settings_.fileName());
 }
 
 std::string QtDesktop::ProgramFolder() {

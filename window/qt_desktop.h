@@ -19,7 +19,6 @@ class QtDesktop : public Desktop {
 
   /// Requires: called before any handler runs; all three live as long as handlers do.
   void Attach(EventRoad& road, MainWindow& window, PlayerDialog& players);
-  std::string SettingsPath() const;
 
   BoxAnswer Show(const MessageBox& box) override;
   std::string Show(const InputBox& box) override;
@@ -30,7 +29,8 @@ class QtDesktop : public Desktop {
   std::string TimeOfDay() override;
   std::uint64_t RandomSeed() override;
   std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override;
-  void SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+  bool SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+  std::string SettingsFile() override;
   std::string ProgramFolder() override;
   FolderAnswer SpecialFolder(int number) override;
   ScreenSize Screen() override;

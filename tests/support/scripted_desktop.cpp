@@ -39,8 +39,9 @@ std::string ScriptedDesktop::GetSetting(std::string_view section, std::string_vi
   return found == Settings.end() ? std::string(fallback) : found->second;
 }
 
-void ScriptedDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
-  Settings[{std::string(section), std::string(key)}] = value;
+bool ScriptedDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+  if (SettingsWritable) Settings[{std::string(section), std::string(key)}] = value;
+  return SettingsWritable;
 }
 
 int ScriptedDesktop::LoadSound(const std::string& path) {

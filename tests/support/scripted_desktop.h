@@ -28,6 +28,7 @@ class ScriptedDesktop : public Desktop {
   std::string Now = "12:00:00";
   std::uint64_t Seed = 1;  // Counts up at every call.
   std::map<std::pair<std::string, std::string>, std::string> Settings;
+  bool SettingsWritable = true;
   std::string Program = "/program/";
   FolderAnswer LocalData{0, "/data"};
   int SoundEngine = 1;
@@ -54,7 +55,8 @@ class ScriptedDesktop : public Desktop {
   std::string TimeOfDay() override { return Now; }
   std::uint64_t RandomSeed() override { return Seed++; }
   std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override;
-  void SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+  bool SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+  std::string SettingsFile() override { return "/settings"; }
   std::string ProgramFolder() override { return Program; }
   FolderAnswer SpecialFolder(int) override { return LocalData; }
   ScreenSize Screen() override { return {19200, 14400}; }

@@ -1,0 +1,27 @@
+#include "game/settings.h"
+
+namespace bivouac {
+
+void KeepSetting(Main& main, std::string_view section, std::string_view key, std::string_view value) {
+  if (main.desktop.SaveSetting(section, key, value)) return;
+  if (main.LostSettings == SettingsLoss::None) main.LostSettings = SettingsLoss::Untold;
+}
+
+void TellOfLostSettings(Main& main) {
+  if (main.LostSettings != SettingsLoss::Untold) return;
+  main.LostSettings = SettingsLoss::Told;
+  main.desktop.Show(MessageBox{.Title = "Settings not saved",
+                               .Text = "Size, players and sound cannot be written to\n" +
+                                       main.desktop.SettingsFile() +
+                                       "\nWhat you change holds until the game ends.",
+                               .Symbol = BoxSymbol::Warning});
+}
+
+RunTimeError WithCure(Main& main, const StartSetting& setting, const RunTimeError& error) {
+  const std::string key = std::string(setting.Section) + "/" + std::string(setting.Key);
+  return {error.Number(), std::string(error.what()) + ". The setting " + key + " is \"" +
+                              main.desktop.GetSetting(setting.Section, setting.Key, "") + "\"; allowed is " +
+                              setting.Allowed + ". Change it in " + main.desktop.SettingsFile()};
+}
+
+}  // namespace bivouac
