@@ -3,8 +3,7 @@
 #include "window/program.h"
 
 int main(int argc, char** argv) {
-  bivouac::SoundPlayer sound;
   const QApplication application(argc, argv);
   const bivouac::FirstFrame end;
-  return bivouac::Program(sound).Run();
+  return bivouac::Program().Run();
 }

@@ -135,13 +135,12 @@ void Register(const char* name, void (*function)(benchmark::State&, Program&), P
 }
 
 int Run(int argc, char** argv) {
-  SoundPlayer sound;
   const QApplication application(argc, argv);
   QSettings settings("Bivouac", "Bivouac");
   settings.setValue("Options/Size", QString::number(kMaxSize));
   settings.setValue("Options/Sounds", "True");
   settings.sync();
-  Program program(sound);
+  Program program;
   // In this order: the first figure is of a window without a puzzle.
   Register("Window/Idle", Idle, program, 1);
   Register("Window/IdleInPlay", IdleInPlay, program, 1);

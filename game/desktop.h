@@ -74,7 +74,8 @@ class Desktop {
   /// The file that holds them, for a person who changes it by hand.
   virtual std::string SettingsFile() = 0;
 
-  /// The folder of the program's own file.
+  /// The folder of the program's own file, where its packs and sounds lie. Once installed, the one that holds
+  /// those.
   virtual std::string ProgramFolder() = 0;
   /// The platform's special folder of that number; 28 is the user's local application data.
   virtual FolderAnswer SpecialFolder(int number) = 0;
@@ -82,9 +83,10 @@ class Desktop {
 
   /// Gives the sound engine the window. Called once, before any other call on the engine.
   virtual void AttachSound() = 0;
-  /// 1 when the sound engine is ready.
+  /// 1 when the sound engine is ready, as far as can be told at once: its device is opened later.
   virtual int SoundReady() = 0;
-  /// Loads a wave file. Returns its id, negative if it cannot be loaded.
+  /// Loads a wave file. Returns its id, negative if there is no such file. One that is no sound plays
+  /// nothing.
   virtual int LoadSound(const std::string& path) = 0;
   /// Plays a loaded sound once and does not wait for its end. Unknown ids play nothing.
   virtual void PlaySound(int id) = 0;

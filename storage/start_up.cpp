@@ -36,6 +36,11 @@ StartSetting SizeSetting() {
   return {"Options", "Size", std::to_string(kMinSize) + " to " + std::to_string(kMaxSize)};
 }
 
+void ReadSound(Main& main) {
+  main.SoundOn = main.desktop.GetSetting("Options", "Sounds", "False") != "False";
+  main.optSound.Checked = main.SoundOn;
+}
+
 }  // namespace
 
 std::string LookupFolder(Desktop& desktop, int folderNumber) {
@@ -68,12 +73,16 @@ void Form_Load(Main& main, FormNamen& form) {
 
 void ReadSettings(Main& main) {
   main.SettingsLoading = true;
-  main.SoundOn = main.desktop.GetSetting("Options", "Sounds", "False") != "False";
-  main.optSound.Checked = main.SoundOn;
+  ReadSound(main);
   main.BoardSize = DependingOn(
       main, SizeSetting(), [&] { return IntegerFromText(main.desktop.GetSetting("Options", "Size", "12")); });
   ShowSize(main);
   main.SettingsLoading = false;
+}
+
+void LoseSound(Main& main) {
+  main.optSound.Enabled = false;
+  ReadSound(main);
 }
 
 void CopyMissingPacks(Main& main) {

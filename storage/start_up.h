@@ -17,6 +17,8 @@ void Form_Load(Main& main, FormNamen& form);
 
 /// Sound and size from the settings. Errors: NotANumber, Overflow for a size that is no 16-bit number.
 void ReadSettings(Main& main);
+/// The sound engine that was there turns out to have no device: all is as if the start had found none.
+void LoseSound(Main& main);
 /// Copies the packs beside the program to DataDir where one is missing. Errors: FileNotFound for a pack that
 /// is in neither folder, or another file error.
 void CopyMissingPacks(Main& main);

@@ -1,20 +1,46 @@
 #include "window/program.h"
 
 #include <QApplication>
+#include <QTimer>
 
 #include "storage/start_up.h"
 #include "window/boxes.h"
 
 namespace bivouac {
+namespace {
 
-Program::Program(SoundPlayer& sound)
-    : desktop_(sound),
+/// Calls `act` once, when a widget has been painted for the first time and its picture is on the way to the
+/// display.
+class FirstFrame : public QObject {
+ public:
+  FirstFrame(QWidget& widget, std::function<void()> act) : QObject(&widget), act_(std::move(act)) {
+    widget.installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint) {
+      watched->removeEventFilter(this);
+      QTimer::singleShot(0, this, act_);
+    }
+    return false;
+  }
+
+ private:
+  std::function<void()> act_;
+};
+
+}  // namespace
+
+Program::Program()
+    : desktop_(sound_),
       main_(global_, desktop_),
       form_(main_),
       road_([this] { Draw(); }, [this](const std::string& line) { Report(line); }),
       window_(main_, road_),
       dialog_(form_, road_, &window_) {
   desktop_.Attach(road_, window_, dialog_);
+  new FirstFrame(window_, [this] { AwaitSound(); });
   // The program ends by its own road alone, not when a box is closed before the window is shown.
   QApplication::setQuitOnLastWindowClosed(false);
 }
@@ -28,6 +54,13 @@ int Program::Run() {
 void Program::Draw() {
   window_.Draw();
   dialog_.Draw();
+  if (soundMayOpen_ && main_.SoundOn) sound_.Open();
+}
+
+void Program::AwaitSound() {
+  soundMayOpen_ = true;
+  if (main_.SoundOn) sound_.Open();
+  sound_.Check([this] { road_.Run([this] { LoseSound(main_); }); });
 }
 
 void Program::Report(const std::string& line) {

@@ -14,7 +14,7 @@ namespace bivouac {
 /// Requires: a QApplication.
 class Program {
  public:
-  explicit Program(SoundPlayer& sound);
+  Program();
 
   /// Starts the game up and lets events run until the program ends. Returns its exit status.
   int Run();
@@ -27,7 +27,11 @@ class Program {
  private:
   void Draw();
   void Report(const std::string& line);
+  /// What the window need not wait for.
+  void AwaitSound();
 
+  SoundPlayer sound_;
+  bool soundMayOpen_ = false;
   QtDesktop desktop_;
   Global global_;
   Main main_;

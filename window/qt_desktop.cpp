@@ -9,6 +9,7 @@
 #include <QTime>
 
 #include "window/boxes.h"
+#include "window/own_files.h"
 
 namespace bivouac {
 namespace {
@@ -132,7 +133,7 @@ std::string QtDesktop::SettingsFile() {
 }
 
 std::string QtDesktop::ProgramFolder() {
-  return PathText(QCoreApplication::applicationDirPath());
+  return OwnFolder();
 }
 
 FolderAnswer QtDesktop::SpecialFolder(int number) {

@@ -50,8 +50,7 @@ void GameRun::Expect(const QString& title, Answer answer) {
 }
 
 int GameRun::Run(const Script& script) {
-  SoundPlayer sound;
-  Program program(sound);
+  Program program;
   QTimer::singleShot(0, &program.Window(), [&] {
     if (program.Window().isVisible()) script(program);
   });

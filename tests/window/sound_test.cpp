@@ -114,7 +114,7 @@ TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
   GameRun run;
   run.Setting("Options/Size", "6");
   const int status = run.Run([&](Program& program) {
-    EXPECT_FALSE(Find(program, "optSound")->isEnabled());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Find(program, "optSound")->isEnabled(); }));
     OpenPuzzle(run, program, 1);
     ClickOn(program, "cmdSolution");
     program.Window().close();
