@@ -10,7 +10,7 @@ CHECK_PACKAGES=(
   "${PLAY_PACKAGES[@]}"
   git clang-format
   libgtest-dev libcli11-dev
-  desktop-file-utils appstream man-db
+  desktop-file-utils appstream mandoc
 )
 BENCH_PACKAGES=(
   "${PLAY_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"

@@ -1,4 +1,4 @@
-// bivouac-packs: makes, checks and shows packs of puzzles. See bivouac-packs.1.
+// bivouac-packs: makes, checks and shows packs of puzzles. See bivouac-packs.6.
 #include <CLI/CLI.hpp>
 #include <atomic>
 #include <csignal>
@@ -184,6 +184,7 @@ int BadInput(const std::string& text) {
 int Run(int argc, char** argv) {
   CLI::App app("Makes, checks and shows packs of puzzles.", "bivouac-packs");
   app.require_subcommand(0, 1);
+  app.set_version_flag("--version", "bivouac-packs " BIVOUAC_VERSION, "Print the version");
   Command chosen;
   AddMake(app, chosen);
   AddListAndProve(app, chosen);
