@@ -81,7 +81,7 @@ END {
 
   # Whatever else is measured, by its name.
   for (name in seen)
-    if (name !~ /^(Proof|ProofPlain|ProofSatSolver|Rating|RatingPlain|New|NewWithoutYields|MakeWithJobs|BM_HintOnAFullBoard|WholeProcess|Window)\//) rest[++others] = name
+    if (name !~ /^(Proof|ProofPlain|ProofSatSolver|Rating|New|NewWithoutYields|MakeWithJobs|BM_HintOnAFullBoard|WholeProcess|Window)\//) rest[++others] = name
   for (i = 1; i <= others; i++)
     for (j = i + 1; j <= others; j++)
       if (rest[j] < rest[i]) { swap = rest[i]; rest[i] = rest[j]; rest[j] = swap }

@@ -6,26 +6,22 @@
 
 #include "game/layout.h"
 #include "game/play.h"
-#include "game/text.h"
 #include "hints/hints.h"
-#include "tests/support/packs.h"
-#include "tests/support/picture.h"
-#include "tests/support/scripted_desktop.h"
+#include "storage/pack.h"
+#include "tools/pack_access.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
 
-using Games = std::vector<std::unique_ptr<Game>>;
+using Games = std::vector<std::unique_ptr<Workbench>>;
 
 std::vector<PackRecord> Puzzles(benchmark::State& state) {
-  std::string path = "assets/packs/BVPack";
-  path += TwoDigits(state.range(0));
-  return ReadPack(path + ".bvq");
+  return ReadSoundPack(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(static_cast<int>(state.range(0))));
 }
 
-std::unique_ptr<Game> Start(const PackRecord& record, Desktop& desktop) {
-  auto game = std::make_unique<Game>(desktop);
+std::unique_ptr<Workbench> Start(const PackRecord& record) {
+  auto game = std::make_unique<Workbench>();
   LayOutRecord(game->main, record);
   game->main.BoardLive = true;
   StartPuzzle(game->main);
@@ -90,9 +86,8 @@ void RunHints(benchmark::State& state, const Games& games) {
 }
 
 void BM_HintAmongOpenFields(benchmark::State& state) {
-  ScriptedDesktop desktop;
   Games games;
-  games.push_back(std::make_unique<Game>(desktop));
+  games.push_back(std::make_unique<Workbench>());
   LayExhaustedPosition(games[0]->main, static_cast<int>(state.range(0)));
   RunHints(state, games);
 }
@@ -100,10 +95,9 @@ BENCHMARK(BM_HintAmongOpenFields)->Arg(6)->Arg(12)->Arg(18)->Unit(benchmark::kMi
 
 /// Every tent stands, which makes the largest clusters.
 void BM_HintOnAFullBoard(benchmark::State& state) {
-  ScriptedDesktop desktop;
   Games games;
   for (const PackRecord& record : Puzzles(state)) {
-    auto game = Start(record, desktop);
+    auto game = Start(record);
     Main& main = game->main;
     for (int cell = 0; cell < main.CellCount; ++cell) {
       main.Board[cell] =

@@ -144,8 +144,8 @@ class Clauses {
   /// Exactly `clue` tents, by counters along the line: counter j says that more than j tents stand so far.
   void AddLine(int first, int step, int clue) {
     std::vector<int> before(static_cast<std::size_t>(clue) + 1, -true_);
-    for (int i = 0; i < main_.BoardSize; ++i) {
-      for (const int claim : claims_[static_cast<std::size_t>(first + i * step)]) {
+    for (int i = 0, cell = first; i < main_.BoardSize; ++i, cell += step) {
+      for (const int claim : claims_[static_cast<std::size_t>(cell)]) {
         int less = true_;
         for (int& counter : before) {
           const int old = counter;

@@ -5,9 +5,8 @@
 #include <vector>
 
 #include "rating/rating.h"
-#include "tests/support/packs.h"
-#include "tests/support/picture.h"
-#include "tests/support/scripted_desktop.h"
+#include "storage/pack.h"
+#include "tools/pack_access.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
@@ -15,12 +14,11 @@ namespace {
 
 /// One iteration rates all puzzles of the size. Laying them out is not timed.
 void Rating(benchmark::State& state) {
-  const std::string digits = std::to_string(state.range(0) + 100).substr(1);
-  const std::vector<PackRecord> puzzles = ReadPack("assets/packs/BVPack" + digits + ".bvq");
-  ScriptedDesktop desktop;
-  std::vector<std::unique_ptr<Game>> games;
+  const int size = static_cast<int>(state.range(0));
+  const std::vector<PackRecord> puzzles = ReadSoundPack(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size));
+  std::vector<std::unique_ptr<Workbench>> games;
   for (const PackRecord& puzzle : puzzles) {
-    games.push_back(std::make_unique<Game>(desktop));
+    games.push_back(std::make_unique<Workbench>());
     LayOutRecord(games.back()->main, puzzle);
   }
   for (auto _ : state) {

@@ -8,14 +8,25 @@ PLAY_PACKAGES=(
 DISPLAY_PACKAGES=(xvfb xauth)
 CHECK_PACKAGES=(
   "${PLAY_PACKAGES[@]}"
-  git clang-format
-  libgtest-dev libcli11-dev
+  git
+  libgtest-dev libcli11-dev libbenchmark-dev libcadical-dev
   desktop-file-utils appstream mandoc
 )
+# Of one version, so that everybody's code is held to the same: not every release of Debian has it.
+LINT_PACKAGES=(clang-format-14 clang-tidy-14)
 BENCH_PACKAGES=(
-  "${PLAY_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
-  libbenchmark-dev libcadical-dev libgtest-dev libcli11-dev time
+  "${CHECK_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
+  time
 )
+
+# Installs those of the named packages that this release of Debian has.
+install_where_available() {
+  local available=() package
+  for package in "$@"; do
+    [ -n "$(apt-cache show "$package" 2>/dev/null)" ] && available+=("$package")
+  done
+  install_missing "${available[@]}"
+}
 
 # Installs those of the named packages that are missing, through sudo where the user is not root.
 install_missing() {

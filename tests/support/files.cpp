@@ -15,11 +15,11 @@ namespace fs = std::filesystem;
 
 constexpr uid_t kNobody = 65534;
 
-void SetSizeLimit(unsigned long bytes) {
+bool SetSizeLimit(unsigned long bytes) {
   rlimit limit{};
   getrlimit(RLIMIT_FSIZE, &limit);
   limit.rlim_cur = bytes;
-  if (setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("cannot limit the length of files");
+  return setrlimit(RLIMIT_FSIZE, &limit) == 0;
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ FileSizeLimit::FileSizeLimit(unsigned long bytes) {
   getrlimit(RLIMIT_FSIZE, &limit);
   before_ = limit.rlim_cur;
   std::signal(SIGXFSZ, SIG_IGN);
-  SetSizeLimit(bytes);
+  if (!SetSizeLimit(bytes)) throw std::runtime_error("cannot limit the length of files");
 }
 
 FileSizeLimit::~FileSizeLimit() {

@@ -18,7 +18,7 @@ Installation::Installation() {
   std::filesystem::create_directory(folder / "local");
   for (int size = kMinSize; size <= kMaxSize; ++size) {
     const std::string pack = BytesOf(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size));
-    WriteBytes(InProgram(PackName(size)), pack.substr(0, kInstalledPuzzles * kPackRecordBytes));
+    WriteBytes(InProgram(PackName(size)), pack.substr(0, std::size_t{kInstalledPuzzles} * kPackRecordBytes));
   }
   desktop.Program = folder / "program";
   desktop.LocalData.Path = folder / "local";

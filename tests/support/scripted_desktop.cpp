@@ -19,7 +19,7 @@ BoxAnswer ScriptedDesktop::Show(const MessageBox& box) {
 std::string ScriptedDesktop::Show(const InputBox& box) {
   InputBoxes.push_back(box);
   if (Inputs.empty()) throw std::logic_error("unexpected input box: " + box.Title);
-  const std::string input = Inputs.front();
+  std::string input = Inputs.front();
   Inputs.pop_front();
   return input;
 }

@@ -22,10 +22,10 @@ QString Folder() {
 
 /// A tone of a tenth of a second.
 std::string WriteTone(const QString& name, double frequency) {
-  const std::string path = (Folder() + "/" + name).toStdString();
-  std::vector<short> samples;
-  for (int i = 0; i < kRate / 10; ++i) {
-    samples.push_back(static_cast<short>(12000 * std::sin(2 * kPi * frequency * i / kRate)));
+  std::string path = (Folder() + "/" + name).toStdString();
+  std::vector<short> samples(kRate / 10);
+  for (int i = 0; short& sample : samples) {
+    sample = static_cast<short>(12000 * std::sin(2 * kPi * frequency * i++ / kRate));
   }
   SF_INFO info{.frames = 0,
                .samplerate = kRate,
