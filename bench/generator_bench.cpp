@@ -2,16 +2,14 @@
 #include <benchmark/benchmark.h>
 #include <chrono>
 
-#include "game/layout.h"
 #include "generator/generator.h"
-#include "tests/support/picture.h"
-#include "tests/support/scripted_desktop.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
 
 /// A yield that finds no time gone by: it reads the clock.
-class ClockDesktop : public ScriptedDesktop {
+class ClockDesktop : public HeadlessDesktop {
  public:
   void Yield() override { benchmark::DoNotOptimize(std::chrono::steady_clock::now()); }
 };
@@ -19,10 +17,10 @@ class ClockDesktop : public ScriptedDesktop {
 template <class AnyDesktop>
 void MakePuzzles(benchmark::State& state) {
   AnyDesktop desktop;
-  Game game(desktop);
-  game.main.BoardSize = static_cast<int>(state.range(0));
-  SizeLayout(game.main);
-  for (auto _ : state) MakePuzzle(game.main);
+  Global global;
+  Main main(global, desktop);
+  LayOutSize(main, static_cast<int>(state.range(0)));
+  for (auto _ : state) MakePuzzle(main);
   state.counters["puzzles_a_second"] =
       benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
@@ -30,20 +28,18 @@ void New(benchmark::State& state) {
   MakePuzzles<ClockDesktop>(state);
 }
 void NewWithoutYields(benchmark::State& state) {
-  MakePuzzles<ScriptedDesktop>(state);
+  MakePuzzles<HeadlessDesktop>(state);
 }
 BENCHMARK(New)->DenseRange(kMinSize, kMaxSize)->Unit(benchmark::kMicrosecond);
 BENCHMARK(NewWithoutYields)->Arg(6)->Arg(12)->Arg(18)->Unit(benchmark::kMicrosecond);
 
 /// The drawing of one layout, 5000 swaps included.
 void Draw(benchmark::State& state) {
-  ClockDesktop desktop;
-  Game game(desktop);
-  game.main.BoardSize = static_cast<int>(state.range(0));
-  SizeLayout(game.main);
+  Workbench bench;
+  LayOutSize(bench.main, static_cast<int>(state.range(0)));
   Array<int> scratch;
-  scratch.Redim(game.main.CellCount - 1);
-  for (auto _ : state) DrawLayout(game.main, scratch);
+  scratch.Redim(bench.main.CellCount - 1);
+  for (auto _ : state) DrawLayout(bench.main, scratch);
 }
 BENCHMARK(Draw)->Arg(6)->Arg(12)->Arg(18)->Unit(benchmark::kMicrosecond);
 

@@ -1,271 +1,326 @@
 #include "generator/unique_solution.h"
 
-#include <array>
-#include <bit>
-#include <cstdint>
-#include <vector>
+#include <algorithm>
 
 #include "game/board.h"
+#include "generator/bit_rows.h"
 
 namespace bivouac {
 namespace {
 
-/// A row of the board, one bit a column. Column 0 is bit 1, so that there is a bit for the column beside each
-/// edge, and it is never set.
-using RowBits = std::uint32_t;
+constexpr RowBits kEvenColumns = 0x55555555;
+constexpr RowBits kAllColumns = 0xFFFFFFFF;
 
-/// Steps in row and column by tent direction.
-constexpr std::array<int, 5> kRowStep = {0, -1, 0, 1, 0};
-constexpr std::array<int, 5> kColStep = {0, 0, 1, 0, -1};
+/// As many of the cells as can hold tents without touching, counted from the lowest of each run on.
+RowBits Packed(RowBits cells) {
+  const RowBits starts = cells & ~(cells << 1);
+  const RowBits runsFromEven = cells & ~(cells + (starts & kEvenColumns));
+  return (runsFromEven & kEvenColumns) | (cells & ~runsFromEven & ~kEvenColumns);
+}
 
-/// A tree of the search. Row and Col count from 1.
-struct Tree {
-  int Cell = 0;
-  int Row = 1;
-  int Col = 1;
-  int Choice = 0;                       ///< Direction tried at present; 0 for none yet.
-  std::array<RowBits, 3> OpenAround{};  ///< The rows around its tent as they were before the tent.
+/// The number of the cells. Plain steps, which the compiler turns into steps over four rows at once.
+int CountOf(RowBits cells) {
+  cells -= cells >> 1 & 0x55555555;
+  cells = (cells & 0x33333333) + (cells >> 2 & 0x33333333);
+  cells = (cells + (cells >> 4)) & 0x0F0F0F0F;
+  cells += cells >> 8;
+  return static_cast<int>((cells + (cells >> 16)) & 31);
+}
+
+/// The cells that are in every fullest packing: every second one of each run of odd length.
+RowBits InEveryPacking(RowBits cells) {
+  RowBits sure = 0;
+  for (RowBits left = cells; left != 0;) {
+    const RowBits run = left & ~(left + LowestOf(left));
+    const RowBits packed = Packed(run);
+    const RowBits last = run & ~(run >> 1);
+    if ((packed & last) != 0) sure |= packed;
+    left ^= run;
+  }
+  return sure;
+}
+
+/// The first neighbour that is among the cells; with bit 0 if there is none.
+BitCell OnlySide(const BitRows& cells, BitCell cell) {
+  for (const BitCell side : SidesOf(cell)) {
+    if ((cells[side.Row] & side.Bit) != 0) return side;
+  }
+  return {cell.Row, 0};
+}
+
+/// For each cell of a row, which of the rows' bits lie beside it.
+struct Sides {
+  Sides(const BitRows& rows, int row)
+      : North(rows[row - 1]), East(rows[row] >> 1), South(rows[row + 1]), West(rows[row] << 1) {}
+  RowBits Any() const { return North | East | South | West; }
+  RowBits Several() const { return (North & South) | (East & West) | ((North | South) & (East | West)); }
+  RowBits MoreThanTwo() const { return (North & South & (East | West)) | (East & West & (North | South)); }
+
+  RowBits North, East, South, West;
 };
 
-/// The search with one cursor over the trees, from the last to the first.
-///
-/// By its rules every round builds a scratch board from nothing: the board, on it the cell of the old choice
-/// of the tree at the cursor as open, then the tents of all later trees and grass around them. Only two
-/// things are ever asked of the scratch board. Is a cell of another direction open? It is if the board has it
-/// open and no later tent stands on it or touches it; the old choice has no part in that. How many tents has
-/// a line? As many as later trees have theirs in it. Both follow the cursor with a few changes a step, so
-/// nothing is rebuilt; Solution is written when somebody can look at it.
+/// How far the search has come: some trees have their tents, and some cells are closed to the trees that are
+/// left. The first tree takes no part in it.
+struct Position {
+  BitRows Open;
+  BitRows Trees;  ///< Those that are left.
+  BitRows Tents;
+  int RowLeft[kMaxSize + 2] = {};  ///< Clues less tents.
+  RowBits ColLeft[4] = {};         ///< The same for columns, a number a bit: word k holds bit k of each.
+
+  RowBits OpenColumns() const { return ColLeft[0] | ColLeft[1] | ColLeft[2] | ColLeft[3]; }
+};
+
 class Search {
  public:
-  explicit Search(Main& main) : main_(main), size_(main.BoardSize) {}
-
-  long Run(bool& result);
+  explicit Search(Main& main);
+  bool Unique();
 
  private:
+  void ReadClues();
+  void ReadTrees();
   void PrepareBoard();
-  void ListTree(int cell);
-  void Yield();
-  void TakeUpBoardAndClues();
-  void WriteScratch();
-  void CountTentsOnScratch();
-  bool Holds();
-  void Advance();
-  void GoBack();
-  void PlaceTent(Tree& tree);
-  void RemoveTent(const Tree& tree);
 
-  int TreeCount() const { return static_cast<int>(trees_.size()); }
-  Tree& TreeAt(int index) { return trees_[static_cast<std::size_t>(index)]; }
-  int TentCell(const Tree& tree, int choice) const;
+  void Explore(Position position);
+  BitCell TreeToBranchOn(const Position& position) const;
+  void CountWays(const Position& position);
 
-  // Lines count from 1 here, as the rows and columns of trees do.
-  static constexpr int kLines = kMaxSize + 3;
-  using Lines = std::array<int, kLines>;
-  static std::size_t At(int line) { return static_cast<std::size_t>(line); }
+  // What follows from a position. All of it holds for every way that the position leaves; false if there is
+  // none.
+  bool Settle(Position& position);
+  bool PitchWhereOneSideIsLeft(Position& position);
+  bool HoldRowsAgainstClues(Position& position);
+  bool UseTightRow(Position& position, int row);
+  bool UseTightPair(Position& position, int upper);
+  bool GiveToOnlyTrees(Position& position, int row, RowBits tents);
+  bool Pitch(Position& position, BitCell tree, BitCell tent);
+  void Close(Position& position, int row, RowBits cells);
 
   Main& main_;
   int size_;
-  std::vector<Tree> trees_;
-  int cursor_ = 0;
-  std::array<RowBits, kLines> open_{};  // Cells open to the trees up to the cursor.
-  Lines rowLeft_{};                     // Clue less tents. Row N + 1 and N + 2 hold 0 and pass every test.
-  Lines colLeft_{};
-  int overfull_ = 0;           // Lines with more tents than their clue.
-  bool tentsOnBoard_ = false;  // Clicks have put tents on Board.
-  int scratchCursor_ = -1;     // The cursor of the last round that built the scratch board; -1 before it.
-  int scratchOldChoice_ = 0;   // Choice of the tree there, before it was advanced.
+  BitRows trees_;            // All of them.
+  BitRows open_;             // As Board is prepared.
+  BitRows exact_;            // All columns of the rows that must hold their clues exactly.
+  BitCell firstTree_{1, 0};  // Bit 0 if there is none.
+  bool clueBelowZero_ = false;
+  Position start_;
+  bool changed_ = false;
+  long positions_ = 0;
+  int ways_ = 0;  // Found so far.
 };
 
-/// Events run at every round by the rules. A desktop runs them every few milliseconds only, and this many
-/// rounds take less than a tenth of a millisecond, so nobody can tell; a call at each would cost more than
-/// the round.
-constexpr long kRoundsBetweenYields = 8192;
+/// A desktop runs events every few milliseconds only, and this many positions take about a tenth of one.
+constexpr long kPositionsBetweenYields = 512;
 
-void Search::ListTree(int cell) {
-  if (TreeCount() >= main_.TreeCount) ThrowIndexOutsideArray();
-  trees_.push_back(Tree{.Cell = cell, .Row = RowOf(main_, cell) + 1, .Col = ColOf(main_, cell) + 1});
-}
-
-/// Leaves on Board what a solver knows: trees, and grass where no tree is near or the clue is 0.
-void Search::PrepareBoard() {
-  for (int cell = 0; cell < main_.CellCount; ++cell) {
-    if (main_.Board[cell] == CELL_TREE) {
-      ListTree(cell);
-    } else {
-      main_.Board[cell] = TouchesTree(main_, cell) ? CELL_OPEN : CELL_GRASS;
-    }
-  }
-  if (main_.TreeCount < 0) ThrowIndexOutsideArray();
-  // A count that is too high leaves entries that nobody filled: trees on cell 0.
-  trees_.resize(static_cast<std::size_t>(main_.TreeCount));
-
-  const auto grass = [&](int first, int step) {
-    for (int i = 0; i < size_; ++i) {
-      int& code = main_.Board[first + i * step];
-      if (code == CELL_OPEN) code = CELL_GRASS;
-    }
-  };
-  for (int row = 0; row < size_; ++row) {
-    if (RowClue(main_, row) <= 0) grass(row * size_, 1);
-  }
-  for (int col = 0; col < size_; ++col) {
-    if (ColClue(main_, col) <= 0) grass(col, size_);
-  }
-  for (int cell = 0; cell < main_.CellCount; ++cell) main_.Solution[cell] = main_.Board[cell];
-}
-
-long Search::Run(bool& result) {
+Search::Search(Main& main) : main_(main), size_(main.BoardSize) {
+  ReadClues();
+  ReadTrees();
   PrepareBoard();
-  bool found = false;
-  cursor_ = TreeCount() - 1;
-  long rounds = 0;
-  for (;;) {
-    if (rounds % kRoundsBetweenYields == 0) Yield();
-    ++rounds;
-    if (cursor_ == -1) {
-      if (found) {
-        result = false;
-        break;
-      }
-      found = true;
-      GoBack();
-    }
-    if (cursor_ == TreeCount()) {
-      result = true;
-      break;
-    }
-    scratchCursor_ = cursor_;
-    scratchOldChoice_ = TreeAt(cursor_).Choice;
-    if (Holds()) {
-      Advance();
-    } else {
-      GoBack();
-    }
-  }
-  WriteScratch();
-  return rounds;
 }
 
-void Search::Yield() {
-  WriteScratch();
+void Search::ReadClues() {
+  for (int i = 1; i <= size_; ++i) {
+    const int rowClue = start_.RowLeft[i] = RowClue(main_, i - 1);
+    const int colClue = ColClue(main_, i - 1);
+    clueBelowZero_ = clueBelowZero_ || rowClue < 0 || colClue < 0;
+    // No column can hold more than nine, so a clue of fifteen stands for all that are larger.
+    for (int k = 0; k < 4; ++k) {
+      start_.ColLeft[k] |= static_cast<RowBits>(std::clamp(colClue, 0, 15) >> k & 1) << i;
+    }
+  }
+}
+
+void Search::ReadTrees() {
+  int trees = 0;
+  for (int row = 1; row <= size_; ++row) {
+    for (int col = 1; col <= size_; ++col) {
+      if (main_.Board[(row - 1) * size_ + col - 1] != CELL_TREE) continue;
+      const BitCell tree{row, RowBits{1} << col};
+      trees_[row] |= tree.Bit;
+      if (trees++ == 0) firstTree_ = tree;
+    }
+    if (row >= 3 && trees_[row - 2] != 0) exact_[row] = kAllColumns;
+  }
+  if (trees != main_.TreeCount) ThrowIndexOutsideArray();
+  start_.Trees = trees_;
+  start_.Trees[firstTree_.Row] &= ~firstTree_.Bit;
+}
+
+void Search::PrepareBoard() {
+  for (int row = 1; row <= size_; ++row) {
+    if (start_.RowLeft[row] > 0) {
+      open_[row] = start_.OpenColumns() & Sides(trees_, row).Any() & ~trees_[row];
+    }
+    for (int col = 1; col <= size_; ++col) {
+      int& code = main_.Board[(row - 1) * size_ + col - 1];
+      if (code != CELL_TREE) code = (open_[row] >> col & 1) != 0 ? CELL_OPEN : CELL_GRASS;
+    }
+  }
+  start_.Open = open_;
+}
+
+bool Search::Unique() {
   main_.desktop.Yield();
-  TakeUpBoardAndClues();
+  if (firstTree_.Bit != 0 && !clueBelowZero_) Explore(start_);
+  return ways_ < 2;
 }
 
-/// Clicks may have changed the board while events ran.
-void Search::TakeUpBoardAndClues() {
-  if (main_.BoardSize != size_) ThrowIndexOutsideArray();
-  overfull_ = 0;
-  tentsOnBoard_ = false;
-  for (int row = 0; row < size_; ++row) {
-    RowBits bits = 0;
-    for (int col = 0; col < size_; ++col) {
-      const int code = main_.Board[row * size_ + col];
-      if (code == CELL_OPEN) bits |= RowBits{2} << col;
-      tentsOnBoard_ = tentsOnBoard_ || code == CELL_TENT;
-    }
-    open_[At(row + 1)] = bits;
-  }
-  for (int i = 0; i < size_; ++i) {
-    rowLeft_[At(i + 1)] = RowClue(main_, i);
-    colLeft_[At(i + 1)] = ColClue(main_, i);
-    overfull_ += (rowLeft_[At(i + 1)] < 0) + (colLeft_[At(i + 1)] < 0);
-  }
-  for (int k = TreeCount() - 1; k > cursor_; --k) PlaceTent(TreeAt(k));
-}
-
-int Search::TentCell(const Tree& tree, int choice) const {
-  return tree.Cell + kRowStep[At(choice)] * size_ + kColStep[At(choice)];
-}
-
-/// Writes to Solution what the last round built there.
-void Search::WriteScratch() {
-  if (scratchCursor_ == -1) return;
-  for (int cell = 0; cell < main_.CellCount; ++cell) main_.Solution[cell] = main_.Board[cell];
-  if (scratchOldChoice_ != 0) {
-    main_.Solution[TentCell(TreeAt(scratchCursor_), scratchOldChoice_)] = CELL_OPEN;
-  }
-  const int first = cursor_ < scratchCursor_ ? scratchCursor_ : scratchCursor_ + 1;
-  for (int k = TreeCount() - 1; k >= first; --k) {
-    const int tent = TentCell(TreeAt(k), TreeAt(k).Choice);
-    main_.Solution[tent] = CELL_TENT;
-    FillAroundTent(main_, tent, FillTarget::Solution);
-  }
-}
-
-void Search::CountTentsOnScratch() {
-  overfull_ = 0;
-  for (int i = 0; i < size_; ++i) {
-    int& row = rowLeft_[At(i + 1)] = RowClue(main_, i);
-    int& col = colLeft_[At(i + 1)] = ColClue(main_, i);
-    for (int j = 0; j < size_; ++j) {
-      row -= main_.Solution[i * size_ + j] == CELL_TENT;
-      col -= main_.Solution[j * size_ + i] == CELL_TENT;
-    }
-    overfull_ += (row < 0) + (col < 0);
-  }
-}
-
-/// Tests the tents of all trees behind the cursor. The second row below the tree at the cursor is out of
-/// reach for the trees that are left, so it must be complete; no line may have too many. The first tree's
-/// tent is never tested.
-bool Search::Holds() {
-  if (tentsOnBoard_) {
-    WriteScratch();
-    CountTentsOnScratch();
-  }
-  return overfull_ == 0 && rowLeft_[At(TreeAt(cursor_).Row + 2)] == 0;
-}
-
-/// Gives the tree at the cursor its tent in the next direction that is open, or goes back.
-void Search::Advance() {
-  Tree& tree = TreeAt(cursor_);
-  const RowBits here = open_[At(tree.Row)];
-  RowBits usable = (open_[At(tree.Row - 1)] >> tree.Col & 1) << NORTH | (here >> (tree.Col + 1) & 1) << EAST |
-                   (open_[At(tree.Row + 1)] >> tree.Col & 1) << SOUTH | (here >> (tree.Col - 1) & 1) << WEST;
-  usable &= ~RowBits{0} << (tree.Choice + 1);
-  if (usable == 0) {
-    tree.Choice = 0;
-    GoBack();
+void Search::Explore(Position position) {
+  if (++positions_ % kPositionsBetweenYields == 0) main_.desktop.Yield();
+  if (!Settle(position)) return;
+  const BitCell tree = TreeToBranchOn(position);
+  if (tree.Bit == 0) {
+    CountWays(position);
     return;
   }
-  tree.Choice = std::countr_zero(usable);
-  PlaceTent(tree);
-  --cursor_;
+  for (const BitCell tent : SidesOf(tree)) {
+    Position next = position;
+    if (Pitch(next, tree, tent)) Explore(next);
+    if (ways_ >= 2) return;
+  }
 }
 
-void Search::GoBack() {
-  ++cursor_;
-  if (cursor_ < TreeCount()) RemoveTent(TreeAt(cursor_));
+/// The first tree with two sides left; the first of all if each has more. Bit 0 if no tree is left.
+BitCell Search::TreeToBranchOn(const Position& position) const {
+  BitCell first{1, 0};
+  for (int row = 1; row <= size_; ++row) {
+    const RowBits trees = position.Trees[row];
+    if (trees == 0) continue;
+    const RowBits withTwo = trees & ~Sides(position.Open, row).MoreThanTwo();
+    if (withTwo != 0) return {row, LowestOf(withTwo)};
+    if (first.Bit == 0) first = {row, LowestOf(trees)};
+  }
+  return first;
 }
 
-void Search::PlaceTent(Tree& tree) {
-  const int row = tree.Row + kRowStep[At(tree.Choice)];
-  const int col = tree.Col + kColStep[At(tree.Choice)];
-  RowBits* const rows = &open_[At(row - 1)];
-  tree.OpenAround = {rows[0], rows[1], rows[2]};
-  const RowBits away = ~(RowBits{7} << (col - 1));
-  rows[0] &= away;
-  rows[1] &= away;
-  rows[2] &= away;
-  overfull_ += (rowLeft_[At(row)]-- == 0) + (colLeft_[At(col)]-- == 0);
+/// All trees but the first have their tents: one way for each side that the first can have.
+void Search::CountWays(const Position& position) {
+  for (int row = 1; row <= size_; ++row) {
+    if (exact_[row] != 0 && position.RowLeft[row] != 0) return;
+  }
+  for (const BitCell side : SidesOf(firstTree_)) {
+    RowBits touched = Widened(position.Tents[side.Row]);
+    if (side.Row > 1) touched |= Widened(position.Tents[side.Row - 1]);
+    if (side.Row < size_) touched |= Widened(position.Tents[side.Row + 1]);
+    if ((open_[side.Row] & side.Bit & ~touched) != 0) ++ways_;
+  }
 }
 
-/// Requires: no tent was placed after it, but those that have been removed.
-void Search::RemoveTent(const Tree& tree) {
-  const int row = tree.Row + kRowStep[At(tree.Choice)];
-  const int col = tree.Col + kColStep[At(tree.Choice)];
-  RowBits* const rows = &open_[At(row - 1)];
-  rows[0] = tree.OpenAround[0];
-  rows[1] = tree.OpenAround[1];
-  rows[2] = tree.OpenAround[2];
-  overfull_ -= (++rowLeft_[At(row)] == 0) + (++colLeft_[At(col)] == 0);
+bool Search::Settle(Position& position) {
+  do {
+    changed_ = false;
+    if (!PitchWhereOneSideIsLeft(position) || (!changed_ && !HoldRowsAgainstClues(position))) return false;
+  } while (changed_);
+  return true;
+}
+
+/// Closes what lies in a full column or beside no tree that is left, and looks for trees with one side left.
+/// Full rows were closed when they became full.
+bool Search::PitchWhereOneSideIsLeft(Position& position) {
+  const RowBits openCols = position.OpenColumns();
+  for (int row = 1; row <= size_; ++row) position.Open[row] &= openCols & Sides(position.Trees, row).Any();
+  RowBits none = 0;
+  RowBits anyOne = 0;
+  BitRows one;
+  for (int row = 1; row <= size_; ++row) {
+    const Sides sides(position.Open, row);
+    none |= position.Trees[row] & ~sides.Any();
+    one[row] = position.Trees[row] & ~sides.Several();
+    anyOne |= one[row];
+  }
+  if (none != 0) return false;
+  if (anyOne == 0) return true;
+  changed_ = true;
+  for (int row = 1; row <= size_; ++row) {
+    for (RowBits trees = one[row]; trees != 0; trees &= trees - 1) {
+      const BitCell tree{row, LowestOf(trees)};
+      if (!Pitch(position, tree, OnlySide(position.Open, tree))) return false;
+    }
+  }
+  return true;
+}
+
+/// A row has room for as many tents as fit into its open cells without touching. Two neighbouring rows
+/// together have room for as many as fit into their columns, since they hold at most one tent in any two
+/// neighbouring columns.
+bool Search::HoldRowsAgainstClues(Position& position) {
+  RowBits tooTight = 0;
+  int room[kMaxSize + 2];
+  int roomOfPair[kMaxSize + 2];
+  for (int row = 1; row <= size_; ++row) {
+    room[row] = CountOf(Packed(position.Open[row])) - position.RowLeft[row];
+    roomOfPair[row] = CountOf(Packed(position.Open[row] | position.Open[row + 1])) - position.RowLeft[row] -
+                      position.RowLeft[row + 1];
+    tooTight |= exact_[row] & static_cast<RowBits>(room[row]);
+    tooTight |= exact_[row] & exact_[row + 1] & static_cast<RowBits>(roomOfPair[row]);
+  }
+  if (tooTight >> 31 != 0) return false;
+  for (int row = 3; row <= size_; ++row) {
+    if (exact_[row] == 0) continue;
+    if (room[row] == 0 && !UseTightRow(position, row)) return false;
+    if (exact_[row + 1] != 0 && roomOfPair[row] == 0 && !UseTightPair(position, row)) return false;
+  }
+  return true;
+}
+
+/// A row without a tent to spare. However it is packed, a tent stands above, below or beside each of its
+/// cells.
+bool Search::UseTightRow(Position& position, int row) {
+  const RowBits sure = InEveryPacking(position.Open[row]);
+  const RowBits touched = position.Open[row] | Widened(sure);
+  Close(position, row - 1, touched);
+  Close(position, row, Widened(sure) & ~sure);
+  Close(position, row + 1, touched);
+  return GiveToOnlyTrees(position, row, sure);
+}
+
+/// Two rows without a tent to spare. A sure column holds a tent in one of them.
+bool Search::UseTightPair(Position& position, int upper) {
+  const int lower = upper + 1;
+  const RowBits sure = InEveryPacking(position.Open[upper] | position.Open[lower]);
+  const RowBits sureAbove = sure & ~position.Open[lower];
+  const RowBits sureBelow = sure & ~position.Open[upper];
+  Close(position, upper - 1, Widened(sureAbove));
+  Close(position, upper, Widened(sure) & ~sure);
+  Close(position, lower, Widened(sure) & ~sure);
+  Close(position, lower + 1, Widened(sureBelow));
+  return GiveToOnlyTrees(position, upper, sureAbove) && GiveToOnlyTrees(position, lower, sureBelow);
+}
+
+/// Of tents that must stand, gives those to their tree that have but one beside them.
+bool Search::GiveToOnlyTrees(Position& position, int row, RowBits tents) {
+  for (RowBits left = tents & ~Sides(position.Trees, row).Several(); left != 0; left &= left - 1) {
+    const BitCell tent{row, LowestOf(left)};
+    changed_ = true;
+    if (!Pitch(position, OnlySide(position.Trees, tent), tent)) return false;
+  }
+  return true;
+}
+
+bool Search::Pitch(Position& position, BitCell tree, BitCell tent) {
+  if ((position.Trees[tree.Row] & tree.Bit) == 0 || (position.Open[tent.Row] & tent.Bit) == 0) return false;
+  position.Trees[tree.Row] &= ~tree.Bit;
+  position.Tents[tent.Row] |= tent.Bit;
+  for (int row = tent.Row - 1; row <= tent.Row + 1; ++row) position.Open[row] &= ~Widened(tent.Bit);
+  if (--position.RowLeft[tent.Row] == 0) position.Open[tent.Row] = 0;
+  RowBits borrow = tent.Bit;
+  for (RowBits& word : position.ColLeft) {
+    word ^= borrow;
+    borrow &= word;
+  }
+  return borrow == 0;
+}
+
+void Search::Close(Position& position, int row, RowBits cells) {
+  if ((position.Open[row] & cells) == 0) return;
+  position.Open[row] &= ~cells;
+  changed_ = true;
 }
 
 }  // namespace
 
-long CheckUniqueSolution(Main& main, bool& result) {
-  return Search(main).Run(result);
+void CheckUniqueSolution(Main& main, bool& result) {
+  result = Search(main).Unique();
 }
 
 }  // namespace bivouac

@@ -108,7 +108,7 @@ void AddListAndProve(CLI::App& app, Command& chosen) {
     });
   };
   add("list", "One line a record: number, size, level, trees, best time", ListPacks);
-  add("prove", "Verdict and rounds of the search for a second solution", ProvePacks);
+  add("prove", "Verdict of the search for a second solution", ProvePacks);
 }
 
 void AddRate(CLI::App& app, Command& chosen) {

@@ -130,13 +130,12 @@ ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Term
   ForEachRecord(packs, [&](const std::string& path, long number, const PackRecord& record) {
     LayOutRecord(bench.main, record);
     bool unique = false;
-    const long rounds = CheckUniqueSolution(bench.main, unique);
+    CheckUniqueSolution(bench.main, unique);
     const int size = bench.main.BoardSize;
     if (format == Format::Table) {
-      RowStart(terminal.Out, path, number, size) << (unique ? 1 : 0) << '\t' << rounds << '\n';
+      RowStart(terminal.Out, path, number, size) << (unique ? 1 : 0) << '\n';
     } else {
-      LineStart(terminal.Out, path, number, size)
-          << (unique ? "one solution  " : "not proved    ") << rounds << " rounds\n";
+      LineStart(terminal.Out, path, number, size) << (unique ? "one solution" : "not proved") << '\n';
     }
   });
   return ExitStatus::Done;

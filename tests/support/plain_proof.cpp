@@ -98,7 +98,7 @@ bool PartialAssignmentHolds(const Main& main, const Clues& clues, int row) {
 
 }  // namespace
 
-long PlainCheckUniqueSolution(Main& main, bool& result) {
+void PlainCheckUniqueSolution(Main& main, bool& result) {
   Array<int> treeList;
   Array<int> treeChoice;
   treeList.Redim(main.TreeCount - 1);
@@ -106,19 +106,19 @@ long PlainCheckUniqueSolution(Main& main, bool& result) {
   const Clues clues = PrepareBoard(main, treeList);
   int solutionsFound = 0;
   int cursor = main.TreeCount - 1;
-  for (long rounds = 1;; ++rounds) {
+  for (;;) {
     main.desktop.Yield();
     if (cursor == -1) {
       if (solutionsFound == 1) {
         result = false;
-        return rounds;
+        return;
       }
       solutionsFound = 1;
       cursor = 0;
     }
     if (cursor == main.TreeCount) {
       result = true;
-      return rounds;
+      return;
     }
 
     for (int i = 0; i < main.CellCount; ++i) main.Solution[i] = main.Board[i];

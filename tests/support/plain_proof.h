@@ -1,5 +1,5 @@
-// The proof of one solution in its plain form, which rebuilds its scratch board at every round: the yardstick
-// for the fast one.
+// The proof of one solution in its plain form, which rebuilds its scratch board at every round: the judge of
+// the fast one's verdicts.
 #pragma once
 
 #include "game/game_state.h"
@@ -7,6 +7,6 @@
 namespace bivouac {
 
 /// As CheckUniqueSolution, but yields at every round.
-long PlainCheckUniqueSolution(Main& main, bool& result);
+void PlainCheckUniqueSolution(Main& main, bool& result);
 
 }  // namespace bivouac
