@@ -25,9 +25,7 @@ namespace bivouac {
 namespace {
 
 constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour of their own.
-constexpr QColor kClueText(0x10, 0x10, 0x10);
-constexpr double kSmallest = 0.6;  // Of the opening size.
-constexpr int kClueSize = 15;      // Pixels at the opening size.
+constexpr double kSmallest = 0.6;                // Of the opening size.
 constexpr int kBoxText = 13;
 constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
 
@@ -37,35 +35,6 @@ QString Text(std::string_view text) {
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
-}
-
-QColor ColourOf(TextColour colour) {
-  switch (colour) {
-    case TextColour::Red:
-      return {0xFF, 0x00, 0x00};
-    case TextColour::Green:
-      return {0x00, 0xFF, 0x00};
-    case TextColour::WindowText:
-      break;
-  }
-  return kClueText;
-}
-
-/// Pure green is too bright to be read on the window's ground without a rim.
-QColor RimOf(TextColour colour) {
-  return colour == TextColour::Green ? QColor(0x00, 0x58, 0x00) : QColor();
-}
-
-const char* StateOf(TextColour colour) {
-  switch (colour) {
-    case TextColour::Red:
-      return ", too many tents";
-    case TextColour::Green:
-      return ", finished";
-    case TextColour::WindowText:
-      break;
-  }
-  return "";
 }
 
 }  // namespace
@@ -190,16 +159,15 @@ void MainWindow::AddLabel(const ControlRow& row) {
 }
 
 void MainWindow::AddClueLabels() {
-  const auto add = [this](const char* name, int line) {
-    auto* label = new TextLabel({.LargestText = kClueSize, .Bold = true}, this);
-    label->setObjectName(QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(line));
-    label->hide();
+  const auto add = [this](const char* name, const char* line, int number) {
+    auto* label = new ClueLabel(QStringLiteral("%1 %2").arg(QLatin1String(line)).arg(number + 1), this);
+    label->setObjectName(QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(number));
     return label;
   };
   for (int line = 0; line < kMaxSize; ++line) {
     const auto i = static_cast<std::size_t>(line);
-    rowClues_[i].Widget = add("RowCnt", line);
-    colClues_[i].Widget = add("ColCnt", line);
+    rowClues_[i].Widget = add("RowCnt", "row", line);
+    colClues_[i].Widget = add("ColCnt", "column", line);
   }
 }
 
@@ -254,26 +222,18 @@ void MainWindow::Draw() {
 void MainWindow::DrawClues() {
   for (int line = 0; line < kMaxSize; ++line) {
     const auto i = static_cast<std::size_t>(line);
-    DrawClue(main_.RowCnt[line], rowClues_[i], QStringLiteral("row %1").arg(line + 1));
-    DrawClue(main_.ColCnt[line], colClues_[i], QStringLiteral("column %1").arg(line + 1));
+    DrawClue(main_.RowCnt[line], rowClues_[i]);
+    DrawClue(main_.ColCnt[line], colClues_[i]);
   }
 }
 
-void MainWindow::DrawClue(const Label& value, ClueLabel& clue, const QString& line) {
-  TextLabel& label = *clue.Widget;
+void MainWindow::DrawClue(const Label& value, PlacedClue& clue) {
   if (clue.At != value.At) {
     clue.At = value.At;
-    label.setGeometry(scale_.Map(value.At));
-    label.FitText(Unit());
+    clue.Widget->setGeometry(scale_.Map(value.At));
+    clue.Widget->FitText(Unit());
   }
-  label.SetText(Text(value.Caption));
-  if (clue.ForeColor != value.ForeColor || label.accessibleDescription().isEmpty()) {
-    clue.ForeColor = value.ForeColor;
-    label.SetTextColour(ColourOf(value.ForeColor), RimOf(value.ForeColor));
-    label.setAccessibleDescription(QStringLiteral("Tents in ") + line +
-                                   QLatin1String(StateOf(value.ForeColor)));
-  }
-  if (label.isHidden() == value.Visible) label.setVisible(value.Visible);
+  clue.Widget->Draw(value);
 }
 
 /// A text other than the rules waits for a click: a hint on show, or the word that there is none.
@@ -379,7 +339,7 @@ void MainWindow::LayOut() {
   }
   sound_->FitText(unit);
   for (auto* clues : {&rowClues_, &colClues_}) {
-    for (ClueLabel& clue : *clues) {
+    for (PlacedClue& clue : *clues) {
       clue.Widget->setGeometry(scale_.Map(clue.At));
       clue.Widget->FitText(unit);
     }

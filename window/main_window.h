@@ -8,6 +8,7 @@
 
 #include "game/game_state.h"
 #include "window/board_widget.h"
+#include "window/clue_label.h"
 #include "window/event_road.h"
 #include "window/scale.h"
 #include "window/status_bar.h"
@@ -47,10 +48,9 @@ class MainWindow : public QWidget {
     QWidget* Widget;
     Place At;
   };
-  /// A clue label and what was last drawn of it.
-  struct ClueLabel {
-    TextLabel* Widget = nullptr;
-    TextColour ForeColor = TextColour::WindowText;
+  /// A clue label and where it was last put.
+  struct PlacedClue {
+    ClueLabel* Widget = nullptr;
     Place At;
   };
 
@@ -65,7 +65,7 @@ class MainWindow : public QWidget {
   void LayOut();
   void ShowFirst();
   void DrawClues();
-  void DrawClue(const Label& value, ClueLabel& clue, const QString& line);
+  void DrawClue(const Label& value, PlacedClue& clue);
   void DrawHint();
   void DrawShield();
   void DrawButtons();
@@ -84,8 +84,8 @@ class MainWindow : public QWidget {
   TextLabel* time_ = nullptr;
   TextLabel* steps_ = nullptr;
   TextLabel* hint_ = nullptr;
-  std::array<ClueLabel, kMaxSize> rowClues_;
-  std::array<ClueLabel, kMaxSize> colClues_;
+  std::array<PlacedClue, kMaxSize> rowClues_;
+  std::array<PlacedClue, kMaxSize> colClues_;
   StatusBar* status_ = nullptr;
   BoardWidget* board_ = nullptr;
   QWidget* shield_ = nullptr;

@@ -217,7 +217,11 @@ void TextLabel::paintEvent(QPaintEvent*) {
     }
     painter.drawPixmap(0, 0, stretched_);
   }
-  const QRect room(QPoint(Margin(), 0), TextRoom());
+  PaintText(painter, {QPoint(Margin(), 0), TextRoom()});
+  if (hasFocus()) PaintFocus(painter, rect(), unit_);
+}
+
+void TextLabel::PaintText(QPainter& painter, const QRect& room) const {
   const int flags = static_cast<int>(look_.Alignment) | Qt::TextWordWrap;
   if (rim_.isValid()) {
     const double width = std::max(0.8, 0.8 * unit_);
@@ -230,7 +234,6 @@ void TextLabel::paintEvent(QPaintEvent*) {
   }
   painter.setPen(look_.Text);
   painter.drawText(room, flags, text());
-  if (hasFocus()) PaintFocus(painter, rect(), unit_);
 }
 
 void TextLabel::mousePressEvent(QMouseEvent* event) {

@@ -76,13 +76,17 @@ class TextLabel : public QLabel {
   /// Fits the text into at most that size, in present pixels.
   void FitTextBelow(int largest);
   /// The room that the text has.
-  QSize TextRoom() const;
+  virtual QSize TextRoom() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+
+  /// The text in its colour, and the rim around it.
+  void PaintText(QPainter& painter, const QRect& room) const;
+  double Unit() const { return unit_; }
 
  private:
   int Margin() const;

@@ -360,6 +360,34 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
   });
 }
 
+/// Around the pixels of a clue that are not ground, whatever their colour.
+QRect Ink(Program& program, TextColour colour) {
+  program.State().RowCnt[0].ForeColor = colour;
+  program.Window().Draw();
+  const QImage image = Find(program, "RowCnt(0)")->grab().toImage();
+  QRect ink;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (qGray(image.pixel(x, y)) < 150) ink |= QRect(x, y, 1, 1);
+    }
+  }
+  return ink;
+}
+
+TEST(Window, FinishedAndTooManyShowWithoutColourToo) {
+  GameRun run;
+  run.Setting("Options/Size", "18");
+  run.Run([&](Program& program) {
+    OpenPuzzle(run, program, 1);
+    const QRect plain = Ink(program, TextColour::WindowText);
+    const QRect finished = Ink(program, TextColour::Green);
+    const QRect tooMany = Ink(program, TextColour::Red);
+    EXPECT_GE(finished.width(), plain.width() + 3);   // The tick.
+    EXPECT_GE(tooMany.bottom(), plain.bottom() + 2);  // The line.
+    Quit(program);
+  });
+}
+
 TEST(Window, TellsAssistiveToolsWhatItShows) {
   GameRun run;
   run.Setting("Options/Size", "6");

@@ -1,0 +1,28 @@
+// The clue of a row or column.
+#pragma once
+
+#include "game/controls.h"
+#include "window/widgets.h"
+
+namespace bivouac {
+
+/// Says in its colour, and in its form too, whether its line is finished: a finished clue carries a tick
+/// behind it, one with too many tents a line under it. So nobody has to tell green from red.
+class ClueLabel : public TextLabel {
+ public:
+  /// `line` names it: "row 3".
+  ClueLabel(const QString& line, QWidget* parent);
+
+  /// Draws what changed in the value but its place.
+  void Draw(const Label& value);
+  QSize TextRoom() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QString line_;
+  TextColour colour_ = TextColour::WindowText;
+};
+
+}  // namespace bivouac
