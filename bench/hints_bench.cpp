@@ -7,7 +7,7 @@
 #include "game/layout.h"
 #include "game/play.h"
 #include "hints/hints.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "tools/pack_access.h"
 #include "tools/workbench.h"
 

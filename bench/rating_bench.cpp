@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "rating/rating.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "tools/pack_access.h"
 #include "tools/workbench.h"
 

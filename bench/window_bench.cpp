@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "game/layout.h"
-#include "storage/pack.h"
+#include "storage/navigation.h"
 #include "window/program.h"
 
 namespace bivouac {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "game/text.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
 #include "storage/status_panels.h"
@@ -26,23 +26,27 @@ PersonalKey KeyOf(const PersonalRecord& record) {
   return {SizeOf(record.PersonalLevelSize), record.PersonalPuzzle};
 }
 
+using PackFile = RecordFile<PackRecord>;
+using PersonalFile = RecordFile<PersonalRecord>;
+
 /// Writes a record behind the last. What is left of a last record that was cut short is blanked first, so
 /// that no half of a time is ever found.
-void AppendPersonal(RecordFile& file, const std::string& path, const PersonalRecord& record) {
-  const long count = CountRecords(path, kPersonalRecordBytes);
-  if (count > WholeRecords(path, kPersonalRecordBytes)) WriteRecord(file, count, PersonalRecord{});
-  WriteRecord(file, count + 1, record);
+void AppendPersonal(PersonalFile& file, const PersonalRecord& record) {
+  const Turn turn(file);
+  const RecordCounts counts = file.Counts();
+  if (counts.Rounded > counts.Whole) file.Write(counts.Rounded, PersonalRecord{});
+  file.Write(counts.Rounded + 1, record);
 }
 
 void SavePersonal(Global& global) {
-  const std::string path = PersonalPath(global, global.CurrentPlayer);
   IgnoringFileErrors([&] {
-    RecordFile file(path, kPersonalRecordBytes);
+    PersonalFile file(PersonalPath(global, global.CurrentPlayer));
     if (global.PersonalPos != 0) {
-      WriteRecord(file, global.PersonalPos, global.PersonalRec);
+      file.Write(global.PersonalPos, global.PersonalRec);
     } else {
-      AppendPersonal(file, path, global.PersonalRec);
+      AppendPersonal(file, global.PersonalRec);
     }
+    file.Sync();
   });
 }
 
@@ -80,10 +84,10 @@ std::vector<PackBest> ReadPackBests(Main& main) {
     const std::string path = PackPath(main.global, size);
     if (!FileExists(path)) continue;
     IgnoringFileErrors([&] {
-      RecordFile pack(path, kPackRecordBytes);
-      const long last = std::min<long>(WholeRecords(path, kPackRecordBytes), kLastPersonalPuzzle);
+      PackFile pack(path);
+      const long last = std::min<long>(pack.Counts().Whole, kLastPersonalPuzzle);
       for (long number = 1; number <= last; ++number) {
-        if (!IgnoringFileErrors([&] { ReadRecord(pack, number, puzzle); })) continue;
+        if (!IgnoringFileErrors([&] { pack.Read(number, puzzle); })) continue;
         bests.push_back({puzzle.BestPlayer,
                          {static_cast<std::int16_t>(number), LevelSizeOf(main.Level, size),
                           puzzle.BestMinutes, puzzle.BestSeconds}});
@@ -97,32 +101,36 @@ std::vector<PackBest> ReadPackBests(Main& main) {
 void ClearPackTimes(Main& main) {
   const std::string path = PackPath(main.global, main.BoardSize);
   if (!FileExists(path)) return;
-  RecordFile pack(path, kPackRecordBytes);
+  PackFile pack(path);
   PackRecord& puzzle = main.global.PuzzleRec;
-  const long last = WholeRecords(path, kPackRecordBytes);
+  const long last = pack.Counts().Whole;
   for (long number = 1; number <= last; ++number) {
-    ReadRecord(pack, number, puzzle);
+    const Turn turn(pack);
+    pack.Read(number, puzzle);
     puzzle.BestMinutes = 0;
     puzzle.BestSeconds = 0;
     puzzle.BestPlayer = 0;
-    WriteRecord(pack, number, puzzle);
+    pack.Write(number, puzzle);
   }
+  pack.Sync();
 }
 
 /// Sets a player's times for BoardSize to none. The records stay, to be used again.
 void ClearPersonalTimes(Main& main, int player) {
   const std::string path = PersonalPath(main.global, player);
-  const long last = WholeRecords(path, kPersonalRecordBytes);
-  if (last < 1) return;
-  RecordFile file(path, kPersonalRecordBytes);
+  if (CountRecords<PersonalRecord>(path).Whole < 1) return;
+  PersonalFile file(path);
+  const long last = file.Counts().Whole;
   PersonalRecord& own = main.global.PersonalRec;
   for (long number = 1; number <= last; ++number) {
-    ReadRecord(file, number, own);
+    const Turn turn(file);
+    file.Read(number, own);
     if (SizeOf(own.PersonalLevelSize) != main.BoardSize) continue;
     own.PersonalMinutes = 0;
     own.PersonalSeconds = 0;
-    WriteRecord(file, number, own);
+    file.Write(number, own);
   }
+  file.Sync();
 }
 
 }  // namespace
@@ -142,10 +150,10 @@ FileUse FindPersonal(Main& main) {
   if (!FileExists(path)) return FileUse::None;
   global.PersonalPos = 0;
   IgnoringFileErrors([&] {
-    RecordFile file(path, kPersonalRecordBytes);
-    const int last = static_cast<int>(WholeRecords(path, kPersonalRecordBytes));
+    PersonalFile file(path);
+    const int last = static_cast<int>(file.Counts().Whole);
     for (int number = 1; number <= last && global.PersonalPos == 0; ++number) {
-      if (!IgnoringFileErrors([&] { ReadRecord(file, number, global.PersonalRec); })) continue;
+      if (!IgnoringFileErrors([&] { file.Read(number, global.PersonalRec); })) continue;
       if (KeyOf(global.PersonalRec) == PersonalKey{main.BoardSize, main.PuzzleNo})
         global.PersonalPos = number;
     }
@@ -162,19 +170,22 @@ void SyncPersonalBests(Main& main) {
   Global& global = main.global;
   const std::vector<PackBest> bests = ReadPackBests(main);
   for (int player = 1; player <= global.PlayerCount; ++player) {
-    const std::string path = PersonalPath(global, player);
     IgnoringFileErrors([&] {
-      RecordFile file(path, kPersonalRecordBytes);
+      PersonalFile file(PersonalPath(global, player));
+      const Turn turn(file);
       std::set<PersonalKey> known;
-      const long last = WholeRecords(path, kPersonalRecordBytes);
+      const long last = file.Counts().Whole;
       for (long number = 1; number <= last; ++number) {
-        if (!IgnoringFileErrors([&] { ReadRecord(file, number, global.PersonalRec); })) continue;
+        if (!IgnoringFileErrors([&] { file.Read(number, global.PersonalRec); })) continue;
         known.insert(KeyOf(global.PersonalRec));
       }
+      bool added = false;
       for (const PackBest& best : bests) {
         if (best.Player != player || known.contains(KeyOf(best.Record))) continue;
-        IgnoringFileErrors([&] { AppendPersonal(file, path, best.Record); });
+        IgnoringFileErrors([&] { AppendPersonal(file, best.Record); });
+        added = true;
       }
+      if (added) file.Sync();
     });
   }
 }

@@ -2,8 +2,16 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
+#include <random>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <thread>
+#include <unistd.h>
 
 #include "game/text.h"
 
@@ -12,29 +20,122 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr mode_t kNewFileMode = 0666;      // Less what the user's mask takes away.
+constexpr std::size_t kBlockRecords = 64;  // Read in one go while writers wait.
+constexpr auto kShortPatience = std::chrono::milliseconds(100);
+constexpr auto kLongPatience = std::chrono::seconds(30);
+constexpr auto kBetweenTries = std::chrono::microseconds(200);
+
 [[noreturn]] void ThrowFileError(ErrorNumber number, const std::string& words, const std::string& path) {
   throw RunTimeError(number, words + ": " + path);
 }
 
 /// Throws the file error for what the platform gave as the reason.
-[[noreturn]] void ThrowFileError(std::errc reason, const std::string& path) {
+[[noreturn]] void ThrowFileError(int reason, const std::string& path) {
   switch (reason) {
-    case std::errc::no_such_file_or_directory:
-    case std::errc::not_a_directory:
+    case ENOENT:
+    case ENOTDIR:
       ThrowFileError(ErrorNumber::PathNotFound, "path not found", path);
-    case std::errc::no_space_on_device:
-    case std::errc::file_too_large:
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
       ThrowFileError(ErrorNumber::DiskFull, "disk full", path);
-    case std::errc::filename_too_long:
+    case ENAMETOOLONG:
       ThrowFileError(ErrorNumber::BadFileName, "bad file name", path);
-    case std::errc::io_error:
+    case EIO:
       ThrowFileError(ErrorNumber::DeviceInput, "error of the device", path);
-    case std::errc::no_such_device:
-    case std::errc::no_such_device_or_address:
+    case ENODEV:
+    case ENXIO:
       ThrowFileError(ErrorNumber::DeviceUnavailable, "device unavailable", path);
+    case EISDIR:
+      ThrowFileError(ErrorNumber::FileAccess, "a folder stands in the place of the file", path);
     default:
       ThrowFileError(ErrorNumber::FileAccess, "no access to the file", path);
   }
+}
+
+/// Repeats a call of the platform that a signal broke off. Returns what it returned.
+template <class Call>
+auto Repeating(Call call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
+
+enum class Lock { None, Shared, Exclusive };
+enum class Answer { Done, Busy, NotHere };
+
+/// The lock of the open file, which dies with it. Where a platform has no such lock, that of the whole file.
+Answer TryToLock(int descriptor, Lock lock) {
+#ifdef F_OFD_SETLK
+  struct flock range {};
+  range.l_type = lock == Lock::None ? F_UNLCK : lock == Lock::Shared ? F_RDLCK : F_WRLCK;
+  range.l_whence = SEEK_SET;
+  if (Repeating([&] { return fcntl(descriptor, F_OFD_SETLK, &range); }) == 0) return Answer::Done;
+  if (errno == EAGAIN || errno == EACCES) return Answer::Busy;
+  if (errno != EINVAL) return Answer::NotHere;
+#endif
+  const int operation = lock == Lock::None ? LOCK_UN : lock == Lock::Shared ? LOCK_SH : LOCK_EX;
+  if (Repeating([&] { return flock(descriptor, operation | LOCK_NB); }) == 0) return Answer::Done;
+  return errno == EWOULDBLOCK ? Answer::Busy : Answer::NotHere;
+}
+
+/// Returns false if another program's turn did not end. A file system without locks lets everybody go on.
+bool WaitForLock(int descriptor, Lock lock, Patience patience) {
+  const auto end = std::chrono::steady_clock::now() +
+                   (patience == Patience::Short ? kShortPatience : std::chrono::milliseconds(kLongPatience));
+  while (TryToLock(descriptor, lock) == Answer::Busy) {
+    if (std::chrono::steady_clock::now() >= end) return false;
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+  return true;
+}
+
+/// Writes all bytes at an offset. Returns 0, or the platform's number for what failed.
+int WriteAll(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        Repeating([&] { return pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+    if (written < 0) return errno;
+    if (written == 0) return ENOSPC;
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+    offset += static_cast<std::uintmax_t>(written);
+  }
+  return 0;
+}
+
+/// Returns 0, or the platform's number for what failed. What cannot be synced at all counts as synced.
+int SyncDescriptor(int descriptor) {
+  if (Repeating([&] { return fdatasync(descriptor); }) == 0) return 0;
+  return errno == EINVAL || errno == ENOSYS || errno == EROFS ? 0 : errno;
+}
+
+std::string FolderOf(const std::string& path) {
+  const fs::path folder = fs::path(path).parent_path();
+  return folder.empty() ? "." : folder.string();
+}
+
+/// Brings the names in a folder to the disk. A folder that nobody may open is left to the platform.
+void SyncFolder(const std::string& folder) {
+  const int descriptor = Repeating([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  if (descriptor < 0) return;
+  const int reason = SyncDescriptor(descriptor);
+  close(descriptor);
+  if (reason != 0) ThrowFileError(reason, folder);
+}
+
+/// Where a chain of links ends, whether anything is there or not.
+std::string BehindLinks(const std::string& path) {
+  constexpr int kMostLinks = 40;
+  fs::path target = path;
+  std::error_code error;
+  for (int i = 0; i < kMostLinks && fs::is_symlink(target, error); ++i) {
+    const fs::path next = fs::read_symlink(target, error);
+    if (error) break;
+    target = target.parent_path() / next;
+  }
+  return target.string();
 }
 
 /// Calls visit(field) for every integer of a record, in the order of the file.
@@ -57,10 +158,8 @@ void ForEachField(Record& record, Visit visit) {
   }
 }
 
-template <int Bytes, class Record>
-void ReadFields(RecordFile& file, long number, Record& record) {
-  std::array<std::uint8_t, Bytes> bytes;
-  file.Read(number, bytes);
+template <class Record>
+void Decode(std::span<const std::uint8_t> bytes, Record& record) {
   auto next = bytes.begin();
   ForEachField(record, [&](std::int16_t& field) {
     const unsigned low = *next++;
@@ -69,91 +168,244 @@ void ReadFields(RecordFile& file, long number, Record& record) {
   });
 }
 
-template <int Bytes, class Record>
-void WriteFields(RecordFile& file, long number, const Record& record) {
-  std::array<std::uint8_t, Bytes> bytes;
+template <class Record>
+std::array<std::uint8_t, sizeof(Record)> Encode(const Record& record) {
+  std::array<std::uint8_t, sizeof(Record)> bytes;
   auto next = bytes.begin();
   ForEachField(record, [&](const std::int16_t& field) {
     const auto bits = static_cast<std::uint16_t>(field);
     *next++ = static_cast<std::uint8_t>(bits & 0xFF);
     *next++ = static_cast<std::uint8_t>(bits >> 8);
   });
-  file.Write(number, bytes);
+  return bytes;
 }
 
-/// Returns 0, or the platform's number for what failed. Content alone is copied: a pack that is read-only
-/// where it comes from can be written where it goes.
-int CopyContent(const std::string& from, const std::string& to) {
-  std::ifstream source(from, std::ios::binary);
-  if (!source.is_open()) return errno;
-  std::ofstream copy(to, std::ios::binary | std::ios::trunc);
-  if (!copy.is_open()) return errno;
-  errno = 0;
-  std::array<char, 1 << 16> block;
-  while (copy && (source.read(block.data(), block.size()), source.gcount() > 0)) {
-    copy.write(block.data(), source.gcount());
-  }
-  copy.close();
-  if (!source.bad() && copy) return 0;
-  return errno != 0 ? errno : EIO;
+template <class Record>
+RecordCounts CountsOf(std::uintmax_t length) {
+  const double quotient = static_cast<double>(length) / sizeof(Record);
+  return {RoundHalfEven(quotient), static_cast<long>(length / sizeof(Record)), RoundHalfEven(quotient + 1)};
 }
 
 }  // namespace
 
-RecordFile::RecordFile(const std::string& path, int recordBytes) : path_(path), recordBytes_(recordBytes) {
-  std::error_code ignored;
-  if (fs::is_directory(path, ignored)) {
-    ThrowFileError(ErrorNumber::FileAccess, "a folder stands in the place of the file", path);
+SharedFile::SharedFile(std::string path, Patience patience) : path_(std::move(path)), patience_(patience) {
+  Open();
+}
+
+SharedFile::~SharedFile() {
+  Close();
+}
+
+void SharedFile::Open() {
+  const auto attempt = [&](int flags) {
+    return Repeating([&] { return open(path_.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kNewFileMode); });
+  };
+  descriptor_ = attempt(O_RDWR | O_CREAT);
+  writable_ = descriptor_ >= 0;
+  if (!writable_) {
+    const int reason = errno;
+    descriptor_ = attempt(O_RDONLY);
+    // Of a file that is not there, what kept it from being created tells more.
+    if (descriptor_ < 0) ThrowFileError(errno == ENOENT ? reason : errno, path_);
   }
-  // No buffer: a record goes out in one piece, and of one that failed nothing is left to be written later.
-  stream_.rdbuf()->pubsetbuf(nullptr, 0);
-  constexpr auto kRead = std::ios::in | std::ios::binary;
-  constexpr auto kReadAndWrite = kRead | std::ios::out;
+  struct stat status {};
+  if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) return;
+  Close();
+  ThrowFileError(S_ISDIR(status.st_mode) ? EISDIR : EACCES, path_);
+}
 
-  stream_.open(path, kReadAndWrite);
-  if (!stream_.is_open() && !FileExists(path)) {
-    // Appending creates the file, and empties none that another program made in between.
-    const std::ofstream created(path, std::ios::app | std::ios::binary);
-    if (!created.is_open()) ThrowFileError(static_cast<std::errc>(errno), path);
-    stream_.open(path, kReadAndWrite);
+void SharedFile::Close() {
+  if (descriptor_ >= 0) close(descriptor_);
+  descriptor_ = -1;
+}
+
+std::uintmax_t SharedFile::Length() const {
+  struct stat status {};
+  if (fstat(descriptor_, &status) != 0) ThrowFileError(errno, path_);
+  return static_cast<std::uintmax_t>(status.st_size);
+}
+
+void SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) {
+  // A reader who waited in vain reads all the same: at worst it sees half of a write.
+  const bool locked = turns_ == 0 && WaitForLock(descriptor_, Lock::Shared, Patience::Short);
+  int reason = 0;
+  while (!bytes.empty() && reason == 0) {
+    const ssize_t count =
+        Repeating([&] { return pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+    if (count == 0) break;
+    if (count < 0) {
+      reason = errno;
+    } else {
+      bytes = bytes.subspan(static_cast<std::size_t>(count));
+      offset += static_cast<std::uintmax_t>(count);
+    }
   }
-  writable_ = stream_.is_open();
-  if (!writable_) stream_.open(path, kRead);
-  if (!stream_.is_open()) ThrowFileError(static_cast<std::errc>(errno), path);
-  stream_.clear();
+  if (locked) TryToLock(descriptor_, Lock::None);
+  if (reason != 0) ThrowFileError(reason, path_);
+  if (!bytes.empty()) ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", path_);
 }
 
-std::streamoff RecordFile::OffsetOf(long record) const {
-  if (record < 1) ThrowFileError(ErrorNumber::BadRecordNumber, "bad record number", path_);
-  return static_cast<std::streamoff>(record - 1) * recordBytes_;
-}
-
-void RecordFile::Read(long record, std::span<std::uint8_t> bytes) {
-  const std::streamoff offset = OffsetOf(record);
-  errno = 0;
-  stream_.seekg(offset);
-  stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  if (stream_) return;
-  const bool pastEnd = stream_.eof();
-  stream_.clear();
-  if (pastEnd) ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", path_);
-  ThrowFileError(static_cast<std::errc>(errno), path_);
-}
-
-void RecordFile::Write(long record, std::span<const std::uint8_t> bytes) {
-  const std::streamoff offset = OffsetOf(record);
+void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes) {
   if (!writable_) ThrowFileError(ErrorNumber::PermissionDenied, "the file is read-only", path_);
-  const std::uintmax_t lengthBefore = FileLength(path_);
-  errno = 0;
-  stream_.seekp(offset);
-  stream_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  stream_.flush();
-  if (stream_) return;
-  const auto reason = static_cast<std::errc>(errno);
-  stream_.clear();
-  std::error_code ignored;
-  if (FileLength(path_) > lengthBefore) fs::resize_file(path_, lengthBefore, ignored);
+  const Turn turn(*this);
+  const std::uintmax_t before = Length();
+  if (before == 0) maybeNew_ = true;
+  const int reason = WriteAll(descriptor_, offset, bytes);
+  if (reason == 0) return;
+  if (Length() > before && ftruncate(descriptor_, static_cast<off_t>(before)) != 0)
+    ThrowFileError(errno, path_);
   ThrowFileError(reason, path_);
+}
+
+void SharedFile::Sync() {
+  if (const int reason = SyncDescriptor(descriptor_); reason != 0) ThrowFileError(reason, path_);
+  if (maybeNew_) SyncFolder(FolderOf(BehindLinks(path_)));
+  maybeNew_ = false;
+}
+
+Turn::Turn(SharedFile& file) : file_(file) {
+  // Of a file that cannot be written nothing changes.
+  while (file_.turns_ == 0 && file_.writable_) {
+    if (!WaitForLock(file_.descriptor_, Lock::Exclusive, file_.patience_)) {
+      ThrowFileError(ErrorNumber::PermissionDenied, "another program holds the file", file_.path_);
+    }
+    // Whoever held the lock may have put another file in the place of this one.
+    struct stat opened {};
+    struct stat named {};
+    if (fstat(file_.descriptor_, &opened) == 0 && stat(file_.path_.c_str(), &named) == 0 &&
+        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino) {
+      break;
+    }
+    file_.Close();
+    file_.Open();
+  }
+  ++file_.turns_;
+}
+
+Turn::~Turn() {
+  if (--file_.turns_ == 0 && file_.writable_) TryToLock(file_.descriptor_, Lock::None);
+}
+
+template <class Record>
+std::uintmax_t RecordFile<Record>::OffsetOf(long number) const {
+  if (number < 1) ThrowFileError(ErrorNumber::BadRecordNumber, "bad record number", Path());
+  return static_cast<std::uintmax_t>(number - 1) * kBytes;
+}
+
+template <class Record>
+void RecordFile<Record>::Read(long number, Record& record) {
+  std::array<std::uint8_t, kBytes> bytes;
+  ReadAt(OffsetOf(number), bytes);
+  Decode(bytes, record);
+}
+
+template <class Record>
+std::vector<Record> RecordFile<Record>::ReadAll() {
+  std::vector<Record> records(static_cast<std::size_t>(Counts().Whole));
+  std::vector<std::uint8_t> block(kBlockRecords * kBytes);
+  for (std::size_t first = 0; first < records.size(); first += kBlockRecords) {
+    const std::size_t count = std::min(kBlockRecords, records.size() - first);
+    const std::span bytes = std::span(block).first(count * kBytes);
+    ReadAt(first * kBytes, bytes);
+    for (std::size_t i = 0; i < count; ++i) Decode(bytes.subspan(i * kBytes, kBytes), records[first + i]);
+  }
+  return records;
+}
+
+template <class Record>
+void RecordFile<Record>::Write(long number, const Record& record) {
+  WriteAt(OffsetOf(number), Encode(record));
+}
+
+template <class Record>
+RecordCounts RecordFile<Record>::Counts() const {
+  return CountsOf<Record>(Length());
+}
+
+template <class Record>
+RecordCounts CountRecords(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t length = fs::file_size(path, error);
+  return CountsOf<Record>(error ? 0 : length);
+}
+
+template class RecordFile<PackRecord>;
+template class RecordFile<PersonalRecord>;
+template RecordCounts CountRecords<PackRecord>(const std::string& path);
+template RecordCounts CountRecords<PersonalRecord>(const std::string& path);
+
+Replacement::Replacement(const std::string& path) : target_(BehindLinks(path)) {
+  std::random_device random;
+  do {
+    std::array<char, 40> name;
+    std::snprintf(name.data(), name.size(), "/.bivouac-%08x%08x", random(), random());
+    hidden_ = FolderOf(target_) + name.data();
+    descriptor_ = Repeating([&] {
+      return open(hidden_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, kNewFileMode);
+    });
+  } while (descriptor_ < 0 && errno == EEXIST);
+  if (descriptor_ < 0) ThrowFileError(errno, path);
+  struct stat old {};
+  if (stat(target_.c_str(), &old) != 0) return;
+  // Where root works on a user's file, it stays the user's; nobody else may give files away.
+  static_cast<void>(fchown(descriptor_, old.st_uid, old.st_gid) == 0);
+  static_cast<void>(fchmod(descriptor_, old.st_mode & 07777) == 0);
+}
+
+Replacement::~Replacement() {
+  close(descriptor_);
+  if (!hidden_.empty()) unlink(hidden_.c_str());
+}
+
+void Replacement::Append(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = Repeating([&] { return write(descriptor_, bytes.data(), bytes.size()); });
+    if (written <= 0) ThrowFileError(written < 0 ? errno : ENOSPC, target_);
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+}
+
+template <class Record>
+void Replacement::Append(const std::vector<Record>& records) {
+  std::vector<std::uint8_t> block;
+  for (const Record& record : records) {
+    const auto bytes = Encode(record);
+    block.insert(block.end(), bytes.begin(), bytes.end());
+    if (block.size() < kBlockRecords * sizeof(Record)) continue;
+    Append(std::span<const std::uint8_t>(block));
+    block.clear();
+  }
+  Append(std::span<const std::uint8_t>(block));
+}
+
+template void Replacement::Append(const std::vector<PackRecord>& records);
+
+void Replacement::Sync() {
+  if (Repeating([&] { return fsync(descriptor_); }) != 0 && errno != EINVAL && errno != ENOSYS) {
+    ThrowFileError(errno, target_);
+  }
+}
+
+void Replacement::TakePlace() {
+  if (std::rename(hidden_.c_str(), target_.c_str()) != 0) ThrowFileError(errno, target_);
+  hidden_.clear();
+  SyncFolder(FolderOf(target_));
+}
+
+void Replacement::TakeFreePlace() {
+  // A second name is refused where there is a file; a file system without second names knows such a rename.
+  int reason = link(hidden_.c_str(), target_.c_str()) == 0 ? 0 : errno;
+  if (reason != 0 && reason != EEXIST) {
+#ifdef RENAME_NOREPLACE
+    reason =
+        renameat2(AT_FDCWD, hidden_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) == 0 ? 0 : errno;
+    if (reason == 0) hidden_.clear();
+#endif
+  }
+  if (reason != 0 && reason != EEXIST) ThrowFileError(reason, target_);
+  if (!hidden_.empty()) unlink(hidden_.c_str());
+  hidden_.clear();
+  SyncFolder(FolderOf(target_));
 }
 
 bool FileExists(const std::string& path) {
@@ -162,59 +414,45 @@ bool FileExists(const std::string& path) {
   return !error;
 }
 
-std::uintmax_t FileLength(const std::string& path) {
-  std::error_code error;
-  const std::uintmax_t length = fs::file_size(path, error);
-  return error ? 0 : length;
-}
-
-long CountRecords(const std::string& path, int recordBytes) {
-  return RoundHalfEven(static_cast<double>(FileLength(path)) / recordBytes);
-}
-
-long WholeRecords(const std::string& path, int recordBytes) {
-  return static_cast<long>(FileLength(path)) / recordBytes;
-}
-
-void ReadRecord(RecordFile& file, long number, PackRecord& record) {
-  ReadFields<kPackRecordBytes>(file, number, record);
-}
-
-void WriteRecord(RecordFile& file, long number, const PackRecord& record) {
-  WriteFields<kPackRecordBytes>(file, number, record);
-}
-
-void ReadRecord(RecordFile& file, long number, PersonalRecord& record) {
-  ReadFields<kPersonalRecordBytes>(file, number, record);
-}
-
-void WriteRecord(RecordFile& file, long number, const PersonalRecord& record) {
-  WriteFields<kPersonalRecordBytes>(file, number, record);
-}
-
 void CopyWholeFile(const std::string& from, const std::string& to) {
   if (!FileExists(from)) ThrowFileError(ErrorNumber::FileNotFound, "file not found", from);
-  // Under another name until it is whole: a program that ends in between leaves no half of a file.
-  const std::string partial = to + ".part";
-  int reason = CopyContent(from, partial);
-  if (reason == 0) {
-    std::error_code error;
-    fs::rename(partial, to, error);
-    reason = error.value();
+  const int source = Repeating([&] { return open(from.c_str(), O_RDONLY | O_CLOEXEC); });
+  if (source < 0) ThrowFileError(errno, from);
+  struct Closer {
+    ~Closer() { close(Descriptor); }
+    int Descriptor;
+  };
+  const Closer closer{source};
+  Replacement copy(to);
+  std::vector<std::uint8_t> block(1 << 16);
+  for (;;) {
+    const ssize_t count = Repeating([&] { return read(source, block.data(), block.size()); });
+    if (count < 0) ThrowFileError(errno, from);
+    if (count == 0) break;
+    copy.Append(std::span<const std::uint8_t>(block).first(static_cast<std::size_t>(count)));
   }
-  if (reason == 0) return;
-  std::error_code ignored;
-  fs::remove(partial, ignored);
-  ThrowFileError(static_cast<std::errc>(reason), to);
+  copy.Sync();
+  copy.TakeFreePlace();
 }
 
 void DeleteWholeFile(const std::string& path) {
   std::error_code error;
-  if (fs::is_directory(path, error)) {
-    ThrowFileError(ErrorNumber::FileAccess, "a folder stands in the place of the file", path);
-  }
+  if (fs::is_directory(path, error)) ThrowFileError(EISDIR, path);
   fs::remove(path, error);
-  if (error) ThrowFileError(static_cast<std::errc>(error.value()), path);
+  if (error) ThrowFileError(error.value(), path);
+}
+
+void CreateFolders(const std::string& path) {
+  std::error_code error;
+  std::vector<fs::path> made;
+  for (fs::path folder = path; !folder.empty() && !fs::exists(folder, error); folder = folder.parent_path()) {
+    made.push_back(folder);
+    if (folder == folder.parent_path()) break;
+  }
+  fs::create_directories(path, error);
+  for (const fs::path& folder : made) {
+    IgnoringFileErrors([&] { SyncFolder(FolderOf(folder.string())); });
+  }
 }
 
 }  // namespace bivouac

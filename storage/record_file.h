@@ -15,64 +15,151 @@
 //
 // Example: a player's time of 3:25 for puzzle 300 of size 10 and level 2 (2 * 32 + 10 = 74) is
 // 2C 01 4A 00 03 00 19 00; as record 2 it stands in bytes 8 to 15.
+//
+// Several programs may use one file. Whoever changes it holds the platform's lock on it for that one turn,
+// and counts within the turn; whoever reads waits for such a turn at most. The kernel frees the lock of a
+// program that dies. Where a file system has no locks, nobody waits. A rewrite is a new file renamed over the
+// old one.
 #pragma once
 
 #include <cstdint>
-#include <fstream>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "game/records.h"
 
 namespace bivouac {
 
-inline constexpr int kPackRecordBytes = 1376;
-inline constexpr int kPersonalRecordBytes = 8;
+static_assert(sizeof(PackRecord) == 1376 && sizeof(PersonalRecord) == 8, "16-bit fields without gaps");
 
-/// An open file of records. Closed by its destructor. All failures are RunTimeErrors that are file errors.
-class RecordFile {
+/// How many records a file holds, as those count who ask.
+struct RecordCounts {
+  long Rounded = 0;  ///< Its length in records, rounded to the nearest integer, a half to the even one.
+  long Whole = 0;    ///< Records that are wholly in it.
+  long Next = 1;     ///< The number of a record added to it: the length plus 1, rounded as a whole. A file of
+                     ///< one record and a half counts 2, and yet gets number 2.
+};
+
+/// How long to wait for another program's turn.
+enum class Patience {
+  Short,  ///< A tenth of a second: a window waits with it.
+  Long,   ///< Half a minute.
+};
+
+/// An open file, for RecordFile and Turn. All failures are RunTimeErrors that are file errors.
+class SharedFile {
  public:
-  /// Opens the file for reading and writing, or for reading alone where writing is not allowed. Creates it,
-  /// empty, if it does not exist.
-  RecordFile(const std::string& path, int recordBytes);
-  RecordFile(const RecordFile&) = delete;
-  RecordFile& operator=(const RecordFile&) = delete;
+  SharedFile(std::string path, Patience patience);
+  SharedFile(const SharedFile&) = delete;
+  SharedFile& operator=(const SharedFile&) = delete;
+  ~SharedFile();
 
-  /// Reads a record. Requires: as many bytes as a record has. Errors: PastEndOfFile if it is not wholly in
-  /// the file, BadRecordNumber below 1.
-  void Read(long record, std::span<std::uint8_t> bytes);
-  /// Writes a record whole and flushes it; one past the end extends the file. A write that fails leaves every
-  /// other record, and the length of the file, as they were.
-  void Write(long record, std::span<const std::uint8_t> bytes);
+  /// Returns when everything written has reached the disk, and with it the name of a new file.
+  void Sync();
+
+ protected:
+  void ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes);
+  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes);
+  std::uintmax_t Length() const;
+  const std::string& Path() const { return path_; }
 
  private:
-  std::streamoff OffsetOf(long record) const;
+  friend class Turn;
+  void Open();
+  void Close();
 
   std::string path_;
-  int recordBytes_;
+  Patience patience_;
+  int descriptor_ = -1;
   bool writable_ = false;
-  std::fstream stream_;
+  bool maybeNew_ = false;  ///< Its name may not have reached the disk.
+  int turns_ = 0;
+};
+
+/// A turn of writing: from its beginning to its end no other program changes the file, so that what was
+/// counted holds. If the file was replaced meanwhile, the new one is opened. Turns may stand one inside
+/// another. Errors: PermissionDenied if another program's turn does not end.
+class Turn {
+ public:
+  explicit Turn(SharedFile& file);
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+  ~Turn();
+
+ private:
+  SharedFile& file_;
+};
+
+/// An open file of records. Closed by its destructor.
+template <class Record>
+class RecordFile : public SharedFile {
+ public:
+  static constexpr int kBytes = sizeof(Record);
+
+  /// Opens the file for reading and writing, or for reading alone where writing is not allowed. Creates it,
+  /// empty, if it does not exist.
+  explicit RecordFile(std::string path, Patience patience = Patience::Short)
+      : SharedFile(std::move(path), patience) {}
+
+  /// Errors: PastEndOfFile if the record is not wholly in the file, BadRecordNumber below 1.
+  void Read(long number, Record& record);
+  /// All whole records.
+  std::vector<Record> ReadAll();
+  /// Writes a record whole, in a turn of its own unless one is held; one past the end extends the file. A
+  /// write that fails leaves every other record, and the length of the file, as they were.
+  void Write(long number, const Record& record);
+  RecordCounts Counts() const;
+  /// Bytes behind the last whole record.
+  int SpareBytes() const { return static_cast<int>(Length() % kBytes); }
+
+ private:
+  std::uintmax_t OffsetOf(long number) const;
+};
+
+/// The counts of a file by its length alone; of none if it does not exist or is a folder.
+template <class Record>
+RecordCounts CountRecords(const std::string& path);
+
+/// A new file that takes the place of an old one when it is whole. It lies beside the old one under a hidden
+/// name, and is removed unless it took its place.
+class Replacement {
+ public:
+  /// Requires: `path` is a file or a link to one, or nothing is there yet. A link is followed; mode and owner
+  /// are those of the old file.
+  explicit Replacement(const std::string& path);
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+  ~Replacement();
+
+  void Append(std::span<const std::uint8_t> bytes);
+  template <class Record>
+  void Append(const std::vector<Record>& records);
+  /// Returns when the content has reached the disk.
+  void Sync();
+  /// Takes the place of the old file, and returns when that has reached the disk.
+  /// Requires: synced; the caller holds a turn of the old file.
+  void TakePlace();
+  /// Becomes the file unless there is one by now, which then stays. Returns when that has reached the disk.
+  void TakeFreePlace();
+
+ private:
+  std::string target_;
+  std::string hidden_;
+  int descriptor_ = -1;
 };
 
 /// True if the path names something whose date can be asked for.
 bool FileExists(const std::string& path);
-/// Length in bytes; 0 for a folder or a file that does not exist.
-std::uintmax_t FileLength(const std::string& path);
-/// Length / recordBytes, rounded to the nearest integer, a half to the even one.
-long CountRecords(const std::string& path, int recordBytes);
-/// Records that are wholly in the file.
-long WholeRecords(const std::string& path, int recordBytes);
 
-void ReadRecord(RecordFile& file, long number, PackRecord& record);
-void WriteRecord(RecordFile& file, long number, const PackRecord& record);
-void ReadRecord(RecordFile& file, long number, PersonalRecord& record);
-void WriteRecord(RecordFile& file, long number, const PersonalRecord& record);
-
-/// Copies a whole file, and makes the copy writable for its owner. A copy that fails leaves nothing behind.
-/// Requires: `to` does not exist. Errors: FileNotFound if `from` does not exist, or another file error.
+/// Copies a whole file, and makes the copy writable for its owner. A copy that fails leaves nothing behind;
+/// if another program was faster, its file stays. Errors: FileNotFound if `from` does not exist, or another
+/// file error.
 void CopyWholeFile(const std::string& from, const std::string& to);
 /// Errors: a file error if the path names a folder or cannot be removed.
 void DeleteWholeFile(const std::string& path);
+/// Creates a folder and its parents where missing. Errors are ignored: the first file in it tells.
+void CreateFolders(const std::string& path);
 
 /// Runs a step and drops a file error that ends it. Returns whether there was none.
 template <class Step>

@@ -1,40 +1,54 @@
 #include "storage/saving.h"
 
-#include "game/text.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/status_panels.h"
 
 namespace bivouac {
 namespace {
 
-/// Writes PuzzleRec as record PuzzleNo, with a box if that fails. Returns whether it was written.
-bool WritePuzzle(Main& main) {
-  const bool written = IgnoringFileErrors([&] {
-    RecordFile pack(PackPath(main.global, main.BoardSize), kPackRecordBytes);
-    WriteRecord(pack, main.PuzzleNo, main.global.PuzzleRec);
+enum class Outcome { Written, Refused, Failed };
+
+/// Lets `write` write to the pack in one turn, or refuse by returning false. What it wrote has reached the
+/// disk then; a file error is told in a box. A pack that does not exist is created first.
+template <class Write>
+Outcome WriteInTurn(Main& main, Write write) {
+  bool written = false;
+  const bool done = IgnoringFileErrors([&] {
+    RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize));
+    {
+      const Turn turn(pack);
+      written = write(pack);
+    }
+    if (written) pack.Sync();
   });
-  if (!written) ShowFileError(main, "Error writing puzzle to file!");
-  return written;
+  if (done) return written ? Outcome::Written : Outcome::Refused;
+  ShowFileError(main, "Error writing puzzle to file!");
+  return Outcome::Failed;
 }
 
 void Refuse(Main& main, const char* text) {
   main.desktop.Show(MessageBox{.Title = "Puzzle Save Error", .Text = text, .Symbol = BoxSymbol::Error});
 }
 
-/// The number of a puzzle added to a pack. The whole sum is rounded: a pack of one record and a half gets
-/// number 2, though it counts 2 records.
-int NextNumber(const std::string& path) {
-  return static_cast<int>(RoundHalfEven(static_cast<double>(FileLength(path)) / kPackRecordBytes + 1));
-}
-
 }  // namespace
 
 void Save_New(Main& main) {
-  main.PuzzleNo = NextNumber(PackPath(main.global, main.BoardSize));
   int& count = main.PuzzleCount[main.BoardSize - kMinSize];
-  if (count < main.PuzzleNo) {
-    if (!WritePuzzle(main)) return;
+  const auto isBehindAll = [&](const RecordCounts& counts) {
+    main.PuzzleNo = static_cast<int>(counts.Next);
+    return count < main.PuzzleNo;
+  };
+  auto outcome = Outcome::Refused;
+  if (isBehindAll(CountRecords<PackRecord>(PackPath(main.global, main.BoardSize)))) {
+    outcome = WriteInTurn(main, [&](RecordFile<PackRecord>& pack) {
+      if (!isBehindAll(pack.Counts())) return false;
+      pack.Write(main.PuzzleNo, main.global.PuzzleRec);
+      return true;
+    });
+  }
+  if (outcome == Outcome::Failed) return;
+  if (outcome == Outcome::Written) {
     count = main.PuzzleNo;
     ShowLevel(main);
     ShowPuzzleNumber(main);
@@ -52,13 +66,18 @@ void Save_New(Main& main) {
 }
 
 void Save_Puzzle(Main& main) {
+  auto outcome = Outcome::Refused;
   if (PackCount(main.global, main.BoardSize) >= main.PuzzleNo) {
-    WritePuzzle(main);
-  } else {
-    Refuse(main,
-           "There are less Puzzles in the Puzzle Pack than the current number!!!\n\r"
-           "Current Puzzle will not be updated!");
+    outcome = WriteInTurn(main, [&](RecordFile<PackRecord>& pack) {
+      if (pack.Counts().Rounded < main.PuzzleNo) return false;
+      pack.Write(main.PuzzleNo, main.global.PuzzleRec);
+      return true;
+    });
   }
+  if (outcome != Outcome::Refused) return;
+  Refuse(main,
+         "There are less Puzzles in the Puzzle Pack than the current number!!!\n\r"
+         "Current Puzzle will not be updated!");
 }
 
 }  // namespace bivouac

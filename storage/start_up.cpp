@@ -1,12 +1,10 @@
 #include "storage/start_up.h"
 
-#include <filesystem>
-
 #include "game/layout.h"
 #include "game/sound.h"
 #include "game/text.h"
 #include "storage/best_times.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/status_panels.h"
 
@@ -27,8 +25,7 @@ void FindFolders(Main& main) {
   global.LocalDataDir = WithBackslash(LookupFolder(main.desktop, kLocalDataFolder));
   global.DataDir = global.LocalDataDir + "Bvc";
   // It exists on every start but the first. Where it truly cannot be made, the first pack tells.
-  std::error_code ignored;
-  std::filesystem::create_directories(global.DataDir, ignored);
+  CreateFolders(global.DataDir);
   global.DataDir = WithBackslash(global.DataDir);
 }
 

@@ -13,7 +13,7 @@
 #include "generator/random.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tests/support/files.h"
 #include "tests/support/packs.h"
@@ -221,9 +221,9 @@ class Generator : public testing::Test {
 
   std::vector<PackRecord> SavedPuzzles(int size) {
     std::vector<PackRecord> puzzles(static_cast<std::size_t>(PackCount(game.global, size)));
-    RecordFile pack(PackPath(game.global, size), kPackRecordBytes);
+    RecordFile<PackRecord> pack(PackPath(game.global, size));
     long number = 0;
-    for (PackRecord& puzzle : puzzles) ReadRecord(pack, ++number, puzzle);
+    for (PackRecord& puzzle : puzzles) pack.Read(++number, puzzle);
     return puzzles;
   }
 
@@ -345,7 +345,7 @@ TEST_F(Generator, TheEndOfTheProgramLeavesThePackAlone) {
       if (++yields == last) desktop.End();
     };
     EXPECT_THROW(while (true) cmdGenerate_Click(main), ProgramEnd);
-    EXPECT_EQ(FileLength(PackPath(main.global, 8)) % kPackRecordBytes, 0U);
+    EXPECT_EQ(BytesOf(PackPath(main.global, 8)).size() % RecordFile<PackRecord>::kBytes, 0U);
     EXPECT_EQ(SavedPuzzles(8).at(0), before.at(0));
   }
 }

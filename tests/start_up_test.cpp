@@ -3,7 +3,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "storage/pack.h"
+#include "storage/navigation.h"
+#include "storage/pack_files.h"
 #include "tests/support/installation.h"
 
 namespace bivouac {

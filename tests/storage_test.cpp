@@ -7,7 +7,8 @@
 #include <tuple>
 
 #include "storage/best_times.h"
-#include "storage/pack.h"
+#include "storage/navigation.h"
+#include "storage/pack_files.h"
 #include "storage/players.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
@@ -20,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
 
-constexpr std::size_t kPackBytes = kPackRecordBytes;
+constexpr std::size_t kPackBytes = RecordFile<PackRecord>::kBytes;
 constexpr const char* kReadErrorBox = "File Error|Error reading puzzle from file!|Warning";
 constexpr const char* kWriteErrorBox = "File Error|Error writing puzzle to file!|Warning";
 constexpr const char* kNewBestBox =
@@ -44,15 +45,13 @@ int ErrorOf(Step step) {
 }
 
 PackRecord ReadPack(const std::string& path, long number) {
-  RecordFile file(path, kPackRecordBytes);
   PackRecord record;
-  ReadRecord(file, number, record);
+  RecordFile<PackRecord>(path).Read(number, record);
   return record;
 }
 
 void WritePack(const std::string& path, long number, const PackRecord& record) {
-  RecordFile file(path, kPackRecordBytes);
-  WriteRecord(file, number, record);
+  RecordFile<PackRecord>(path).Write(number, record);
 }
 
 /// Compares packs without printing them.
@@ -120,8 +119,11 @@ TEST(RecordFile, APackCutAnywhereHoldsItsWholeRecords) {
     const long whole = length >= 2 * kPackBytes ? 2 : length >= kPackBytes ? 1 : 0;
     // 688 bytes are a half: of 0.5 the even neighbour is 0, of 1.5 it is 2.
     const long rounded = length <= 688 ? 0 : length < 2064 ? 1 : 2;
-    ASSERT_EQ(WholeRecords(path, kPackRecordBytes), whole) << length;
-    ASSERT_EQ(CountRecords(path, kPackRecordBytes), rounded) << length;
+    const RecordCounts counts = CountRecords<PackRecord>(path);
+    ASSERT_EQ(counts.Whole, whole) << length;
+    ASSERT_EQ(counts.Rounded, rounded) << length;
+    // Of 1.5 the sum is 2.5, and its even neighbour 2.
+    ASSERT_EQ(counts.Next, length == 688 || length == 2064 ? 2 : rounded + 1) << length;
     for (long number = 1; number <= 2; ++number) {
       PackRecord record;
       ASSERT_EQ(ErrorOf([&] { record = ReadPack(path, number); }), number <= whole ? 0 : 62) << length;
@@ -131,16 +133,17 @@ TEST(RecordFile, APackCutAnywhereHoldsItsWholeRecords) {
 }
 
 TEST(RecordFile, SaysWhyItCannotBeOpened) {
+  using PersonalFile = RecordFile<PersonalRecord>;
   const TempFolder folder;
-  EXPECT_EQ(ErrorOf([&] { RecordFile(folder / "new", 8); }), 0);
+  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / "new"); }), 0);
   EXPECT_EQ(BytesOf(folder / "new"), "");
-  EXPECT_EQ(ErrorOf([&] { RecordFile(folder / "missing/new", 8); }), 76);
+  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / "missing/new"); }), 76);
   fs::create_directory(folder / "sub");
-  EXPECT_EQ(ErrorOf([&] { RecordFile(folder / "sub", 8); }), 75);
-  EXPECT_EQ(ErrorOf([&] { RecordFile(folder / std::string(300, 'n'), 8); }), 52);
+  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / "sub"); }), 75);
+  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / std::string(300, 'n')); }), 52);
   EXPECT_EQ(ErrorOf([&] { DeleteWholeFile(folder / "sub"); }), 75);
   EXPECT_TRUE(FileExists(folder / "sub"));
-  EXPECT_EQ(FileLength(folder / "sub"), 0u);
+  EXPECT_EQ(CountRecords<PackRecord>(folder / "sub").Rounded, 0);
   EXPECT_FALSE(FileExists(folder / "missing"));
   PackRecord record;
   EXPECT_EQ(ErrorOf([&] { WritePack(folder / "new", 0, record); }), 63);

@@ -5,7 +5,7 @@
 #include <set>
 #include <sstream>
 
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tests/support/files.h"
 #include "tests/support/packs.h"

@@ -5,7 +5,7 @@
 #include "game/board.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
-#include "storage/pack.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tools/workbench.h"
 
@@ -170,9 +170,9 @@ std::vector<Fault> FaultsOf(const std::string& name, const PackContent& content,
   long number = 0;
   for (const PackRecord& record : content.Records) Inspection(faults, ++number, record, main).Run(size);
   if (content.SpareBytes != 0) {
-    faults.push_back(
-        {0, "length",
-         Number(content.SpareBytes) + " bytes behind the last whole record of " + Number(kPackRecordBytes)});
+    faults.push_back({0, "length",
+                      Number(content.SpareBytes) + " bytes behind the last whole record of " +
+                          Number(RecordFile<PackRecord>::kBytes)});
   }
   return faults;
 }

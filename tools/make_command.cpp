@@ -64,14 +64,15 @@ ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, T
   if (options.Distinct) {
     for (const PackRecord& record : existing) seen.insert(ViewedFromAnySide(record));
   }
-  std::optional<RecordFile> file;
+  std::optional<RecordFile<PackRecord>> file;
   long made = 0;
   const auto take = [&](const PackRecord& puzzle) {
     const int level = LevelOf(puzzle.LevelSize);
     if (level < options.LowestLevel || level > options.HighestLevel) return true;
     if (options.Distinct && !seen.insert(ViewedFromAnySide(puzzle)).second) return true;
-    if (!file) file.emplace(options.Pack, kPackRecordBytes);
-    WriteRecord(*file, static_cast<long>(existing.size()) + made + 1, puzzle);
+    if (!file) file.emplace(options.Pack, Patience::Long);
+    const Turn turn(*file);
+    file->Write(file->Counts().Whole + 1, puzzle);
     return ++made < options.Count;
   };
 

@@ -1,32 +1,12 @@
 #include "tools/pack_access.h"
 
 #include <filesystem>
-#include <system_error>
 
 #include "game/error.h"
 #include "storage/record_file.h"
 
 namespace bivouac {
-namespace {
-
 namespace fs = std::filesystem;
-
-/// Removes a file at the end of the scope unless it was renamed away.
-struct Partial {
-  explicit Partial(fs::path path) : Path(std::move(path)) {
-    std::error_code ignored;
-    fs::remove(Path, ignored);
-  }
-  Partial(const Partial&) = delete;
-  Partial& operator=(const Partial&) = delete;
-  ~Partial() {
-    std::error_code ignored;
-    fs::remove(Path, ignored);
-  }
-  const fs::path Path;
-};
-
-}  // namespace
 
 std::string FileName(const std::string& path) {
   return fs::path(path).filename().string();
@@ -36,13 +16,8 @@ PackContent ReadContent(const std::string& path) {
   // Opening creates what is not there.
   if (!FileExists(path)) throw InputError(path + ": no such file");
   try {
-    RecordFile file(path, kPackRecordBytes);
-    PackContent content;
-    content.Records.resize(static_cast<std::size_t>(WholeRecords(path, kPackRecordBytes)));
-    long number = 0;
-    for (PackRecord& record : content.Records) ReadRecord(file, ++number, record);
-    content.SpareBytes = static_cast<long>(FileLength(path)) - number * kPackRecordBytes;
-    return content;
+    RecordFile<PackRecord> file(path, Patience::Long);
+    return {file.ReadAll(), file.SpareBytes()};
   } catch (const RunTimeError& error) {
     throw InputError(error.what());
   }
@@ -68,19 +43,14 @@ std::vector<PackRecord> ReadSoundPack(const std::string& path) {
 
 void ReplacePack(const std::string& path, const std::vector<PackRecord>& records) {
   try {
-    const fs::path target = fs::canonical(path);
-    const Partial partial(target.string() + ".new");
-    {
-      RecordFile file(partial.Path.string(), kPackRecordBytes);
-      long number = 0;
-      for (const PackRecord& record : records) WriteRecord(file, ++number, record);
-    }
-    fs::permissions(partial.Path, fs::status(target).permissions());
-    fs::rename(partial.Path, target);
+    Replacement replacement(path);
+    replacement.Append(records);
+    replacement.Sync();
+    RecordFile<PackRecord> old(path, Patience::Long);
+    const Turn turn(old);
+    replacement.TakePlace();
   } catch (const RunTimeError& error) {
     throw InputError(error.what());
-  } catch (const fs::filesystem_error& error) {
-    throw InputError(path + ": " + error.code().message());
   }
 }
 

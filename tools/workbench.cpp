@@ -1,7 +1,7 @@
 #include "tools/workbench.h"
 
 #include "game/layout.h"
-#include "storage/pack.h"
+#include "storage/navigation.h"
 
 namespace bivouac {
 

@@ -16,7 +16,7 @@
 #include "generator/generator.h"
 #include "hints/hints.h"
 #include "storage/best_times.h"
-#include "storage/pack.h"
+#include "storage/navigation.h"
 #include "storage/players.h"
 #include "storage/start_up.h"
 #include "window/accessibility.h"

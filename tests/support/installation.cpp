@@ -7,7 +7,8 @@
 #include "game/clock.h"
 #include "game/moves.h"
 #include "game/text.h"
-#include "storage/pack.h"
+#include "storage/navigation.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/start_up.h"
 
@@ -18,7 +19,8 @@ Installation::Installation() {
   std::filesystem::create_directory(folder / "local");
   for (int size = kMinSize; size <= kMaxSize; ++size) {
     const std::string pack = BytesOf(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size));
-    WriteBytes(InProgram(PackName(size)), pack.substr(0, std::size_t{kInstalledPuzzles} * kPackRecordBytes));
+    WriteBytes(InProgram(PackName(size)),
+               pack.substr(0, std::size_t{kInstalledPuzzles} * RecordFile<PackRecord>::kBytes));
   }
   desktop.Program = folder / "program";
   desktop.LocalData.Path = folder / "local";

@@ -1,4 +1,4 @@
-#include "storage/pack.h"
+#include "storage/navigation.h"
 
 #include <optional>
 
@@ -8,6 +8,7 @@
 #include "game/text.h"
 #include "rating/rating.h"
 #include "storage/best_times.h"
+#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/status_panels.h"
 
@@ -15,10 +16,6 @@ namespace bivouac {
 namespace {
 
 constexpr int kLargestAnswer = 20;  // The box for the size lets more through than there is.
-
-std::string NameWithExtension(int size, const char* extension) {
-  return "BVPack" + TwoDigits(size) + extension;
-}
 
 /// Asks until the answer rounds to a number from lowest to highest; nothing for an empty answer.
 std::optional<int> AskNumber(Main& main, const InputBox& box, int lowest, int highest) {
@@ -33,8 +30,7 @@ std::optional<int> AskNumber(Main& main, const InputBox& box, int lowest, int hi
 }
 
 void ReadPuzzle(Main& main, int number) {
-  RecordFile pack(PackPath(main.global, main.BoardSize), kPackRecordBytes);
-  ReadRecord(pack, number, main.global.PuzzleRec);
+  RecordFile<PackRecord>(PackPath(main.global, main.BoardSize)).Read(number, main.global.PuzzleRec);
   main.PuzzleNo = number;
 }
 
@@ -48,15 +44,20 @@ void FillEmptyClues(Main& main) {
   }
 }
 
-/// Rates a puzzle that never was, once and for all: the pack keeps it if it can be written.
+/// Rates a puzzle that never was, once and for all: the pack keeps it if it can be written, and if no other
+/// program has changed the record since it was read.
 void RateAndKeep(Main& main) {
   PackRecord& puzzle = main.global.PuzzleRec;
+  const PackRecord unrated = puzzle;
   FillEmptyClues(main);
   RatePuzzle(main, main.Level);
   puzzle.LevelSize = LevelSizeOf(main.Level, main.BoardSize);
   IgnoringFileErrors([&] {
-    RecordFile pack(PackPath(main.global, main.BoardSize), kPackRecordBytes);
-    WriteRecord(pack, main.PuzzleNo, puzzle);
+    RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize));
+    const Turn turn(pack);
+    PackRecord present;
+    pack.Read(main.PuzzleNo, present);
+    if (present == unrated) pack.Write(main.PuzzleNo, puzzle);
   });
 }
 
@@ -66,49 +67,55 @@ bool HasBestTime(const Global& global) {
   return (puzzle.BestMinutes > 0 || puzzle.BestSeconds > 0) && puzzle.BestPlayer <= global.PlayerCount;
 }
 
-void LoadPuzzle(Main& main, int number) {
-  // The box stands for every run-time error of the load, until files other than the puzzle's have been used:
-  // from then on an error is nobody's.
-  bool boxForErrors = true;
+/// Shows and starts the puzzle in PuzzleRec.
+void BeginPuzzle(Main& main) {
+  ShowLevel(main);
+  ShowPuzzleNumber(main);
+  if (HasBestTime(main.global)) {
+    ShowBestTime(main);
+  } else {
+    ShowNoBestTime(main);
+  }
+  LayPuzzleOut(main);
+  StartPuzzle(main);
+}
+
+/// Runs a step; a run-time error of any kind is told in the box. Returns whether there was none.
+template <class Step>
+bool WithBoxForErrors(Main& main, Step step) {
   try {
+    step();
+    return true;
+  } catch (const RunTimeError&) {
+    ShowFileError(main, "Error reading puzzle from file!");
+    return false;
+  }
+}
+
+void LoadPuzzle(Main& main, int number) {
+  auto otherFiles = FileUse::None;
+  const bool read = WithBoxForErrors(main, [&] {
     ReadPuzzle(main, number);
     main.Level = 0;
-    if (FindPersonal(main) == FileUse::Used) boxForErrors = false;
-    BeginOpening(main);
-    main.LabelStap.Caption = std::to_string(main.StepCount);
-    main.Level = LevelOf(main.global.PuzzleRec.LevelSize);
-    if (main.Level == 0) {
-      RateAndKeep(main);
-      boxForErrors = false;
-    }
-    ShowLevel(main);
-    ShowPuzzleNumber(main);
-    if (HasBestTime(main.global)) {
-      ShowBestTime(main);
-    } else {
-      ShowNoBestTime(main);
-    }
-    LayPuzzleOut(main);
-    StartPuzzle(main);
-  } catch (const RunTimeError&) {
-    if (!boxForErrors) throw;
-    ShowFileError(main, "Error reading puzzle from file!");
+    otherFiles = FindPersonal(main);
+  });
+  if (!read) return;
+  BeginOpening(main);
+  main.LabelStap.Caption = std::to_string(main.StepCount);
+  main.Level = LevelOf(main.global.PuzzleRec.LevelSize);
+  if (main.Level == 0) {
+    RateAndKeep(main);
+    otherFiles = FileUse::Used;
+  }
+  // The box is for the file that was read: once others have been used, an error is nobody's.
+  if (otherFiles == FileUse::Used) {
+    BeginPuzzle(main);
+  } else {
+    WithBoxForErrors(main, [&] { BeginPuzzle(main); });
   }
 }
 
 }  // namespace
-
-std::string PackName(int size) {
-  return NameWithExtension(size, ".bvq");
-}
-
-std::string PackPath(const Global& global, int size) {
-  return global.DataDir + PackName(size);
-}
-
-int PackCount(const Global& global, int size) {
-  return static_cast<int>(CountRecords(PackPath(global, size), kPackRecordBytes));
-}
 
 void LayPuzzleOut(Main& main) {
   const PackRecord& puzzle = main.global.PuzzleRec;
@@ -123,15 +130,6 @@ void LayPuzzleOut(Main& main) {
     main.RowCnt[i].Caption = std::to_string(puzzle.RowCounts[i]);
     main.ColCnt[i].Caption = std::to_string(puzzle.ColCounts[i]);
   }
-}
-
-void CountPacks(Main& main) {
-  for (int size = kMinSize; size <= kMaxSize; ++size) {
-    main.PuzzleCount[size - kMinSize] = PackCount(main.global, size);
-    const std::string leftOver = main.global.DataDir + NameWithExtension(size, ".bvp");
-    if (FileExists(leftOver)) DeleteWholeFile(leftOver);
-  }
-  ShowTotal(main);
 }
 
 void cmdOpen_Click(Main& main) {
@@ -162,10 +160,6 @@ void cmdOptions_Click(Main& main) {
   RefreshButtons(main);
   SizeLayout(main);
   TellOfLostSettings(main);
-}
-
-void ShowFileError(Main& main, const char* text) {
-  main.desktop.Show(MessageBox{.Title = "File Error", .Text = text, .Symbol = BoxSymbol::Warning});
 }
 
 }  // namespace bivouac
