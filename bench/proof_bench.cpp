@@ -104,7 +104,7 @@ class Clauses {
 
   void AddTree(int tree) {
     std::vector<int> options;
-    ForEachSide(main_, tree, [&](int side, int) {
+    ForEachSide(main_.BoardSize, tree, [&](int side, int) {
       if (main_.Board[side] == CELL_TREE) return;
       options.push_back(++variables_);
       claims_[static_cast<std::size_t>(side)].push_back(variables_);

@@ -1,15 +1,18 @@
-#include "deduction/clusters.h"
-
 #include <algorithm>
+
+#include "deduction/finds.h"
+#include "game/board.h"
 
 namespace bivouac {
 namespace {
 
-/// The open fields of a row that lie straight beyond a tree, seen from a tent behind that tree. Tree and tent
-/// always are of one cluster.
+using CellList = FixedList<int, kMaxCells>;
+
+/// The open fields of a row that lie straight beyond a tree, seen from a tent on its other side. Tree and
+/// tent always are of one cluster.
 Positions FieldsBeyond(const Lines& rows, int row) {
   const Positions west = WithBefore(rows.Trees(row) & WithBefore(rows.Tents(row)));
-  const Positions east = WithBehind(rows.Trees(row) & WithBehind(rows.Tents(row)));
+  const Positions east = WithAfter(rows.Trees(row) & WithAfter(rows.Tents(row)));
   const Positions north = rows.Trees(row - 1) & rows.Tents(row - 2);
   const Positions south = rows.Trees(row + 1) & rows.Tents(row + 2);
   return rows.Open(row) & (north | east | south | west);
@@ -17,29 +20,21 @@ Positions FieldsBeyond(const Lines& rows, int row) {
 
 class Clusters {
  public:
-  Clusters(const Array<int>& board, const Lines& rows) : board_(board), rows_(rows), size_(rows.axis.size) {
-    clusterOf_.fill(kNone);
+  /// `beyond` are the fields of FieldsBeyond, in rising order.
+  Clusters(const Lines& rows, const CellList& beyond)
+      : board_(rows.Board()), rows_(rows), size_(rows.Size()), beyond_(beyond) {
+    clusterOf_.Fill(kNone);
   }
 
-  std::optional<ClusterFind> Find() {
+  bool Decide(Find& find) {
     for (int row = 0; row < size_; ++row) {
-      AnyIn(FieldsBeyond(rows_, row), [&](int col) {
-        beyond_.Add(row * size_ + col);
-        return false;
-      });
-    }
-    // Without such a field no cluster decides anything.
-    if (beyond_.Count() == 0) return {};
-    for (int row = 0; row < size_; ++row) {
-      std::optional<ClusterFind> find;
       const bool found = AnyIn(rows_.Trees(row) | rows_.Tents(row), [&](int col) {
         const int cell = row * size_ + col;
-        if (ClusterOf(cell) == kNone) find = Decide(cell);
-        return find.has_value();
+        return clusterOf_[cell] == kNone && DecideCluster(cell, find);
       });
-      if (found) return find;
+      if (found) return true;
     }
-    return {};
+    return false;
   }
 
  private:
@@ -52,47 +47,41 @@ class Clusters {
   };
 
   static bool IsMember(int code) { return code == CELL_TREE || code == CELL_TENT; }
-  std::int16_t& ClusterOf(int cell) { return clusterOf_[static_cast<std::size_t>(cell)]; }
 
-  template <class Visit>
-  void ForEachSide(int cell, Visit visit) const {
-    const int row = cell / size_;
-    const int col = cell % size_;
-    if (row > 0) visit(cell - size_);
-    if (col < size_ - 1) visit(cell + 1);
-    if (row < size_ - 1) visit(cell + size_);
-    if (col > 0) visit(cell - 1);
-  }
-
-  std::optional<ClusterFind> Decide(int first) {
+  bool DecideCluster(int first, Find& find) {
     ++number_;
     Reach(first);
     const Counts counts = Count();
-    if (counts.Trees < counts.Tents) return {};
+    if (counts.Trees < counts.Tents) return false;
     const bool balanced = counts.Trees == counts.Tents;
-    ClusterFind find{balanced ? CELL_GRASS : CELL_TENT, {}};
-    TakeExits(balanced ? Neighbours::NoOutsideTree : Neighbours::Any, find.Cells);
-    const bool decided =
-        balanced ? find.Cells.Count() > 0 : find.Cells.Count() == counts.Trees - counts.Tents;
-    return decided ? std::optional(find) : std::nullopt;
+    CellList exits;
+    TakeExits(balanced ? Neighbours::NoOutsideTree : Neighbours::Any, exits);
+    const bool decided = balanced ? !exits.IsEmpty() : exits.Count() == counts.Trees - counts.Tents;
+    if (!decided) return false;
+    find.Case = balanced ? ClusterIsServed : ClusterNeedsTents;
+    for (const int cell : exits) find.Add(cell, balanced ? Role::Grass : Role::Tent);
+    for (const int cell : members_) {
+      find.Add(cell, board_[cell] == CELL_TREE ? Role::Tree : Role::StandingTent);
+    }
+    return true;
   }
 
   /// Collects the members of a cluster from its first cell, in rising order.
   void Reach(int first) {
-    memberCount_ = 0;
+    members_.Clear();
     const auto take = [&](int cell) {
-      ClusterOf(cell) = kReached;
-      members_[static_cast<std::size_t>(memberCount_++)] = cell;
+      clusterOf_[cell] = kReached;
+      members_.Add(cell);
     };
     take(first);
-    for (int i = 0; i < memberCount_; ++i) {
-      const int cell = members_[static_cast<std::size_t>(i)];
-      ForEachSide(cell, [&](int side) {
+    for (int i = 0; i < members_.Count(); ++i) {
+      const int cell = members_[i];
+      ForEachSide(size_, cell, [&](int side, int) {
         const bool joins = IsMember(board_[side]) && board_[side] != board_[cell];
-        if (joins && ClusterOf(side) == kNone) take(side);
+        if (joins && clusterOf_[side] == kNone) take(side);
       });
     }
-    std::sort(members_.begin(), members_.begin() + memberCount_);
+    std::sort(members_.begin(), members_.end());
   }
 
   /// Joins the members in sweeps over them, from the first, until all are in. A cell counts once for every
@@ -101,18 +90,17 @@ class Clusters {
   Counts Count() {
     const int first = members_[0];
     Counts counts{board_[first] == CELL_TENT ? 1 : 0, board_[first] == CELL_TREE ? 1 : 0};
-    ClusterOf(first) = number_;
-    for (int left = memberCount_ - 1; left > 0;) {
-      for (int i = 1; i < memberCount_; ++i) {
-        const int cell = members_[static_cast<std::size_t>(i)];
-        if (ClusterOf(cell) == number_) continue;
+    clusterOf_[first] = number_;
+    for (int left = members_.Count() - 1; left > 0;) {
+      for (const int cell : members_) {
+        if (clusterOf_[cell] == number_) continue;
         const int code = board_[cell];
         int links = 0;
-        ForEachSide(cell, [&](int side) {
-          if (ClusterOf(side) == number_ && IsMember(board_[side]) && board_[side] != code) ++links;
+        ForEachSide(size_, cell, [&](int side, int) {
+          if (clusterOf_[side] == number_ && IsMember(board_[side]) && board_[side] != code) ++links;
         });
         if (links == 0) continue;
-        ClusterOf(cell) = number_;
+        clusterOf_[cell] = number_;
         (code == CELL_TENT ? counts.Tents : counts.Trees) += links;
         --left;
       }
@@ -126,15 +114,15 @@ class Clusters {
     for (const int cell : beyond_) {
       if (!PassesLineTest(cell)) continue;
       if (neighbours == Neighbours::NoOutsideTree && TouchesOutsideTree(cell)) continue;
-      ClusterOf(cell) = number_;
+      clusterOf_[cell] = number_;
       exits.Add(cell);
     }
   }
 
   bool TouchesOutsideTree(int cell) {
     bool touches = false;
-    ForEachSide(cell, [&](int side) {
-      touches = touches || (board_[side] == CELL_TREE && ClusterOf(side) != number_);
+    ForEachSide(size_, cell, [&](int side, int) {
+      touches = touches || (board_[side] == CELL_TREE && clusterOf_[side] != number_);
     });
     return touches;
   }
@@ -143,33 +131,33 @@ class Clusters {
     const int row = cell / size_;
     const int col = cell % size_;
     const auto inLine = [&](int step) {
-      return ClusterOf(cell + step) == number_ && board_[cell + step] == CELL_TREE &&
-             ClusterOf(cell + 2 * step) == number_ && board_[cell + 2 * step] == CELL_TENT;
+      return clusterOf_[cell + step] == number_ && board_[cell + step] == CELL_TREE &&
+             clusterOf_[cell + 2 * step] == number_ && board_[cell + 2 * step] == CELL_TENT;
     };
     // North alone may take a field that another cluster holds.
     if (row > 1 && inLine(-size_)) return true;
-    if (ClusterOf(cell) != kNone) return false;
+    if (clusterOf_[cell] != kNone) return false;
     return (col < size_ - 2 && inLine(1)) || (row < size_ - 2 && inLine(size_)) || (col > 1 && inLine(-1));
   }
 
   const Array<int>& board_;
   const Lines& rows_;
-  int size_;
-  CellList beyond_;
+  const int size_;
+  const CellList& beyond_;
   std::int16_t number_ = 0;
-  std::array<std::int16_t, kMaxCells> clusterOf_;
-  int memberCount_ = 0;
-  std::array<int, kMaxCells> members_;
+  FixedArray<std::int16_t, kMaxCells> clusterOf_;
+  CellList members_;
 };
 
 }  // namespace
 
-std::optional<ClusterFind> FindCluster(const Array<int>& board, const Lines& rows) {
-  return Clusters(board, rows).Find();
-}
-
-std::optional<ClusterFind> FindCluster(const Array<int>& board, int size) {
-  return FindCluster(board, Lines(board, {Direction::Rows, size}));
+bool FindCluster(Lines& rows, Find& find) {
+  CellList beyond;
+  for (int row = 0; row < rows.Size(); ++row) {
+    ForEachIn(FieldsBeyond(rows, row), [&](int col) { beyond.Add(rows.axis.At(row, col)); });
+  }
+  // Without such a field no cluster decides anything.
+  return !beyond.IsEmpty() && Clusters(rows, beyond).Decide(find);
 }
 
 }  // namespace bivouac

@@ -3,29 +3,33 @@
 namespace bivouac {
 namespace {
 
-// Fields are named by a tree of the wing and an offset of rows and columns from it, as flat indexes.
+// Fields are named by a tree of the wing and an offset from it, as flat indexes.
 enum class From { Centre, A, B };
 
 struct Field {
   From Tree;
-  int Rows;
-  int Cols;
+  int Down;
+  int Right;
 };
 
 struct Offset {
-  int Rows;
-  int Cols;
+  int Down;
+  int Right;
 };
 
+/// What a rule says of a formation, by its number less 1.
+template <class Case>
+using ByFormation = FixedArray<Case, 4>;
+
 /// A test of a tree's row or column against the edge of the board.
-enum class Edge { None, RowAbove, RowBelow, ColBefore, ColBehind };
+enum class Edge { None, RowAbove, RowBelow, ColBefore, ColAfter };
 
 enum class Side { X, Y };
 
 enum class CountTest { None, A3, B3 };
 
-/// W1, W2, W3, W5 and W6: a further tree T has two sides X and Y left.
-struct CornerRow {
+/// Another tree T has two sides X and Y left.
+struct CornerCase {
   Field T;
   Offset X;
   Offset Y;
@@ -37,7 +41,7 @@ struct CornerRow {
 
 struct CornerRule {
   CountTest Count;
-  std::array<CornerRow, 4> Rows;  // By formation.
+  ByFormation<CornerCase> Cases;
 };
 
 using enum Edge;
@@ -50,40 +54,45 @@ constexpr Offset kWest{0, -1};
 
 // The rows do not all mirror each other, and are meant as they stand.
 // clang-format off
-constexpr CornerRule kW1{CountTest::A3, {{
-    {{A, -1,  1}, kNorth, kEast, RowAbove, ColBehind, RowAbove, Side::Y},
+/// The tree on x.
+constexpr CornerRule kOuterA{CountTest::A3, {{
+    {{A, -1,  1}, kNorth, kEast, RowAbove, ColAfter, RowAbove, Side::Y},
     {{A, -1, -1}, kNorth, kWest, RowAbove, ColBefore, RowAbove, Side::Y},
     {{A, -1, -1}, kNorth, kWest, RowAbove, ColBefore, RowAbove, Side::Y},
-    {{A, -1,  1}, kNorth, kEast, RowAbove, ColBehind, RowAbove, Side::Y},
+    {{A, -1,  1}, kNorth, kEast, RowAbove, ColAfter, RowAbove, Side::Y},
 }}};
-constexpr CornerRule kW2{CountTest::None, {{
-    {{Centre,  1,  1}, kSouth, kEast, RowBelow, ColBehind, RowBelow, Side::Y},
+/// The tree on o. It asks nothing of the counts.
+constexpr CornerRule kOpposite{CountTest::None, {{
+    {{Centre,  1,  1}, kSouth, kEast, RowBelow, ColAfter, RowBelow, Side::Y},
     {{Centre,  1, -1}, kSouth, kWest, RowBelow, ColBefore, RowBelow, Side::Y},
-    {{Centre, -1,  1}, kNorth, kEast, RowAbove, ColBehind, RowAbove, Side::Y},
+    {{Centre, -1,  1}, kNorth, kEast, RowAbove, ColAfter, RowAbove, Side::Y},
     {{Centre, -1, -1}, kNorth, kWest, RowAbove, ColBefore, RowBelow, Side::Y},
 }}};
-constexpr CornerRule kW3{CountTest::B3, {{
+/// The tree on y.
+constexpr CornerRule kOuterB{CountTest::B3, {{
     {{B, 1, -1}, kSouth, kWest, RowBelow, ColBefore, RowBelow, Side::Y},
-    {{B, 1,  1}, kSouth, kEast, RowBelow, ColBehind, RowBelow, Side::Y},
+    {{B, 1,  1}, kSouth, kEast, RowBelow, ColAfter, RowBelow, Side::Y},
     {{B, 1,  1}, kSouth, kEast, RowBelow, ColBefore, RowBelow, Side::Y},
     {{B, 1, -1}, kSouth, kWest, RowBelow, ColBefore, RowBelow, Side::Y},
 }}};
-constexpr CornerRule kW5{CountTest::B3, {{
+/// The tree on b.
+constexpr CornerRule kInnerB{CountTest::B3, {{
     {{B, -1, -1}, kNorth, kWest, ColBefore, None, None, Side::X},
-    {{B, -1,  1}, kNorth, kEast, ColBehind, None, None, Side::X},
+    {{B, -1,  1}, kNorth, kEast, ColAfter, None, None, Side::X},
     {{B,  1, -1}, kSouth, kWest, ColBefore, None, None, Side::X},
-    {{B,  1,  1}, kSouth, kEast, ColBehind, None, None, Side::X},
+    {{B,  1,  1}, kSouth, kEast, ColAfter, None, None, Side::X},
 }}};
-constexpr CornerRule kW6{CountTest::A3, {{
+/// The tree on a.
+constexpr CornerRule kInnerA{CountTest::A3, {{
     {{A, -1, -1}, kNorth, kWest, RowAbove, None, None, Side::Y},
     {{A, -1,  1}, kNorth, kEast, RowAbove, None, None, Side::Y},
     {{A,  1, -1}, kSouth, kWest, RowAbove, None, None, Side::Y},
     {{A,  1,  1}, kSouth, kEast, RowBelow, None, None, Side::Y},
 }}};
 
-/// W4: two further trees, each with one field left.
-struct TwoTreesRow { Field T1, Tent1, T2, Tent2; };
-constexpr std::array<TwoTreesRow, 4> kW4{{
+/// Trees on both a and b: each has one field left.
+struct BothInnerCase { Field First, FirstTent, Second, SecondTent; };
+constexpr ByFormation<BothInnerCase> kBothInner{{
     {{A, -1, -1}, {A, -2, -1}, {B, -1, -1}, {B, -1, -2}},
     {{A, -1,  1}, {A, -2,  1}, {B, -1,  1}, {B, -1,  2}},
     {{A,  1, -1}, {A,  1, -2}, {B,  1, -1}, {B,  2, -1}},
@@ -91,41 +100,41 @@ constexpr std::array<TwoTreesRow, 4> kW4{{
 }};
 
 /// Two fields side by side that become grass, if the guard holds at the row or column of the centre.
-enum class Guard { RowsAbove, RowsBelow, ColsBefore, ColsBehind };
-struct PairRow { Guard If; Field First, Second; };
+enum class Guard { RowsAbove, RowsBelow, ColsBefore, ColsAfter };
+struct PairCase { Guard If; Field First, Second; };
 
-/// The pair two steps from A and the centre, away from the other field of A; likewise for B.
-constexpr std::array<PairRow, 4> kPairOfA{{
-    {Guard::ColsBehind, {A,  0,  2}, {Centre,  0,  2}},
+/// The pair p, two steps from A and the centre; q likewise.
+constexpr ByFormation<PairCase> kPairOfA{{
+    {Guard::ColsAfter, {A,  0,  2}, {Centre,  0,  2}},
     {Guard::ColsBefore, {A,  0, -2}, {Centre,  0, -2}},
     {Guard::RowsAbove,  {A, -2,  0}, {Centre, -2,  0}},
     {Guard::RowsAbove,  {A, -2,  0}, {Centre, -2,  0}},
 }};
-constexpr std::array<PairRow, 4> kPairOfB{{
+constexpr ByFormation<PairCase> kPairOfB{{
     {Guard::RowsBelow,  {B, 2,  0}, {Centre, 2,  0}},
     {Guard::RowsBelow,  {B, 2,  0}, {Centre, 2,  0}},
-    {Guard::ColsBehind, {B, 0,  2}, {Centre, 0,  2}},
+    {Guard::ColsAfter, {B, 0,  2}, {Centre, 0,  2}},
     {Guard::ColsBefore, {B, 0, -2}, {Centre, 0, -2}},
 }};
 
-/// W7: the three fields that must be open, and the one among them that takes the tent.
-struct TentRow { Field Open1, Open2, Open3, Tent; };
-constexpr std::array<TentRow, 4> kW7{{
+/// K takes a tent: the three fields that must be open, and K among them.
+struct InnerFieldCase { Field Open1, Open2, Open3, Tent; };
+constexpr ByFormation<InnerFieldCase> kInnerField{{
     {{A,  0, -1}, {A, 0, 1}, {B, 1,  0}, {A, 0, -1}},
     {{A,  0, -1}, {A, 0, 1}, {B, 1,  0}, {A, 0,  1}},
     {{A, -1,  0}, {A, 1, 0}, {B, 0,  1}, {A, 1,  0}},
     {{A, -1,  0}, {A, 1, 0}, {B, 0, -1}, {A, 1,  0}},
 }};
 
-/// W8 and W9: the two fields that must be open.
-struct OpenRow { Field Open1, Open2; };
-constexpr std::array<OpenRow, 4> kW8{{
+/// A pair becomes grass: the two fields of its wing tree that must be open, K and the third side.
+struct OpenCase { Field Open1, Open2; };
+constexpr ByFormation<OpenCase> kOpenOfA{{
     {{A,  0, -1}, {A, 0, 1}},
     {{A,  0, -1}, {A, 0, 1}},
     {{A, -1,  0}, {A, 1, 0}},
     {{A, -1,  0}, {A, 1, 0}},
 }};
-constexpr std::array<OpenRow, 4> kW9{{
+constexpr ByFormation<OpenCase> kOpenOfB{{
     {{B, -1,  0}, {B, 1, 0}},
     {{B, -1,  0}, {B, 1, 0}},
     {{B,  0, -1}, {B, 0, 1}},
@@ -133,28 +142,25 @@ constexpr std::array<OpenRow, 4> kW9{{
 }};
 // clang-format on
 
-/// The nine rules on one wing. Each reads from left to right and no further than it takes to settle it.
+/// The nine rules on one wing. The trees that a rule asks for are read even where its counts do not fit; open
+/// fields are read from left to right and no further than it takes to settle the rule.
 class Rules {
  public:
-  Rules(const Array<int>& board, int size, const Wing& wing)
-      : board_(board), size_(size), wing_(wing), row_(static_cast<std::size_t>(wing.Formation - 1)) {
-    find_.Formation = wing;
-  }
+  Rules(const Lines& rows, const Wing& wing, Find& find)
+      : board_(rows.Board()), size_(rows.Size()), wing_(wing), index_(wing.Formation - 1), find_(find) {}
 
-  std::optional<WingFind> Run(TwoTreesRule twoTrees) {
-    const bool hit = Corner(kW1) || Corner(kW2) || Corner(kW3) || TwoTrees(twoTrees) || Corner(kW5) ||
-                     LastCorner() || Tent() || Grass(2, 3, kW8[row_], kPairOfA[row_]) ||
-                     Grass(3, 2, kW9[row_], kPairOfB[row_]);
-    if (hit) return find_;
-    return {};
+  bool Decide(BothInner bothInner) {
+    return Corner(kOuterA) || Corner(kOpposite) || Corner(kOuterB) || BothInnerTrees(bothInner) ||
+           Corner(kInnerB) || CornerOfInnerA() || InnerField() ||
+           Pair(2, 3, kOpenOfA[index_], kPairOfA[index_]) || Pair(3, 2, kOpenOfB[index_], kPairOfB[index_]);
   }
 
  private:
   int CellOf(Field field) const {
     const int tree = field.Tree == Centre ? wing_.Centre : field.Tree == A ? wing_.A : wing_.B;
-    return tree + field.Rows * size_ + field.Cols;
+    return tree + field.Down * size_ + field.Right;
   }
-  int CellOf(int cell, Offset offset) const { return cell + offset.Rows * size_ + offset.Cols; }
+  int CellOf(int cell, Offset offset) const { return cell + offset.Down * size_ + offset.Right; }
   bool IsOpen(int cell) const { return board_[cell] == CELL_OPEN; }
   bool IsOpen(Field field) const { return IsOpen(CellOf(field)); }
 
@@ -166,7 +172,7 @@ class Rules {
         return cell / size_ < size_ - 1;
       case ColBefore:
         return cell % size_ > 0;
-      case ColBehind:
+      case ColAfter:
         return cell % size_ < size_ - 1;
       case None:
         break;
@@ -183,7 +189,7 @@ class Rules {
         return row < size_ - 2;
       case Guard::ColsBefore:
         return col > 1;
-      case Guard::ColsBehind:
+      case Guard::ColsAfter:
         return col < size_ - 2;
     }
     return false;
@@ -192,98 +198,96 @@ class Rules {
     return test == CountTest::None || (test == CountTest::A3 ? wing_.OpenA : wing_.OpenB) == 3;
   }
 
-  void Mark(int cell, int tile) { find_.Marks[static_cast<std::size_t>(find_.Count++)] = {cell, tile}; }
-  bool Hit(WingMessage message) {
-    find_.Message = message;
+  bool Hit(WingCase which) {
+    find_.Case = which;
     return true;
   }
 
   /// The tree is read before the counts are tested, so that a tree beyond the board is an error in any case.
   bool Applies(const CornerRule& rule) const {
-    const bool tree = board_[CellOf(rule.Rows[row_].T)] == CELL_TREE;
+    const bool tree = board_[CellOf(rule.Cases[index_].T)] == CELL_TREE;
     return Holds(rule.Count) && tree;
   }
 
   bool Corner(const CornerRule& rule) {
     if (!Applies(rule)) return false;
-    const CornerRow& row = rule.Rows[row_];
-    const int tree = CellOf(row.T);
-    const int x = CellOf(tree, row.X);
-    const int y = CellOf(tree, row.Y);
-    if (Holds(row.First, tree) && Holds(row.Second, tree)) {
+    const CornerCase& it = rule.Cases[index_];
+    const int tree = CellOf(it.T);
+    const int x = CellOf(tree, it.X);
+    const int y = CellOf(tree, it.Y);
+    if (Holds(it.First, tree) && Holds(it.Second, tree)) {
       const int corner = x + y - tree;
       if (!(IsOpen(x) && IsOpen(y) && IsOpen(corner))) return false;
-      Mark(tree, CELL_TREE);
-      Mark(x, -CELL_TENT);
-      Mark(y, -CELL_TENT);
-      Mark(corner, -CELL_GRASS);
-      return Hit(WingMessage::TA);
+      find_.Add(tree, Role::Tree);
+      find_.Add(x, Role::MayBeTent);
+      find_.Add(y, Role::MayBeTent);
+      find_.Add(corner, Role::Grass);
+      return Hit(WingCorner);
     }
-    const bool takeX = row.Fallback == None ? row.Otherwise == Side::X : Holds(row.Fallback, tree);
+    const bool takeX = it.Fallback == None ? it.Otherwise == Side::X : Holds(it.Fallback, tree);
     const int left = takeX ? x : y;
     if (!IsOpen(left)) return false;
-    Mark(tree, CELL_TREE);
-    Mark(left, -CELL_TENT);
-    return Hit(WingMessage::TB);
+    find_.Add(tree, Role::Tree);
+    find_.Add(left, Role::Tent);
+    return Hit(WingOneSide);
   }
 
-  /// W6. In formation 2 its second tent mark goes to the field west of the tree last looked at, whichever it
-  /// was.
-  bool LastCorner() {
-    if (!Corner(kW6)) return false;
-    if (wing_.Formation == 2 && find_.Message == WingMessage::TA) {
+  /// In formation 2 the second field that may be a tent is the one west of the tree last looked at, whichever
+  /// it was.
+  bool CornerOfInnerA() {
+    if (!Corner(kInnerA)) return false;
+    if (wing_.Formation == 2 && find_.Case == WingCorner) {
       int tree = wing_.B;
-      if (Applies(kW2)) {
-        tree = CellOf(kW2.Rows[row_].T);
-      } else if (Applies(kW1)) {
-        tree = CellOf(kW1.Rows[row_].T);
+      if (Applies(kOpposite)) {
+        tree = CellOf(kOpposite.Cases[index_].T);
+      } else if (Applies(kOuterA)) {
+        tree = CellOf(kOuterA.Cases[index_].T);
       }
-      find_.Marks[2].Cell = tree - 1;
+      find_.Fields[2].Cell = tree - 1;
     }
     return true;
   }
 
-  bool TwoTrees(TwoTreesRule twoTrees) {
-    const TwoTreesRow& row = kW4[row_];
-    const bool first = board_[CellOf(row.T1)] == CELL_TREE;
-    const bool second = board_[CellOf(row.T2)] == CELL_TREE;
-    const bool never = wing_.Formation == 4 && twoTrees == TwoTreesRule::NotInFormation4;
+  bool BothInnerTrees(BothInner bothInner) {
+    const BothInnerCase& it = kBothInner[index_];
+    const bool first = board_[CellOf(it.First)] == CELL_TREE;
+    const bool second = board_[CellOf(it.Second)] == CELL_TREE;
+    const bool never = wing_.Formation == 4 && bothInner == BothInner::NotInFormation4;
     if (never || wing_.OpenA + wing_.OpenB != 6 || !first || !second) return false;
-    Mark(CellOf(row.T1), CELL_TREE);
-    Mark(CellOf(row.Tent1), -CELL_TENT);
-    Mark(CellOf(row.T2), CELL_TREE);
-    Mark(CellOf(row.Tent2), -CELL_TENT);
-    return Hit(WingMessage::TC);
+    find_.Add(CellOf(it.First), Role::Tree);
+    find_.Add(CellOf(it.FirstTent), Role::Tent);
+    find_.Add(CellOf(it.Second), Role::Tree);
+    find_.Add(CellOf(it.SecondTent), Role::Tent);
+    return Hit(WingBothInner);
   }
 
-  void MarkOpen(const PairRow& pair) {
+  void AddOpen(const PairCase& pair) {
     if (!Holds(pair.If)) return;
-    if (IsOpen(pair.First)) Mark(CellOf(pair.First), -CELL_GRASS);
-    if (IsOpen(pair.Second)) Mark(CellOf(pair.Second), -CELL_GRASS);
+    if (IsOpen(pair.First)) find_.Add(CellOf(pair.First), Role::Grass);
+    if (IsOpen(pair.Second)) find_.Add(CellOf(pair.Second), Role::Grass);
   }
 
-  bool Tent() {
-    const TentRow& row = kW7[row_];
-    if (!(wing_.OpenA + wing_.OpenB == 4 && IsOpen(row.Open1) && IsOpen(row.Open2) && IsOpen(row.Open3)))
+  bool InnerField() {
+    const InnerFieldCase& it = kInnerField[index_];
+    if (!(wing_.OpenA + wing_.OpenB == 4 && IsOpen(it.Open1) && IsOpen(it.Open2) && IsOpen(it.Open3)))
       return false;
-    Mark(CellOf(row.Tent), -CELL_TENT);
-    MarkOpen(kPairOfA[row_]);
-    MarkOpen(kPairOfB[row_]);
-    return Hit(WingMessage::TD);
+    find_.Add(CellOf(it.Tent), Role::Tent);
+    AddOpen(kPairOfA[index_]);
+    AddOpen(kPairOfB[index_]);
+    return Hit(WingInnerField);
   }
 
-  bool Grass(int openA, int openB, const OpenRow& row, const PairRow& pair) {
-    if (!(wing_.OpenA == openA && wing_.OpenB == openB && IsOpen(row.Open1) && IsOpen(row.Open2)))
-      return false;
-    MarkOpen(pair);
-    return find_.Count > 0 && Hit(WingMessage::TE);
+  bool Pair(int openA, int openB, const OpenCase& it, const PairCase& pair) {
+    if (!(wing_.OpenA == openA && wing_.OpenB == openB && IsOpen(it.Open1) && IsOpen(it.Open2))) return false;
+    AddOpen(pair);
+    return !find_.Fields.IsEmpty() && Hit(WingPair);
   }
 
   const Array<int>& board_;
-  int size_;
-  Wing wing_;
-  std::size_t row_;
-  WingFind find_{};
+  const int size_;
+  const Wing& wing_;
+  const int index_;  // Of the formation in the tables.
+  Find& find_;
 };
 
 /// The neighbours of a wing tree.
@@ -316,12 +320,14 @@ Positions CentresIn(const Lines& rows, int row) {
   return rows.Trees(row) & rows.Interior() & corner & ~SidesOf(rows, CELL_TENT, row).Any();
 }
 
-/// The wing around such a tree, if its wing trees are fit.
-std::optional<Wing> WingAt(const Array<int>& board, int size, int centre) {
-  const bool north = board[centre - size] == CELL_TREE;
-  const bool west = board[centre - 1] == CELL_TREE;
+/// Sets `wing` to the one around such a tree. Returns whether its wing trees are fit.
+bool WingAt(const Lines& rows, int row, int col, Wing& wing) {
+  const Array<int>& board = rows.Board();
+  const int size = rows.Size();
+  const int centre = rows.axis.At(row, col);
+  const bool north = Has(rows.Trees(row - 1), col);
+  const bool west = Has(rows.Trees(row), col - 1);
   const int side = west ? centre - 1 : centre + 1;
-  Wing wing{};
   wing.Centre = centre;
   wing.Formation = north ? (west ? 1 : 2) : (west ? 3 : 4);
   wing.A = north ? centre - size : side;
@@ -331,28 +337,19 @@ std::optional<Wing> WingAt(const Array<int>& board, int size, int centre) {
   wing.OpenA = a.Open;
   wing.OpenB = b.Open;
   // Each wing tree touches the centre and no other tree.
-  const bool stands = a.Trees + b.Trees == 2 && a.Open > 1 && b.Open > 1 && a.Tents + b.Tents == 0;
-  return stands ? std::optional(wing) : std::nullopt;
+  return a.Trees + b.Trees == 2 && a.Open > 1 && b.Open > 1 && a.Tents + b.Tents == 0;
 }
 
 }  // namespace
 
-std::optional<WingFind> FindWing(const Array<int>& board, const Lines& rows, TwoTreesRule twoTrees) {
-  const int size = rows.axis.size;
-  std::optional<WingFind> find;
-  for (int row = 1; row < size - 1; ++row) {
+bool FindWing(Lines& rows, BothInner bothInner, Find& find, Wing& wing) {
+  for (int row = 1; row < rows.Size() - 1; ++row) {
     const bool found = AnyIn(CentresIn(rows, row), [&](int col) {
-      const std::optional<Wing> wing = WingAt(board, size, row * size + col);
-      if (wing) find = Rules(board, size, *wing).Run(twoTrees);
-      return find.has_value();
+      return WingAt(rows, row, col, wing) && Rules(rows, wing, find).Decide(bothInner);
     });
-    if (found) break;
+    if (found) return true;
   }
-  return find;
-}
-
-std::optional<WingFind> FindWing(const Array<int>& board, int size, TwoTreesRule twoTrees) {
-  return FindWing(board, Lines(board, {Direction::Rows, size}), twoTrees);
+  return false;
 }
 
 }  // namespace bivouac

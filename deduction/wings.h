@@ -1,10 +1,21 @@
 // Wings: three trees in an L. The fields around them are so entangled that some are spoken for whatever the
 // three trees do, and other trees nearby lose those fields.
+//
+// C is the centre, A and B are the wing trees, K is the field that both wing trees touch. Formation 1, of
+// which the others are turned forms:
+//
+//     column   -3  -2  -1   0  +1  +2
+//     row -3    .   .   t   .   .   .        a, b  the inner neighbours of A and B
+//         -2    .   .   a   .   x   .        x, y  their outer neighbours
+//         -1    t   b   K   A   e   p        o     the field opposite K
+//          0    .   .   B   C   .   p        e, f  the third sides of A and B
+//         +1    .   y   f   .   o   .        p, q  the pairs beyond e and f
+//         +2    .   .   q   q   .   .        t     tents of trees on a and b
+//
+// Trees on a, b, x, y and o lose fields to the wing; see the rules in wings.cpp.
 #pragma once
 
-#include <array>
-#include <optional>
-
+#include "deduction/find.h"
 #include "deduction/lines.h"
 
 namespace bivouac {
@@ -20,37 +31,22 @@ struct Wing {
   int OpenB;
 };
 
-/// What a rule concludes, and so which sentence explains it.
-enum class WingMessage {
-  TA,  ///< Two sides of another tree are left, the field between them is grass.
-  TB,  ///< Another tree has one side left.
-  TC,  ///< Two other trees have one side left each.
-  TD,  ///< A tent between the wing trees, and grass beyond, if any.
-  TE,  ///< Grass beyond a wing tree.
+/// What a rule concludes.
+enum WingCase : int {
+  WingCorner,      ///< Two sides of another tree are left, the field between them is grass.
+  WingOneSide,     ///< Another tree has one side left.
+  WingBothInner,   ///< The trees on a and b have one side left each.
+  WingInnerField,  ///< A tent on K, and grass on the pairs beyond, if any.
+  WingPair,        ///< Grass on the pair beyond one wing tree.
 };
 
-/// A mark as a hint draws it: 3 a tree, -2 a field that may or must take a tent, -1 a field that must be
-/// grass.
-struct WingMark {
-  int Cell;
-  int Tile;
-};
+/// The hint never uses the rule of trees on both a and b in formation 4; the rater does.
+enum class BothInner { NotInFormation4, InAllFormations };
 
-struct WingFind {
-  Wing Formation;
-  WingMessage Message;
-  int Count;                      ///< Marks, 1 to 5, in the order of the hint.
-  std::array<WingMark, 5> Marks;  ///< Cells may lie off the board.
-};
-
-/// The hint never uses the rule of two outside trees (W4) in formation 4; the rater does.
-enum class TwoTreesRule { NotInFormation4, InAllFormations };
-
-/// The first wing, row by row, and in it the first of the nine rules, that decides something.
-/// Errors: IndexOutsideArray where a rule reads a field beyond the first or last of the board. Beyond the
-/// left or right edge the index lands in the neighbouring row, and that field decides.
-std::optional<WingFind> FindWing(const Array<int>& board, int size, TwoTreesRule twoTrees);
-/// The same for a board whose rows are kept. Requires: `rows` are the rows of `board`.
-std::optional<WingFind> FindWing(const Array<int>& board, const Lines& rows, TwoTreesRule twoTrees);
+/// The first wing, row by row, and in it the first of the nine rules, that decides something. Fields of the
+/// find may lie off the board. `wing` is set if there is one. Errors: IndexOutsideArray where a rule reads a
+/// field beyond the first or last of the board. Beyond the left or right edge the index lands in the
+/// neighbouring row, and that field decides.
+bool FindWing(Lines& rows, BothInner bothInner, Find& find, Wing& wing);
 
 }  // namespace bivouac

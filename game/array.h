@@ -1,7 +1,7 @@
 // Arrays whose bounds are checked: an index outside them is a RunTimeError, never undefined behaviour.
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -46,29 +46,52 @@ class Array {
   std::vector<T> items_;
 };
 
-/// An array of a fixed number of entries, indexed from 0.
+/// An array of a fixed number of entries, indexed from 0 by int. Tables that are known while the program is
+/// compiled are such arrays, too: FixedArray<int, 2> pair{{1, 2}}.
 template <class T, int Size>
 class FixedArray {
  public:
-  T& operator[](int index) { return items_[Offset(index)]; }
-  const T& operator[](int index) const { return items_[Offset(index)]; }
+  constexpr T& operator[](int index) { return Items[Offset(index)]; }
+  constexpr const T& operator[](int index) const { return Items[Offset(index)]; }
 
-  auto begin() { return items_.begin(); }
-  auto end() { return items_.end(); }
-  auto begin() const { return items_.begin(); }
-  auto end() const { return items_.end(); }
-  void Fill(const T& value) { items_.fill(value); }
+  constexpr T* begin() { return Items; }
+  constexpr T* end() { return Items + Size; }
+  constexpr const T* begin() const { return Items; }
+  constexpr const T* end() const { return Items + Size; }
+  constexpr void Fill(const T& value) { std::fill(begin(), end(), value); }
 
   friend bool operator==(const FixedArray&, const FixedArray&) = default;
 
+  T Items[Size]{};  ///< Public for the braces of a table alone.
+
  private:
-  static std::size_t Offset(int index) {
+  static constexpr std::size_t Offset(int index) {
     const auto offset = static_cast<std::size_t>(index);
     if (offset >= static_cast<std::size_t>(Size)) ThrowIndexOutsideArray();
     return offset;
   }
+};
 
-  std::array<T, static_cast<std::size_t>(Size)> items_{};
+/// Entries in the order in which they were added, up to a fixed number of them.
+template <class T, int Capacity>
+class FixedList {
+ public:
+  /// Errors: IndexOutsideArray if the list is full.
+  void Add(const T& item) { items_[count_++] = item; }
+  void Clear() { count_ = 0; }
+
+  int Count() const { return count_; }
+  bool IsEmpty() const { return count_ == 0; }
+  const T& operator[](int index) const { return items_[index]; }
+  T& operator[](int index) { return items_[index]; }
+  auto begin() { return items_.begin(); }
+  auto end() { return items_.begin() + count_; }
+  auto begin() const { return items_.begin(); }
+  auto end() const { return items_.begin() + count_; }
+
+ private:
+  int count_ = 0;
+  FixedArray<T, Capacity> items_;
 };
 
 }  // namespace bivouac

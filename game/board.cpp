@@ -47,7 +47,8 @@ void SetPicture(Main& main, int cell, int tile) {
 
 bool TouchesTree(const Main& main, int cell) {
   bool touches = false;
-  ForEachSide(main, cell, [&](int side, int) { touches = touches || main.Board[side] == CELL_TREE; });
+  ForEachSide(main.BoardSize, cell,
+              [&](int side, int) { touches = touches || main.Board[side] == CELL_TREE; });
   return touches;
 }
 
@@ -59,8 +60,6 @@ void RefreshLineColours(Main& main, int cell, LineRule rule) {
 }
 
 void FillAroundTent(Main& main, int tent, FillTarget target) {
-  if (target != FillTarget::Board && target != FillTarget::DrawnBoard && target != FillTarget::Solution)
-    return;
   Array<int>& cells = target == FillTarget::Solution ? main.Solution : main.Board;
   AnyAround(main, tent, [&](int cell) {
     if (cells[cell] == CELL_OPEN) {

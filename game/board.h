@@ -20,16 +20,27 @@ int ColClue(const Main& main, int col);
 /// nothing.
 void SetPicture(Main& main, int cell, int tile);
 
-/// Calls visit(neighbour, direction) for the four neighbours of a cell that lie on the board: north, east,
-/// south, west.
+/// What to add to a cell to reach its neighbour in a direction, NORTH to WEST. At the edge of the board that
+/// is no neighbour: past the left or right edge it lands in the next row.
+constexpr int StepOf(int size, int direction) {
+  const int step = direction == NORTH || direction == SOUTH ? size : 1;
+  return direction == NORTH || direction == WEST ? -step : step;
+}
+
+/// The direction back.
+constexpr int OppositeOf(int direction) {
+  return direction <= EAST ? direction + 2 : direction - 2;
+}
+
+/// Calls visit(neighbour, direction) for the four neighbours of a cell that lie on a board of so many lines:
+/// north, east, south, west.
 template <class Visit>
-void ForEachSide(const Main& main, int cell, Visit visit) {
-  const int last = main.BoardSize - 1;
-  const int row = RowOf(main, cell);
-  const int col = ColOf(main, cell);
-  if (row > 0) visit(cell - main.BoardSize, NORTH);
-  if (col < last) visit(cell + 1, EAST);
-  if (row < last) visit(cell + main.BoardSize, SOUTH);
+void ForEachSide(int size, int cell, Visit visit) {
+  const int row = cell / size;
+  const int col = cell % size;
+  if (row > 0) visit(cell - size, NORTH);
+  if (col < size - 1) visit(cell + 1, EAST);
+  if (row < size - 1) visit(cell + size, SOUTH);
   if (col > 0) visit(cell - 1, WEST);
 }
 

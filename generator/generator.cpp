@@ -58,7 +58,7 @@ void Shuffle(Array<int>& order, int count, Random& random) {
 /// Makes the cell a tree if it can have its tent in the direction.
 void TryTree(Main& main, int cell, int direction) {
   int tent = -1;
-  ForEachSide(main, cell, [&](int side, int towards) {
+  ForEachSide(main.BoardSize, cell, [&](int side, int towards) {
     if (towards == direction && main.Board[side] == CELL_OPEN) tent = side;
   });
   if (tent == -1) return;
@@ -85,7 +85,7 @@ bool IsSaturated(const Main& main) {
   for (int cell = 0; cell < main.CellCount; ++cell) {
     if (main.Board[cell] >= CELL_TENT) continue;
     bool room = false;
-    ForEachSide(main, cell, [&](int side, int) { room = room || main.Board[side] == CELL_OPEN; });
+    ForEachSide(main.BoardSize, cell, [&](int side, int) { room = room || main.Board[side] == CELL_OPEN; });
     if (room) return false;
   }
   return true;

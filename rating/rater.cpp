@@ -1,36 +1,40 @@
 #include "rating/rater.h"
 
-#include "game/text.h"
-
 namespace bivouac {
+namespace {
 
-int LineView::Clue(int line) {
-  std::optional<int>& clue = clues_[Index(line)];
-  if (!clue) clue = IntegerFromText(labels_[line].Caption);
-  return *clue;
+/// The main of a rating, if its board can be worked on; before anything is read from it.
+Main& LaidOut(Main& main) {
+  const int size = main.BoardSize;
+  const bool laidOut = size >= kMinSize && size <= kMaxSize && main.CellCount == size * size;
+  if (!laidOut || main.Board.Upper() != main.CellCount - 1) ThrowIndexOutsideArray();
+  return main;
 }
 
-const LineRuns& LineView::Runs(int line) {
-  KnownRuns& known = runs_[Index(line)];
-  if (known.Open != lines.Open(line)) known = {lines.Open(line), CutRuns(lines.Open(line))};
-  return known.Runs;
+Lines EmptyLines(const Main& main, LineKind kind) {
+  const PackRecord& puzzle = main.global.PuzzleRec;
+  const bool row = kind == LineKind::Row;
+  return {main.Board,
+          {kind, main.BoardSize},
+          Clues(row ? puzzle.RowCounts : puzzle.ColCounts),
+          Clues(row ? main.RowCnt : main.ColCnt)};
 }
+
+}  // namespace
 
 Rater::Rater(Main& main_)
-    : main(main_),
+    : main(LaidOut(main_)),
       size(main.BoardSize),
       cells(main.CellCount),
-      rows({Direction::Rows, size}, main.global.PuzzleRec.RowCounts, main.RowCnt),
-      columns({Direction::Columns, size}, main.global.PuzzleRec.ColCounts, main.ColCnt) {
-  const bool laidOut = size >= kMinSize && size <= kMaxSize && cells == size * size;
-  if (!laidOut || main.Board.Upper() != cells - 1) ThrowIndexOutsideArray();
+      rows(EmptyLines(main, LineKind::Row)),
+      columns(EmptyLines(main, LineKind::Column)) {
   const PackRecord& puzzle = main.global.PuzzleRec;
   for (int row = 0, cell = 0; row < size; ++row) {
     for (int col = 0; col < size; ++col, ++cell) {
       const int code = puzzle.Layout[cell] == CELL_TREE ? CELL_TREE : CELL_OPEN;
       main.Board[cell] = code;
-      rows.lines.Add(code, row, col);
-      columns.lines.Add(code, col, row);
+      rows.Add(code, row, col);
+      columns.Add(code, col, row);
       wrong += code != puzzle.Layout[cell];
     }
   }
@@ -47,17 +51,24 @@ void Rater::Set(int cell, int code) {
   content = code;
 }
 
-bool Rater::GrassIfOpen(int cell) {
-  if (!IsOpen(cell)) return false;
-  Set(cell, CELL_GRASS);
-  return true;
+bool Rater::Act() {
+  bool tents = false;
+  for (const FoundField& field : find.Fields) {
+    if (field.Is == Role::Tent) {
+      Set(field.Cell, CELL_TENT);
+      tents = true;
+    } else if (field.Is == Role::Grass && main.Board[field.Cell] == CELL_OPEN) {
+      Set(field.Cell, CELL_GRASS);
+    }
+  }
+  return tents;
 }
 
-void Rater::SetAll(const Lines& lines, int line, Positions positions, int code) {
-  AnyIn(positions, [&](int position) {
-    Set(lines.axis.At(line, position), code);
-    return false;
-  });
+void Rater::SweepTentNeighbours() {
+  for (int row = 0; row < size; ++row) {
+    ForEachIn(rows.Open(row) & Around(rows, CELL_TENT, row),
+              [&](int col) { Set(rows.axis.At(row, col), CELL_GRASS); });
+  }
 }
 
 }  // namespace bivouac

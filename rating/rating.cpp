@@ -1,47 +1,54 @@
 #include "rating/rating.h"
 
-#include <array>
-
-#include "rating/passes.h"
+#include "deduction/finds.h"
+#include "deduction/wings.h"
+#include "rating/rater.h"
+#include "rating/shared_field.h"
 
 namespace bivouac {
 namespace {
 
-constexpr std::array<PassRow, 23> kPasses{{
-    {"PassLoneOption", 1, PassLoneOption},
-    {"PassServedNeighbour", 1, PassServedNeighbour},
-    {"PassRowComplete", 1, PassRowComplete},
-    {"PassColumnComplete", 1, PassColumnComplete},
-    {"PassRowRuns", 1, PassRowRuns},
-    {"PassColumnRuns", 1, PassColumnRuns},
-    {"PassCornerField", 2, PassCornerField},
-    {"PassPinchedRow", 2, PassPinchedRow},
-    {"PassPinchedColumn", 2, PassPinchedColumn},
-    {"PassClaimedRow", 2, PassClaimedRow},
-    {"PassClaimedColumn", 2, PassClaimedColumn},
-    {"PassPinchedCorner", 3, PassPinchedCorner},
-    {"PassSharedField", 3, PassSharedField},
-    {"PassLastTentRow", 3, PassLastTentRow},
-    {"PassLastTentColumn", 3, PassLastTentColumn},
-    {"PassSpareRunRow", 4, PassSpareRunRow},
-    {"PassSpareRunColumn", 4, PassSpareRunColumn},
-    {"PassCluster", 4, PassCluster},
-    {"PassTwinRow", 4, PassTwinRow},
-    {"PassTwinColumn", 4, PassTwinColumn},
-    {"PassWing", 4, PassWing},
-    {"PassTreeSupplyRow", 5, PassTreeSupplyRow},
-    {"PassTreeSupplyColumn", 5, PassTreeSupplyColumn},
+constexpr LineKind kRow = LineKind::Row;
+constexpr LineKind kColumn = LineKind::Column;
+
+bool FindServed(Lines& rows, Find& find) {
+  return FindServedNeighbour(rows, ServedFrom::AnySide, find);
+}
+bool FindAnyWing(Lines& rows, Find& find) {
+  Wing wing;
+  return FindWing(rows, BothInner::InAllFormations, find, wing);
+}
+bool FindSupply(Lines& lines, Find& find) {
+  return FindTreeSupply(lines, BeyondLastLine::IsAnError, find);
+}
+
+constexpr FixedArray<Pass, 23> kPasses{{
+    {"PassLoneOption", 1, kRow, FindLoneOption, AlsoDoes::LeavesOneMark},
+    {"PassServedNeighbour", 1, kRow, FindServed},
+    {"PassRowComplete", 1, kRow, FindComplete},
+    {"PassColumnComplete", 1, kColumn, FindComplete},
+    {"PassRowRuns", 1, kRow, FindRuns},
+    {"PassColumnRuns", 1, kColumn, FindRuns},
+    {"PassCornerField", 2, kRow, FindCornerField},
+    {"PassPinchedRow", 2, kRow, FindPinched},
+    {"PassPinchedColumn", 2, kColumn, FindPinched},
+    {"PassClaimedRow", 2, kRow, FindClaimed},
+    {"PassClaimedColumn", 2, kColumn, FindClaimed},
+    {"PassPinchedCorner", 3, kRow, FindPinchedCorner},
+    {"PassSharedField", 3, kRow, FindOtherOptions},
+    {"PassLastTentRow", 3, kRow, FindLastTent},
+    {"PassLastTentColumn", 3, kColumn, FindLastTent},
+    {"PassSpareRunRow", 4, kRow, FindSpareRun},
+    {"PassSpareRunColumn", 4, kColumn, FindSpareRun},
+    {"PassCluster", 4, kRow, FindCluster, AlsoDoes::ClearsMarks},
+    {"PassTwinRow", 4, kRow, FindTwins},
+    {"PassTwinColumn", 4, kColumn, FindTwins},
+    {"PassWing", 4, kRow, FindAnyWing, AlsoDoes::SweepsInAnyCase},
+    {"PassTreeSupplyRow", 5, kRow, FindSupply},
+    {"PassTreeSupplyColumn", 5, kColumn, FindSupply},
 }};
 
 constexpr double kNothingFound = 2.0;  // What the last cycle of an unfinished puzzle costs.
-
-/// Fields that no tree touches are grass, free of charge.
-void GrassAwayFromTrees(Rater& rater) {
-  const Lines& rows = rater.rows.lines;
-  for (int row = 0; row < rater.size; ++row) {
-    rater.SetAll(rows, row, rows.Open(row) & ~SidesOf(rows, CELL_TREE, row).Any(), CELL_GRASS);
-  }
-}
 
 /// The frame: after every deduction back to the cheapest rule. `trace` may be null. Its FaultyPass is the
 /// pass that runs, so that it names the one that throws.
@@ -50,12 +57,13 @@ int Rate(Main& main, RatingTrace* trace) {
   Rater rater(main);
   const float stepWeight = static_cast<float>(1.0 / (2 * rater.size));
   int topTier = 1;
-  GrassAwayFromTrees(rater);
+  // Fields that no tree touches are grass, free of charge.
+  if (FindAwayFromTrees(rater.rows, rater.find)) rater.Act();
   while (true) {
-    const PassRow* found = nullptr;
-    for (const PassRow& pass : kPasses) {
-      if (trace) trace->FaultyPass = static_cast<int>(&pass - kPasses.data());
-      if (pass.Run(rater)) {
+    const Pass* found = nullptr;
+    for (const Pass& pass : kPasses) {
+      if (trace) trace->FaultyPass = static_cast<int>(&pass - kPasses.begin());
+      if (RunPass(rater, pass)) {
         found = &pass;
         break;
       }
@@ -65,7 +73,7 @@ int Rate(Main& main, RatingTrace* trace) {
     const double price = found ? static_cast<double>(stepWeight) * found->Tier : kNothingFound;
     main.Difficulty = static_cast<float>(static_cast<double>(main.Difficulty) + price);
     if (found) {
-      if (trace) trace->Passes.push_back(static_cast<int>(found - kPasses.data()));
+      if (trace) trace->Passes.push_back(static_cast<int>(found - kPasses.begin()));
       if (topTier < found->Tier) topTier = found->Tier;
     }
     if (rater.wrong == 0) return topTier;
@@ -83,8 +91,18 @@ int RateOrFail(Main& main, RatingTrace* trace) {
 
 }  // namespace
 
-std::span<const PassRow> PassTable() {
-  return kPasses;
+bool RunPass(Rater& rater, const Pass& pass) {
+  if (pass.Also == AlsoDoes::ClearsMarks) rater.main.BlinkTop = -1;
+  rater.find.Clear();
+  if (!pass.Look(pass.Along == kRow ? rater.rows : rater.columns, rater.find)) return false;
+  const bool tents = rater.Act();
+  if (pass.Also == AlsoDoes::LeavesOneMark) rater.main.BlinkTop = 0;
+  if (tents || pass.Also == AlsoDoes::SweepsInAnyCase) rater.SweepTentNeighbours();
+  return true;
+}
+
+std::span<const Pass> PassTable() {
+  return kPasses.Items;
 }
 
 std::string PassNames(const RatingTrace& trace) {

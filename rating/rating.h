@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "deduction/find.h"
+#include "deduction/lines.h"
 #include "game/game_state.h"
 
 namespace bivouac {
@@ -16,18 +18,31 @@ namespace bivouac {
 /// another puzzle. BlinkTop is used as scratch and ends at -1 or 0, or as it was.
 void RatePuzzle(Main& main, int& result);
 
-/// The state that the passes of one rating share.
 struct Rater;
 
-/// A pass of the rater: one rule, applied at the first place where it holds.
-struct PassRow {
+/// What a pass does besides acting on its find and sweeping around tents that it placed.
+enum class AlsoDoes {
+  Nothing,
+  LeavesOneMark,    ///< BlinkTop is 0 after a success.
+  ClearsMarks,      ///< BlinkTop is -1 after every run.
+  SweepsInAnyCase,  ///< Sweeps after a success that placed grass alone, too.
+};
+
+/// A pass of the rater: one deduction, made at the first place where it holds. The hint that explains the
+/// same deduction has the pass's name without "Pass"; what it looks for is told in deduction/finds.h.
+struct Pass {
   std::string_view Name;
-  int Tier;             ///< 1 to 5: its price is Tier steps.
-  bool (*Run)(Rater&);  ///< True if it changed the board. May end in a RunTimeError.
+  int Tier;  ///< 1 to 5: its price is Tier steps.
+  LineKind Along;
+  bool (*Look)(Lines& lines, Find& find);  ///< May end in a RunTimeError.
+  AlsoDoes Also = AlsoDoes::Nothing;
 };
 
 /// The passes in the order in which the frame walks them.
-std::span<const PassRow> PassTable();
+std::span<const Pass> PassTable();
+
+/// Runs a pass. True if it changed the board. May end in a RunTimeError.
+bool RunPass(Rater& rater, const Pass& pass);
 
 /// What a rating did.
 struct RatingTrace {

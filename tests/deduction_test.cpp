@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "deduction/runs.h"
+#include "deduction/lines.h"
 #include "deduction/wings.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
@@ -34,7 +34,7 @@ TEST(RunsTest, OddRunsAreFilledInOneWayEvenOnesInSeveral) {
       Case{"oooooooooooooooooo", 9, "..................", "oooooooooooooooooo"},
   };
   for (const Case& it : kCases) {
-    const LineRuns runs = CutRuns(SetOf(it.Open));
+    const Runs runs = CutRuns(SetOf(it.Open));
     EXPECT_EQ(runs.Capacity, it.Capacity) << it.Open;
     EXPECT_EQ(runs.Odd, SetOf(it.Odd)) << it.Open;
     EXPECT_EQ(runs.Even, SetOf(it.Even)) << it.Open;
@@ -54,11 +54,15 @@ TEST(WingsTest, TheHintLeavesTheTwoTreesOfFormation4ToTheRater) {
       ggg.Tggg
       gggggggg
       gggggggg)");
-  const auto find = FindWing(main.Board, 8, TwoTreesRule::InAllFormations);
-  ASSERT_TRUE(find);
-  EXPECT_EQ(find->Formation.Formation, 4);
-  EXPECT_EQ(find->Message, WingMessage::TC);
-  EXPECT_FALSE(FindWing(main.Board, 8, TwoTreesRule::NotInFormation4));
+  const Clues none(main.RowCnt);
+  Lines rows(main.Board, {LineKind::Row, 8}, none, none);
+  rows.ReadBoard();
+  Find find;
+  Wing wing;
+  EXPECT_FALSE(FindWing(rows, BothInner::NotInFormation4, find, wing));
+  ASSERT_TRUE(FindWing(rows, BothInner::InAllFormations, find, wing));
+  EXPECT_EQ(wing.Formation, 4);
+  EXPECT_EQ(find.Case, WingBothInner);
 }
 
 }  // namespace

@@ -144,7 +144,7 @@ int CountSolutions(Main& main, const std::vector<int>& trees, std::size_t index)
     return 1;
   }
   int solutions = 0;
-  ForEachSide(main, trees[index], [&](int side, int) {
+  ForEachSide(main.BoardSize, trees[index], [&](int side, int) {
     const bool free = main.Board[side] != CELL_TREE && main.Board[side] != CELL_TENT &&
                       !AnyAround(main, side, [&](int near) { return main.Board[near] == CELL_TENT; });
     if (!free || solutions >= 2) return;
@@ -250,7 +250,7 @@ TEST_F(Generator, EveryRecordIsAFullLayoutWithoutFault) {
         EXPECT_TRUE(code != CELL_TREE || main.TentDir[cell] == record.TentDirs[cell]);
         leftOvers += code != CELL_TREE && record.TentDirs[cell] != 0;
         if (code >= CELL_TENT) continue;
-        ForEachSide(main, cell, [&](int side, int) { EXPECT_NE(record.Layout[side], CELL_OPEN); });
+        ForEachSide(main.BoardSize, cell, [&](int side, int) { EXPECT_NE(record.Layout[side], CELL_OPEN); });
       }
       EXPECT_EQ(trees, main.TreeCount);
       EXPECT_EQ(record.LevelSize, LevelSizeOf(main.Level, size));

@@ -103,17 +103,17 @@ Outcome Attempt(Main& main, Run run) {
 }
 
 /// Runs a pass on the board as it stands, the clues being those of PuzzleRec.
-Outcome RunPass(Main& main, int pass) {
+Outcome TryPass(Main& main, int pass) {
   const Array<int> position = main.Board;
   Rater rater(main);
   for (int cell = 0; cell < main.CellCount; ++cell) rater.Set(cell, position[cell]);
-  return Attempt(main, [&] { return PassTable()[static_cast<std::size_t>(pass)].Run(rater); });
+  return Attempt(main, [&] { return RunPass(rater, PassTable()[static_cast<std::size_t>(pass)]); });
 }
 
 int PassNumber(std::string_view name) {
   const auto table = PassTable();
   const auto* row = std::find_if(&*table.begin(), &*table.begin() + table.size(),
-                                 [&](const PassRow& it) { return it.Name == name; });
+                                 [&](const Pass& it) { return it.Name == name; });
   if (row == &*table.begin() + table.size()) throw std::logic_error("no such pass");
   return static_cast<int>(row - &*table.begin());
 }
@@ -204,7 +204,7 @@ TEST_F(RatingTest, EveryPassKeepsItsSignatureOnRandomPositions) {
     const Array<int> position = main.Board;
     for (int pass = 0; pass < static_cast<int>(PassTable().size()); ++pass) {
       main.Board = position;
-      const Outcome outcome = RunPass(main, pass);
+      const Outcome outcome = TryPass(main, pass);
       signature.Add(outcome);
       if (outcome.Result == 1) ++finds[PassTable()[static_cast<std::size_t>(pass)].Name];
       if (outcome.Result < 0) ++faults;
@@ -212,7 +212,7 @@ TEST_F(RatingTest, EveryPassKeepsItsSignatureOnRandomPositions) {
   }
   EXPECT_EQ(signature.Value(), 6750795185566465377U);
   // It means something: each pass found what it looks for, and some ended in an error.
-  for (const PassRow& pass : PassTable()) EXPECT_GT(finds[pass.Name], 20) << pass.Name;
+  for (const Pass& pass : PassTable()) EXPECT_GT(finds[pass.Name], 20) << pass.Name;
   EXPECT_GT(faults, 100);
 }
 
@@ -270,7 +270,7 @@ std::string After(Main& main, std::string_view pass, std::string_view before) {
     main.global.PuzzleRec.ColCounts[i] = static_cast<std::int16_t>(ColClue(main, i));
   }
   const std::string untouched = DrawBoard(main);
-  const Outcome outcome = RunPass(main, PassNumber(pass));
+  const Outcome outcome = TryPass(main, PassNumber(pass));
   const bool changed = DrawBoard(main) != untouched;
   if (outcome.Result == -static_cast<int>(ErrorNumber::IndexOutsideArray) && !changed)
     return std::string(kFault);

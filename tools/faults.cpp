@@ -106,7 +106,7 @@ class Inspection {
     for (int tree = 0; tree < main_.CellCount; ++tree) {
       if (record_.Layout[tree] != CELL_TREE) continue;
       bool hasTent = false;
-      ForEachSide(main_, tree, [&](int side, int direction) {
+      ForEachSide(main_.BoardSize, tree, [&](int side, int direction) {
         if (direction != record_.TentDirs[tree]) return;
         ++trees[static_cast<std::size_t>(side)];
         hasTent = record_.Layout[side] == CELL_TENT;

@@ -69,7 +69,7 @@ void LayBoard(Main& main, std::string_view text) {
     main.Solution[cell] = CELL_TREE;
     if (direction == kDirections.npos) continue;
     main.TentDir[cell] = static_cast<int>(direction) + 1;
-    ForEachSide(main, cell, [&](int side, int towards) {
+    ForEachSide(main.BoardSize, cell, [&](int side, int towards) {
       if (towards != main.TentDir[cell]) return;
       main.Solution[side] = CELL_TENT;
       ++tentsInRow[static_cast<std::size_t>(RowOf(main, side))];

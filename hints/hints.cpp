@@ -1,24 +1,23 @@
-#include "hints/frame.h"
+#include "hints/hints.h"
 
 #include "game/blinking.h"
 #include "game/board.h"
 #include "game/clock.h"
 #include "game/layout.h"
 #include "game/play.h"
-#include "hints/hints.h"
 
 namespace bivouac {
 namespace {
 
 constexpr std::string_view kTitle = "Hint Report";
+constexpr std::string_view kNoMoreHints = "No more logical hints available...";
 constexpr int kPenaltyWrongFields = 10;  // Seconds for being told that there are any.
 constexpr int kPenaltyWrongField = 10;   // Seconds for each one shown.
 
 bool SolutionHasTentAt(const Main& main, int cell) {
   bool tent = false;
-  ForEachSide(main, cell, [&](int side, int direction) {
-    const int back = direction <= EAST ? direction + 2 : direction - 2;
-    tent = tent || (main.Board[side] == CELL_TREE && main.TentDir[side] == back);
+  ForEachSide(main.BoardSize, cell, [&](int side, int direction) {
+    tent = tent || (main.Board[side] == CELL_TREE && main.TentDir[side] == OppositeOf(direction));
   });
   return tent;
 }
@@ -73,48 +72,96 @@ void ReportWrongFields(Main& main) {
   }
 }
 
-}  // namespace
-
-void ReportFind(Main& main, const HintRule& rule) {
+/// Puts a hint on show.
+void ShowHint(Main& main, const FoundHint& hint) {
+  main.BlinkTop = -1;
+  for (const FoundField& field : hint.Found.Fields) {
+    if (hint.Shows(field)) AddBlink(main, field.Cell, BlinkTileOf(field.Is));
+  }
   main.BoardLive = false;
   RefreshButtons(main);
-  AddPenalty(main, rule.Seconds);
-  main.lblHint.Caption = rule.Text;
+  AddPenalty(main, hint.Rule->Seconds);
+  main.lblHint.Caption = hint.Text();
   main.Timer2.Enabled = true;
-  Speel(main, rule.Played);
+  Speel(main, hint.Rule->Played);
 }
 
-bool HasOpenNeighbour(const Main& main, int cell) {
-  return AnyAround(main, cell, [&](int neighbour) { return main.Board[neighbour] == CELL_OPEN; });
-}
-
-void AddBlinkTriple(Main& main, int firstTree, int secondTree, int field) {
-  AddBlink(main, firstTree, CELL_TREE);
-  AddBlink(main, secondTree, CELL_TREE);
-  AddBlink(main, field, -CELL_GRASS);
-}
-
-int StepOf(const Main& main, int direction) {
-  switch (direction) {
-    case NORTH:
-      return -main.BoardSize;
-    case EAST:
-      return 1;
-    case SOUTH:
-      return main.BoardSize;
-    default:
-      return -1;
+/// The chain from a stage on.
+void RunChain(Main& main, int stage) {
+  main.BlinkTop = -1;
+  if (const std::optional<FoundHint> hint = FindHint(main, stage)) {
+    ShowHint(main, *hint);
+  } else {
+    RefreshButtons(main);
+    main.lblHint.Caption = kNoMoreHints;
   }
 }
 
-int ClueOf(const Main& main, Axis axis, int line) {
-  return axis.direction == Direction::Rows ? RowClue(main, line) : ColClue(main, line);
+}  // namespace
+
+bool FoundHint::Shows(const FoundField& field) const {
+  switch (Rule->Shown) {
+    case Blinking::Decided:
+      return IsDecided(field.Is);
+    case Blinking::Explaining:
+      return !IsDecided(field.Is);
+    case Blinking::All:
+      break;
+  }
+  return true;
 }
 
-void MarkPositions(Main& main, Axis axis, int line, Positions positions, int tile) {
-  for (int i = 0; i < axis.size; ++i) {
-    if (Has(positions, i)) AddBlink(main, axis.At(line, i), tile);
+int BlinkTileOf(Role role) {
+  constexpr int kHighlight = 4;  // What the highlighted form of a tile adds to its code.
+  switch (role) {
+    case Role::Grass:
+    case Role::LostToOne:
+      return -CELL_GRASS;
+    case Role::Tent:
+    case Role::MayBeTent:
+      return -CELL_TENT;
+    case Role::Tree:
+      return CELL_TREE;
+    case Role::StandingTent:
+      return CELL_TENT;
+    case Role::WingTree:
+      return CELL_TREE + kHighlight;
+    case Role::Claimed:
+      break;
   }
+  return CELL_OPEN + kHighlight;
+}
+
+std::optional<FoundHint> FindHint(const Main& main, int stage) {
+  const Clues rowClues(main.RowCnt);
+  const Clues columnClues(main.ColCnt);
+  Lines rows(main.Board, {LineKind::Row, main.BoardSize}, rowClues, rowClues);
+  Lines columns(main.Board, {LineKind::Column, main.BoardSize}, columnClues, columnClues);
+  rows.ReadBoard();
+  columns.ReadBoard();
+  std::optional<FoundHint> hint(std::in_place);
+  for (const HintRule& rule : HintRules()) {
+    if (rule.Stage < stage) continue;
+    hint->Rule = &rule;
+    if (rule.Look(rule.Along == LineKind::Row ? rows : columns, hint->Found)) return hint;
+  }
+  return {};
+}
+
+void HintBasic(Main& main) {
+  RunChain(main, 1);
+}
+void HintTrees(Main& main) {
+  RunChain(main, 2);
+}
+void HintPairs(Main& main) {
+  RunChain(main, 3);
+}
+void HintPatterns(Main& main) {
+  RunChain(main, 4);
+}
+void HintCounts(Main& main) {
+  RunChain(main, 5);
 }
 
 void cmdHint_Click(Main& main) {
