@@ -1,5 +1,6 @@
 #include "storage/record_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -197,6 +198,7 @@ SharedFile::~SharedFile() {
 }
 
 void SharedFile::Open() {
+  ++openings_;
   const auto attempt = [&](int flags) {
     return Repeating([&] { return open(path_.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kNewFileMode); });
   };
@@ -300,14 +302,14 @@ void RecordFile<Record>::Read(long number, Record& record) {
 }
 
 template <class Record>
-std::vector<Record> RecordFile<Record>::ReadAll() {
-  std::vector<Record> records(static_cast<std::size_t>(Counts().Whole));
+std::vector<Record> RecordFile<Record>::ReadAll(long first) {
+  std::vector<Record> records(static_cast<std::size_t>(std::max(0L, Counts().Whole - first + 1)));
   std::vector<std::uint8_t> block(kBlockRecords * kBytes);
-  for (std::size_t first = 0; first < records.size(); first += kBlockRecords) {
-    const std::size_t count = std::min(kBlockRecords, records.size() - first);
+  for (std::size_t start = 0; start < records.size(); start += kBlockRecords) {
+    const std::size_t count = std::min(kBlockRecords, records.size() - start);
     const std::span bytes = std::span(block).first(count * kBytes);
-    ReadAt(first * kBytes, bytes);
-    for (std::size_t i = 0; i < count; ++i) Decode(bytes.subspan(i * kBytes, kBytes), records[first + i]);
+    ReadAt(OffsetOf(first) + start * kBytes, bytes);
+    for (std::size_t i = 0; i < count; ++i) Decode(bytes.subspan(i * kBytes, kBytes), records[start + i]);
   }
   return records;
 }

@@ -57,6 +57,8 @@ class SharedFile {
 
   /// Returns when everything written has reached the disk, and with it the name of a new file.
   void Sync();
+  /// How often a file was opened: once, and again whenever a turn found another in its place.
+  int Openings() const { return openings_; }
 
  protected:
   void ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes);
@@ -75,6 +77,7 @@ class SharedFile {
   bool writable_ = false;
   bool maybeNew_ = false;  ///< Its name may not have reached the disk.
   int turns_ = 0;
+  int openings_ = 0;
 };
 
 /// A turn of writing: from its beginning to its end no other program changes the file, so that what was
@@ -104,8 +107,8 @@ class RecordFile : public SharedFile {
 
   /// Errors: PastEndOfFile if the record is not wholly in the file, BadRecordNumber below 1.
   void Read(long number, Record& record);
-  /// All whole records.
-  std::vector<Record> ReadAll();
+  /// All whole records from that one on.
+  std::vector<Record> ReadAll(long first = 1);
   /// Writes a record whole, in a turn of its own unless one is held; one past the end extends the file. A
   /// write that fails leaves every other record, and the length of the file, as they were.
   void Write(long number, const Record& record);

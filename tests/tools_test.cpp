@@ -56,6 +56,10 @@ class Tool : public testing::Test {
   TempFolder folder_;
 };
 
+void ReplacePack(const std::string& path, const std::vector<PackRecord>& records) {
+  PackRewrite(path, [&](const std::vector<PackRecord>&) { return records; }).Commit();
+}
+
 template <class Run>
 std::string InputErrorOf(Run run) {
   try {
@@ -139,6 +143,76 @@ TEST_F(Tool, DistinctLeavesOutWhatThePackHas) {
   std::set<std::string> views;
   for (const PackRecord& record : ReadSoundPack(PathOf("pack"))) views.insert(ViewedFromAnySide(record));
   EXPECT_EQ(views.size(), 20U);
+}
+
+TEST_F(Tool, MergeLeavesOutWhatIsAlikeAndCheckNamesIt) {
+  Make("ten", {.Request = {.Size = 6, .Seed = 3}, .Count = 10});
+  Make("twelve", {.Request = {.Size = 6, .Seed = 3}, .Count = 12});
+  err.str("");
+  MergePacks(PathOf("ten"), {PathOf("twelve"), PathOf("ten")}, terminal);
+  EXPECT_TRUE(BytesOf(PathOf("ten")) == BytesOf(PathOf("twelve")));
+  EXPECT_EQ(err.str(), "2 puzzles added to " + PathOf("ten") + ", 20 left out that were alike\n");
+  Make("seven", {.Request = {.Size = 7}, .Count = 1});
+  EXPECT_EQ(InputErrorOf([&] { MergePacks(PathOf("ten"), {PathOf("seven")}, terminal); }),
+            PathOf("seven") + ": record 1 has the size 7, not 6");
+
+  std::ofstream(PathOf("ten"), std::ios::app | std::ios::binary) << BytesOf(PathOf("ten")).substr(1376, 1376);
+  EXPECT_EQ(CheckPacks({PathOf("ten")}, terminal), ExitStatus::Done);
+  EXPECT_EQ(Output(), "ten: record 13 is alike to record 2\n");
+}
+
+TEST_F(Tool, SortRefusesToMoveAPuzzleThatHasAPlayersTime) {
+  const std::string path = PathOf("BVPack06.bvq");
+  Make("BVPack06.bvq", {.Request = {.Size = 6, .Seed = 4}, .Count = 60});
+  const std::vector<PackRecord> made = ReadSoundPack(path);
+  // An empty time, a time for another size, and one for a puzzle that is not there.
+  WriteBytes(PathOf("PLBest02.bvq"), Integers({1, 6, 0, 0, 1, 7, 3, 25, 61, 6, 3, 25}));
+  SortPack(path, terminal);
+  const std::vector<PackRecord> sorted = ReadSoundPack(path);
+  const auto moved = std::mismatch(made.begin(), made.end(), sorted.begin()).first - made.begin() + 1;
+  ASSERT_LE(moved, 60);
+  ReplacePack(path, made);
+  WriteBytes(PathOf("PLBest02.bvq"), Integers({static_cast<int>(moved), 38, 3, 25}));
+  EXPECT_NE(InputErrorOf([&] { SortPack(path, terminal); }).find("PLBest02.bvq holds a player's time"),
+            std::string::npos);
+  EXPECT_TRUE(ReadSoundPack(path) == made);
+}
+
+TEST_F(Tool, ARewriteTakesInWhatOthersChangeMeanwhile) {
+  Make("pack", {.Request = {.Size = 6, .Seed = 5}, .Count = 3});
+  RecordFile<PackRecord> other(PathOf("pack"));
+  PackRewrite rewrite(PathOf("pack"), [](std::vector<PackRecord> records) {
+    for (PackRecord& record : records) record.BestMinutes = 7;
+    return records;
+  });
+  PackRecord added;
+  other.Read(1, added);
+  other.Write(4, added);
+  rewrite.Commit();
+  // The other still holds the file that stood there before: its next turn finds the new one.
+  other.Write(5, added);
+  const std::vector<PackRecord> records = ReadSoundPack(PathOf("pack"));
+  ASSERT_EQ(records.size(), 5U);
+  for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(records[i].BestMinutes, i < 4 ? 7 : 0) << i;
+}
+
+TEST_F(Tool, RatingTwoPacksOnAFullDiskChangesNeither) {
+  for (const char* pack : {"small", "large"}) {
+    Make(pack, {.Request = {.Size = 6, .Seed = 5}, .Count = pack == std::string("small") ? 1 : 5});
+    std::vector<PackRecord> records = ReadSoundPack(PathOf(pack));
+    for (PackRecord& record : records) record.LevelSize = 6;
+    ReplacePack(PathOf(pack), records);
+  }
+  const std::string before = BytesOf(PathOf("small"));
+  {
+    const FileSizeLimit limit(3000);
+    EXPECT_EQ(InputErrorOf([&] {
+                RatePacks({.Packs = {PathOf("small"), PathOf("large")}, .Write = true}, terminal);
+              }),
+              "disk full: " + PathOf("large"));
+  }
+  EXPECT_TRUE(BytesOf(PathOf("small")) == before);
+  EXPECT_EQ(FilesIn(PathOf("")).size(), 2U);
 }
 
 TEST(Alike, PuzzlesAreSeenFromAllEightSides) {

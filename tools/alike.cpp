@@ -1,6 +1,7 @@
 #include "tools/alike.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "game/game_state.h"
@@ -33,6 +34,20 @@ std::string ViewedFromAnySide(const PackRecord& record) {
     if (view == 0 || text < smallest) smallest = std::move(text);
   }
   return smallest;
+}
+
+std::vector<AlikePair> AlikePuzzles(const std::vector<PackRecord>& records) {
+  std::unordered_map<std::string, long> firsts;
+  std::vector<AlikePair> pairs;
+  long number = 0;
+  for (const PackRecord& record : records) {
+    ++number;
+    const int size = SizeOf(record.LevelSize);
+    if (size < kMinSize || size > kMaxSize) continue;
+    const auto [first, isNew] = firsts.emplace(ViewedFromAnySide(record), number);
+    if (!isNew) pairs.push_back({number, first->second});
+  }
+  return pairs;
 }
 
 }  // namespace bivouac

@@ -51,19 +51,24 @@ struct HintOptions {
 
 enum class Reveal { Puzzle, Solution };
 
-// All commands report input that they cannot work with by an InputError, before they change a file.
+// All commands report input that they cannot work with by an InputError, before they change a file. One that
+// comes later, as from a full disk, says what was changed.
 
-/// Appends puzzles. Each is written whole before the next; `stop` ends it after the last written.
+/// Appends puzzles, in short turns between which other programs may append theirs; `stop` ends it with those
+/// that are made.
 ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
 ExitStatus ListPacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
 ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal);
 ExitStatus RatePacks(const RateOptions& options, Terminal& terminal);
 ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
-/// FaultsFound if there is any.
+/// FaultsFound if there is any. Puzzles that are alike are named, but are no fault.
 ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal);
 ExitStatus GiveHint(const HintOptions& options, Terminal& terminal);
 /// Reads positions from the terminal's input, one a line, and writes a table.
 ExitStatus GiveHintsForInput(Terminal& terminal);
+/// Refuses to move a puzzle for which a player's file beside the pack holds a time.
 ExitStatus SortPack(const std::string& pack, Terminal& terminal);
+/// Appends the puzzles of other packs that are not alike to one that is there.
+ExitStatus MergePacks(const std::string& pack, const std::vector<std::string>& others, Terminal& terminal);
 
 }  // namespace bivouac

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "tools/commands.h"
+#include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {
@@ -135,6 +136,20 @@ void AddCheckAndSort(CLI::App& app, Command& chosen) {
       [pack, &chosen] { chosen = [pack](Terminal& terminal) { return SortPack(*pack, terminal); }; });
 }
 
+void AddMerge(CLI::App& app, Command& chosen) {
+  struct Input {
+    std::string Pack;
+    std::vector<std::string> Others;
+  };
+  const auto input = std::make_shared<Input>();
+  CLI::App* merge = app.add_subcommand("merge", "Append the puzzles of other packs, but for those alike");
+  merge->add_option("OUT", input->Pack, "The pack that grows")->required();
+  merge->add_option("IN", input->Others, "The other packs")->required();
+  merge->callback([input, &chosen] {
+    chosen = [input](Terminal& terminal) { return MergePacks(input->Pack, input->Others, terminal); };
+  });
+}
+
 void AddShow(CLI::App& app, Command& chosen) {
   struct Input {
     std::string Pack;
@@ -177,7 +192,7 @@ void AddHint(CLI::App& app, Command& chosen) {
 }
 
 int BadInput(const std::string& text) {
-  std::cerr << "bivouac-packs: " << text << '\n';
+  std::cerr << "bivouac-packs: " << OnOneLine(text) << '\n';
   return static_cast<int>(ExitStatus::BadInput);
 }
 
@@ -191,6 +206,7 @@ int Run(int argc, char** argv) {
   AddShow(app, chosen);
   AddRate(app, chosen);
   AddCheckAndSort(app, chosen);
+  AddMerge(app, chosen);
   AddHint(app, chosen);
   try {
     app.parse(argc, argv);

@@ -1,30 +1,15 @@
 #include <cmath>
 #include <cstdio>
-#include <optional>
 #include <ostream>
-#include <unordered_set>
+#include <vector>
 
-#include "storage/record_file.h"
-#include "tools/alike.h"
 #include "tools/commands.h"
 #include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {
 
-/// What stands in the pack before. Nothing if there is no such file yet.
-std::vector<PackRecord> ExistingPuzzles(const std::string& path, int size) {
-  if (!FileExists(path)) return {};
-  std::vector<PackRecord> records = ReadSoundPack(path);
-  long number = 0;
-  for (const PackRecord& record : records) {
-    ++number;
-    if (SizeOf(record.LevelSize) == size) continue;
-    throw InputError(path + ": record " + std::to_string(number) + " has the size " +
-                     std::to_string(SizeOf(record.LevelSize)) + ", not " + std::to_string(size));
-  }
-  return records;
-}
+constexpr std::size_t kLargestBatch = 512;  // Puzzles made ready between two turns at the pack.
 
 /// How far a command has come, on one line that is written over and over.
 class ProgressLine {
@@ -59,38 +44,40 @@ class ProgressLine {
 }  // namespace
 
 ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
-  const std::vector<PackRecord> existing = ExistingPuzzles(options.Pack, options.Request.Size);
-  std::unordered_set<std::string> seen;
-  if (options.Distinct) {
-    for (const PackRecord& record : existing) seen.insert(ViewedFromAnySide(record));
-  }
-  std::optional<RecordFile<PackRecord>> file;
-  long made = 0;
+  using Twins = PackAppender::Twins;
+  PackAppender pack(options.Pack, options.Request.Size, options.Distinct ? Twins::LeaveOut : Twins::Keep);
+  std::vector<PackRecord> batch;
+  const auto addBatch = [&] {
+    pack.Add(batch);
+    batch.clear();
+  };
   const auto take = [&](const PackRecord& puzzle) {
     const int level = LevelOf(puzzle.LevelSize);
     if (level < options.LowestLevel || level > options.HighestLevel) return true;
-    if (options.Distinct && !seen.insert(ViewedFromAnySide(puzzle)).second) return true;
-    if (!file) file.emplace(options.Pack, Patience::Long);
-    const Turn turn(*file);
-    file->Write(file->Counts().Whole + 1, puzzle);
-    return ++made < options.Count;
+    batch.push_back(puzzle);
+    const bool enough = pack.Added() + static_cast<long>(batch.size()) >= options.Count;
+    if (enough || batch.size() >= kLargestBatch) addBatch();
+    return pack.Added() < options.Count;
   };
 
   const ProgressLine progress(terminal, options.Count);
   const auto wait = [&] {
-    if (terminal.Progress) progress.Show(made);
+    addBatch();
+    if (terminal.Progress) progress.Show(pack.Added());
   };
   try {
     MakePuzzles(options.Request, stop, take, wait);
+    addBatch();
   } catch (...) {
     if (terminal.Progress) progress.Clear();
     throw;
   }
   if (terminal.Progress) progress.Clear();
+  const long made = pack.Added();
   char rate[32];
   std::snprintf(rate, sizeof rate, "%.4g", static_cast<double>(made) / progress.Seconds());
-  terminal.Err << made << (made == 1 ? " puzzle" : " puzzles") << " added to " << options.Pack << ", " << rate
-               << " a second, seed " << options.Request.Seed << '\n';
+  terminal.Err << made << (made == 1 ? " puzzle" : " puzzles") << " added to " << OnOneLine(options.Pack)
+               << ", " << rate << " a second, seed " << options.Request.Seed << '\n';
   return made < options.Count ? ExitStatus::Interrupted : ExitStatus::Done;
 }
 

@@ -1,56 +1,155 @@
 #include "tools/pack_access.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "game/error.h"
-#include "storage/record_file.h"
+#include "tools/alike.h"
 
 namespace bivouac {
-namespace fs = std::filesystem;
+namespace {
+
+constexpr int kAttempts = 3;  // After these a rewrite makes the others wait.
+
+void RequireSizes(const std::string& path, const std::vector<PackRecord>& records, int lowest, int highest) {
+  long number = 0;
+  for (const PackRecord& record : records) {
+    ++number;
+    const int size = SizeOf(record.LevelSize);
+    if (size >= lowest && size <= highest) continue;
+    throw InputError(path + ": record " + std::to_string(number) + " has the size " + std::to_string(size) +
+                     (lowest == highest ? ", not " + std::to_string(lowest) : ", which is not 6 to 18"));
+  }
+}
+
+std::vector<PackRecord> RequireWhole(const std::string& path, PackContent content) {
+  if (content.SpareBytes == 0) return std::move(content.Records);
+  throw InputError(path + ": " + std::to_string(content.SpareBytes) + " bytes behind the last whole record");
+}
+
+/// Runs a step whose file errors are errors of the input.
+template <class Step>
+auto OnPack(Step step) {
+  try {
+    return step();
+  } catch (const RunTimeError& error) {
+    throw InputError(error.what());
+  }
+}
+
+}  // namespace
+
+std::string OnOneLine(std::string text) {
+  const auto breaks = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; };
+  std::replace_if(text.begin(), text.end(), breaks, '?');
+  return text;
+}
 
 std::string FileName(const std::string& path) {
-  return fs::path(path).filename().string();
+  return OnOneLine(std::filesystem::path(path).filename().string());
 }
 
 PackContent ReadContent(const std::string& path) {
   // Opening creates what is not there.
   if (!FileExists(path)) throw InputError(path + ": no such file");
-  try {
+  return OnPack([&]() -> PackContent {
     RecordFile<PackRecord> file(path, Patience::Long);
     return {file.ReadAll(), file.SpareBytes()};
-  } catch (const RunTimeError& error) {
-    throw InputError(error.what());
-  }
+  });
 }
 
 std::vector<PackRecord> ReadSoundPack(const std::string& path) {
-  PackContent content = ReadContent(path);
-  if (content.SpareBytes != 0) {
-    throw InputError(path + ": " + std::to_string(content.SpareBytes) +
-                     " bytes behind the last whole record");
-  }
-  long number = 0;
-  for (const PackRecord& record : content.Records) {
-    ++number;
-    const int size = SizeOf(record.LevelSize);
-    if (size < kMinSize || size > kMaxSize) {
-      throw InputError(path + ": record " + std::to_string(number) + " has the size " + std::to_string(size) +
-                       ", which is not 6 to 18");
-    }
-  }
-  return std::move(content.Records);
+  std::vector<PackRecord> records = RequireWhole(path, ReadContent(path));
+  RequireSizes(path, records, kMinSize, kMaxSize);
+  return records;
 }
 
-void ReplacePack(const std::string& path, const std::vector<PackRecord>& records) {
+void RequireSize(const std::string& path, const std::vector<PackRecord>& records, int size) {
+  RequireSizes(path, records, size, size);
+}
+
+PackRewrite::PackRewrite(std::string path, Change change)
+    : path_(std::move(path)), change_(std::move(change)) {
+  Prepare(ReadSoundPack(path_));
+}
+
+void PackRewrite::Prepare(std::vector<PackRecord> records) {
+  replacement_.reset();
+  const std::vector<PackRecord> after = change_(records);
+  before_ = std::move(records);
+  if (after == before_) return;
+  OnPack([&] {
+    replacement_ = std::make_unique<Replacement>(path_);
+    replacement_->Append(after);
+    replacement_->Sync();
+  });
+}
+
+void PackRewrite::Commit() {
+  for (int attempt = 1; replacement_; ++attempt) {
+    if (attempt > 1 && attempt < kAttempts) Prepare(ReadSoundPack(path_));
+    OnPack([&] {
+      RecordFile<PackRecord> pack(path_, Patience::Long);
+      const Turn turn(pack);
+      std::vector<PackRecord> present = RequireWhole(path_, {pack.ReadAll(), pack.SpareBytes()});
+      if (present != before_) {
+        if (attempt < kAttempts) return;
+        Prepare(std::move(present));
+      }
+      if (replacement_) replacement_->TakePlace();
+      replacement_.reset();
+    });
+  }
+}
+
+PackAppender::PackAppender(std::string path, int size, Twins twins) : path_(std::move(path)), twins_(twins) {
+  if (FileExists(path_)) RequireSize(path_, ReadSoundPack(path_), size);
+}
+
+void PackAppender::LookAtNewRecords() {
+  // A rewrite may have put new puzzles anywhere.
+  if (file_->Openings() != openings_) seen_ = 0;
+  openings_ = file_->Openings();
+  for (const PackRecord& record : file_->ReadAll(seen_ + 1)) {
+    const int size = SizeOf(record.LevelSize);
+    if (size >= kMinSize && size <= kMaxSize) views_.insert(ViewedFromAnySide(record));
+    ++seen_;
+  }
+}
+
+void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
+  if (puzzles.empty()) return;
+  std::vector<std::string> views;
+  if (twins_ == Twins::LeaveOut) {
+    for (const PackRecord& puzzle : puzzles) views.push_back(ViewedFromAnySide(puzzle));
+  }
+  const long before = added_;
+  const auto addInTurn = [&] {
+    // Most of the looking is done while nobody waits.
+    if (twins_ == Twins::LeaveOut) LookAtNewRecords();
+    const Turn turn(*file_);
+    if (twins_ == Twins::LeaveOut) {
+      if (file_->Openings() != openings_) return false;
+      LookAtNewRecords();
+    }
+    long number = file_->Counts().Whole;
+    for (std::size_t i = 0; i < puzzles.size(); ++i) {
+      if (twins_ == Twins::LeaveOut && !views_.insert(std::move(views[i])).second) continue;
+      file_->Write(++number, puzzles[i]);
+      ++added_;
+    }
+    seen_ = number;
+    return true;
+  };
   try {
-    Replacement replacement(path);
-    replacement.Append(records);
-    replacement.Sync();
-    RecordFile<PackRecord> old(path, Patience::Long);
-    const Turn turn(old);
-    replacement.TakePlace();
+    if (!file_) file_.emplace(path_, Patience::Long);
+    while (!addInTurn()) {
+    }
+    if (added_ != before) file_->Sync();
   } catch (const RunTimeError& error) {
-    throw InputError(error.what());
+    std::string words = error.what();
+    if (added_ > 0) words += "; added before: " + std::to_string(added_);
+    throw InputError(words);
   }
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <iomanip>
 #include <numeric>
 #include <ostream>
@@ -7,6 +8,9 @@
 #include "game/clock.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
+#include "storage/best_times.h"
+#include "storage/pack_files.h"
+#include "tools/alike.h"
 #include "tools/commands.h"
 #include "tools/faults.h"
 #include "tools/pack_access.h"
@@ -14,6 +18,10 @@
 
 namespace bivouac {
 namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMergeBatch = 512;  // Puzzles added in one turn.
 
 /// Reads all packs before the first line is written, so that bad input leaves no half of an answer.
 std::vector<std::vector<PackRecord>> ReadSoundPacks(const std::vector<std::string>& paths) {
@@ -70,6 +78,42 @@ Rating Rate(Main& main, const PackRecord& record) {
   return rating;
 }
 
+/// Ratings of the records of a pack. While a pack is rewritten, others may change it: what stands where it
+/// stood is not rated again.
+class KnownRatings {
+ public:
+  struct Known {
+    PackRecord Puzzle;
+    int Level = 0;
+    float Difficulty = 0;
+  };
+
+  void Add(const PackRecord& record, const Rating& rating) {
+    known_.push_back({WithoutTimes(record), rating.Level, rating.Difficulty});
+  }
+  const Known& Of(std::size_t place, const PackRecord& record) {
+    if (place >= known_.size()) known_.resize(place + 1);
+    Known& known = known_[place];
+    const PackRecord puzzle = WithoutTimes(record);
+    if (known.Puzzle != puzzle) {
+      const Rating rating = Rate(bench_.main, record);
+      known = {puzzle, rating.Level, rating.Difficulty};
+    }
+    return known;
+  }
+
+ private:
+  /// What a rating depends on.
+  static PackRecord WithoutTimes(PackRecord record) {
+    record.LevelSize = LevelSizeOf(0, SizeOf(record.LevelSize));
+    record.BestMinutes = record.BestSeconds = record.BestPlayer = 0;
+    return record;
+  }
+
+  std::vector<Known> known_;
+  Workbench bench_;
+};
+
 std::string Digits(float number, int significant) {
   char text[40];
   std::snprintf(text, sizeof text, "%.*g", significant, static_cast<double>(number));
@@ -88,6 +132,33 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
   LineStart(terminal.Out, path, number, main.BoardSize)
       << "level " << std::setw(2) << rating.Level << "  difficulty " << Digits(rating.Difficulty, 7) << '\n';
   if (options.Steps) terminal.Out << "  " << PassNames(rating.Trace) << '\n';
+}
+
+/// Players' own times know their puzzles by number, in files beside the pack. Two files cannot change in one
+/// step: a program that died in between would leave the times to other puzzles. So nothing with times may
+/// move. `order` holds, for each new place, the old one. Errors: InputError.
+void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order) {
+  constexpr int kPlayers = 99;
+  for (const fs::path& path : {fs::path(pack), fs::canonical(pack)}) {
+    Global folder;
+    folder.DataDir = (path.parent_path() / "").string();
+    for (int size = kMinSize; size <= kMaxSize; ++size) {
+      if (path.filename() != PackName(size)) continue;
+      for (int player = 1; player <= kPlayers; ++player) {
+        const std::string file = PersonalPath(folder, player);
+        if (!FileExists(file)) continue;
+        for (const PersonalRecord& own : RecordFile<PersonalRecord>(file, Patience::Long).ReadAll()) {
+          const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
+          const bool moves = place < order.size() && order[place] != place;
+          if (!moves || SizeOf(own.PersonalLevelSize) != size) continue;
+          if (own.PersonalMinutes == 0 && own.PersonalSeconds == 0) continue;
+          throw InputError(pack + ": puzzle " + std::to_string(place + 1) +
+                           " would get another number, and " + FileName(file) +
+                           " holds a player's time under this one; sort a copy elsewhere");
+        }
+      }
+    }
+  }
 }
 
 }  // namespace
@@ -109,18 +180,38 @@ ExitStatus ListPacks(const std::vector<std::string>& packs, Format format, Termi
 }
 
 ExitStatus RatePacks(const RateOptions& options, Terminal& terminal) {
-  std::vector<std::vector<PackRecord>> packs = ReadSoundPacks(options.Packs);
+  const std::vector<std::vector<PackRecord>> packs = ReadSoundPacks(options.Packs);
   Workbench bench;
+  std::vector<PackRewrite> rewrites;
   auto path = options.Packs.begin();
-  for (std::vector<PackRecord>& pack : packs) {
+  for (const std::vector<PackRecord>& pack : packs) {
+    const auto ratings = std::make_shared<KnownRatings>();
     long number = 0;
-    for (PackRecord& record : pack) {
+    for (const PackRecord& record : pack) {
       const Rating rating = Rate(bench.main, record);
       WriteRating(options, *path, ++number, bench.main, rating, terminal);
-      record.LevelSize = LevelSizeOf(rating.Level, bench.main.BoardSize);
+      if (options.Write) ratings->Add(record, rating);
     }
-    if (options.Write) ReplacePack(*path, pack);
+    if (options.Write) {
+      rewrites.emplace_back(*path, [ratings](std::vector<PackRecord> records) {
+        for (std::size_t place = 0; place < records.size(); ++place) {
+          PackRecord& record = records[place];
+          record.LevelSize = LevelSizeOf(ratings->Of(place, record).Level, SizeOf(record.LevelSize));
+        }
+        return records;
+      });
+    }
     ++path;
+  }
+  // Every new pack is whole on the disk before the first takes its place.
+  std::string changed;
+  for (std::size_t i = 0; i < rewrites.size(); ++i) {
+    try {
+      rewrites[i].Commit();
+    } catch (const InputError& error) {
+      throw InputError(error.what() + (changed.empty() ? "" : "; changed before:" + changed));
+    }
+    changed += " " + options.Packs[i];
   }
   return ExitStatus::Done;
 }
@@ -155,27 +246,55 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
       terminal.Out << fault.Field << ": " << fault.Words << '\n';
       ++faults;
     }
+    for (const auto& [number, first] : AlikePuzzles(content.Records)) {
+      terminal.Out << FileName(*path) << ": record " << number << " is alike to record " << first << '\n';
+    }
     ++path;
   }
   return faults == 0 ? ExitStatus::Done : ExitStatus::FaultsFound;
 }
 
 ExitStatus SortPack(const std::string& pack, Terminal&) {
-  const std::vector<PackRecord> records = ReadSoundPack(pack);
-  Workbench bench;
-  std::vector<Rating> ratings;
-  ratings.reserve(records.size());
-  for (const PackRecord& record : records) ratings.push_back(Rate(bench.main, record));
-  std::vector<std::size_t> order(records.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    if (ratings[a].Level != ratings[b].Level) return ratings[a].Level < ratings[b].Level;
-    return ratings[a].Difficulty < ratings[b].Difficulty;
+  KnownRatings ratings;
+  PackRewrite rewrite(pack, [&](const std::vector<PackRecord>& records) {
+    std::vector<std::size_t> order(records.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    for (const std::size_t place : order) ratings.Of(place, records[place]);
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+      const auto& ratingA = ratings.Of(a, records[a]);
+      const auto& ratingB = ratings.Of(b, records[b]);
+      if (ratingA.Level != ratingB.Level) return ratingA.Level < ratingB.Level;
+      return ratingA.Difficulty < ratingB.Difficulty;
+    });
+    RequireNoOwnTimes(pack, order);
+    std::vector<PackRecord> sorted;
+    sorted.reserve(records.size());
+    for (const std::size_t place : order) sorted.push_back(records[place]);
+    return sorted;
   });
-  std::vector<PackRecord> sorted;
-  sorted.reserve(records.size());
-  for (const std::size_t place : order) sorted.push_back(records[place]);
-  if (sorted != records) ReplacePack(pack, sorted);
+  rewrite.Commit();
+  return ExitStatus::Done;
+}
+
+ExitStatus MergePacks(const std::string& pack, const std::vector<std::string>& others, Terminal& terminal) {
+  std::vector<PackRecord> puzzles = FileExists(pack) ? ReadSoundPack(pack) : std::vector<PackRecord>();
+  int size = puzzles.empty() ? 0 : SizeOf(puzzles.front().LevelSize);
+  puzzles.clear();
+  for (const std::string& other : others) {
+    const std::vector<PackRecord> records = ReadSoundPack(other);
+    if (size == 0 && !records.empty()) size = SizeOf(records.front().LevelSize);
+    RequireSize(other, records, size);
+    puzzles.insert(puzzles.end(), records.begin(), records.end());
+  }
+  PackAppender appender(pack, size, PackAppender::Twins::LeaveOut);
+  for (std::size_t first = 0; first < puzzles.size(); first += kMergeBatch) {
+    const auto begin = puzzles.begin() + static_cast<std::ptrdiff_t>(first);
+    const std::size_t count = std::min(kMergeBatch, puzzles.size() - first);
+    appender.Add({begin, begin + static_cast<std::ptrdiff_t>(count)});
+  }
+  const long added = appender.Added();
+  terminal.Err << added << (added == 1 ? " puzzle" : " puzzles") << " added to " << OnOneLine(pack) << ", "
+               << static_cast<long>(puzzles.size()) - added << " left out that were alike\n";
   return ExitStatus::Done;
 }
 
