@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "generator/generator.h"
+#include "generator/layout_drawing.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
@@ -37,9 +38,7 @@ BENCHMARK(NewWithoutYields)->Arg(6)->Arg(12)->Arg(18)->Unit(benchmark::kMicrosec
 void Draw(benchmark::State& state) {
   Workbench bench;
   LayOutSize(bench.main, static_cast<int>(state.range(0)));
-  Array<int> scratch;
-  scratch.Redim(bench.main.CellCount - 1);
-  for (auto _ : state) DrawLayout(bench.main, scratch);
+  for (auto _ : state) DrawLayout(bench.main);
 }
 BENCHMARK(Draw)->Arg(6)->Arg(12)->Arg(18)->Unit(benchmark::kMicrosecond);
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "game/board.h"
-#include "generator/generator.h"
+#include "generator/layout_drawing.h"
 #include "generator/unique_solution.h"
 #include "tools/workbench.h"
 
@@ -28,12 +28,10 @@ void ProveAll(benchmark::State& state, Prove prove) {
   Main& main = bench.main;
   LayOutSize(main, static_cast<int>(state.range(0)));
   bench.desktop.Seed(1);
-  Array<int> scratch;
-  scratch.Redim(main.CellCount - 1);
   double total = 0;
   double slowest = 0;
   for (auto _ : state) {
-    DrawLayout(main, scratch);
+    DrawLayout(main);
     const Array<int> layout = main.Board;
     double shortest = HUGE_VAL;
     for (int i = 0; i < 3; ++i) {

@@ -15,8 +15,4 @@ void cmdGenerate_Click(Main& main);
 /// BoardSize.
 void MakePuzzle(Main& main);
 
-/// One attempt: draws a layout that is full, from a seed of its own. Board, TentDir, TreeCount and the hidden
-/// captions become it. `shuffleOrder` is scratch of CellCount entries.
-void DrawLayout(Main& main, Array<int>& shuffleOrder);
-
 }  // namespace bivouac

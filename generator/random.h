@@ -27,16 +27,21 @@ class Random {
     return result;
   }
 
+  /// The whole part of limit * r, r a uniform number of 32 bits with 0 <= r < 1. Requires: limit >= 1.
+  int Below(int limit) { return static_cast<int>(static_cast<std::uint64_t>(limit) * (Next() >> 32) >> 32); }
+
   struct Pair {
-    int First;
-    int Second;
+    std::uint32_t First;
+    std::uint32_t Second;
   };
-  /// Two whole parts of limit * r, each r a uniform number of 32 bits with 0 <= r < 1. Requires: limit >= 1.
-  Pair BelowTwice(int limit) {
-    const std::uint64_t word = Next();
-    return {WholePart(limit, word >> 32), WholePart(limit, word & 0xFFFFFFFFU)};
+  /// Two such whole parts from one number of 32 bits: r of the second is what the first leaves behind the
+  /// point. No pair is likelier than another by more than limit * limit / 2^32. Requires: limit >= 1.
+  static Pair TwoBelow(int limit, std::uint64_t bits32) {
+    const auto factor = static_cast<std::uint64_t>(limit);
+    const std::uint64_t product = factor * bits32;
+    return {static_cast<std::uint32_t>(product >> 32),
+            static_cast<std::uint32_t>(factor * (product & 0xFFFFFFFF) >> 32)};
   }
-  int Below(int limit) { return WholePart(limit, Next() >> 32); }
 
   /// The finishing step of splitmix64: spreads the bits of a number over the whole word.
   static constexpr std::uint64_t Mix(std::uint64_t word) {
@@ -47,10 +52,6 @@ class Random {
   static constexpr std::uint64_t kGoldenGap = 0x9E3779B97F4A7C15U;
 
  private:
-  static int WholePart(int limit, std::uint64_t bits32) {
-    return static_cast<int>(static_cast<std::uint64_t>(limit) * bits32 >> 32);
-  }
-
   std::array<std::uint64_t, 4> state_;
 };
 

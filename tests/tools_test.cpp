@@ -376,19 +376,19 @@ TEST_F(Tool, ListAndShowReadWell) {
   records[0].BestSeconds = 5;
   ReplacePack(path, records);
   ListPacks({path}, Format::Table, terminal);
-  EXPECT_EQ(Output(), "two\t1\t6\t1\t9\t02:05\n");
+  EXPECT_EQ(Output(), "two\t1\t6\t1\t8\t02:05\n");
   ListPacks({path}, Format::Words, terminal);
-  EXPECT_EQ(Output(), "two     1   6x6   level  1   9 trees  best 02:05\n");
+  EXPECT_EQ(Output(), "two     1   6x6   level  1   8 trees  best 02:05\n");
   ShowPuzzle(path, 1, Reveal::Solution, terminal);
   EXPECT_EQ(Output(),
             "two 1, 6x6, level 1\n"
-            "     2  1  1  2  1  2 \n"
-            "  2  A  ,  A  ,  ,  , \n"
-            "  1  T  ,  T  T  A  , \n"
-            "  1  A  T  ,  ,  ,  , \n"
-            "  2  ,  ,  T  A  ,  A \n"
-            "  0  ,  ,  ,  T  ,  T \n"
-            "  3  T  A  ,  A  T  A \n");
+            "     2  1  2  0  2  1 \n"
+            "  3  A  T  A  T  A  , \n"
+            "  0  ,  ,  T  ,  ,  , \n"
+            "  3  A  T  A  ,  ,  A \n"
+            "  0  T  ,  ,  ,  ,  T \n"
+            "  2  ,  A  T  ,  A  , \n"
+            "  0  ,  ,  ,  ,  T  , \n");
   ShowPuzzle(path, 1, Reveal::Puzzle, terminal);
   EXPECT_EQ(Output().find_first_of("A,", 30), std::string::npos);
   EXPECT_EQ(InputErrorOf([&] { ShowPuzzle(path, 2, Reveal::Puzzle, terminal); }),
@@ -400,24 +400,24 @@ TEST_F(Tool, HintsForAPuzzleStartFromItsFirstPositionOrTheOneGiven) {
   Make("one", {.Request = {.Size = 6, .Seed = 5}, .Count = 1});
   GiveHint({.Pack = path, .Number = 1, .Output = Format::Table}, terminal);
   EXPECT_EQ(Output(),
-            "FIND\t15\t7\t30:3\tThe blinking tree has only one possible field for a tent! Click HERE to "
+            "FIND\t15\t7\t26:3\tThe blinking tree has only one possible field for a tent! Click HERE to "
             "continue...\n");
   //                          the tents of the solution but one, and one wrong
   const std::string board =
-      "202111"
-      "313321"
-      "231111"
-      "113212"
-      "111303"
-      "322231";
+      "132321"
+      "113111"
+      "232112"
+      "300003"
+      "123021"
+      "111231";
   GiveHint({.Pack = path, .Number = 1, .Board = board, .Output = Format::Table}, terminal);
   EXPECT_EQ(Output(),
-            "WRONG\t10\t8\t32:2,35:1\tThe blinking fields ar not correct! Click HERE to continue...\n");
+            "WRONG\t10\t8\t0:1,33:2\tThe blinking fields ar not correct! Click HERE to continue...\n");
   EXPECT_EQ(InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1, .Board = "01"}, terminal); }),
             "--board: 2 digits, not 36");
   EXPECT_EQ(
       InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1, .Board = std::string(36, '1')}, terminal); }),
-      "--board: not the trees of the puzzle, see cell 6");
+      "--board: not the trees of the puzzle, see cell 1");
 
   std::vector<PackRecord> records = ReadSoundPack(path);
   records[0].Layout[2] = CELL_TREE;

@@ -20,8 +20,6 @@ constexpr int kGoodCode = 42;  // Any code of 33 or above tells of success.
 constexpr int kNotFoundCode = 2;
 constexpr int kNotStartedCode = 31;
 
-// A yield looks at the clock once in so many calls: inner loops make millions a second.
-constexpr unsigned kYieldsPerLook = 8;
 constexpr auto kBetweenEvents = std::chrono::milliseconds(8);
 constexpr int kSoundRestAfter = 3000;  // Milliseconds.
 
@@ -89,7 +87,6 @@ void QtDesktop::Beep() {
 }
 
 void QtDesktop::Yield() {
-  if (++yields_ % kYieldsPerLook != 0) return;
   if (std::chrono::steady_clock::now() - lastEvents_ < kBetweenEvents) return;
   LetEventsRun();
 }

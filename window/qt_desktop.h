@@ -54,7 +54,6 @@ class QtDesktop : public Desktop {
   PlayerDialog* players_ = nullptr;
   QSettings settings_;
   QTimer soundRest_;
-  unsigned yields_ = 0;
   std::chrono::steady_clock::time_point lastEvents_;
   std::uint64_t lastSeed_ = 0;
 };
