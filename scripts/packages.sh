@@ -6,10 +6,13 @@ PLAY_PACKAGES=(
   fonts-dejavu-core
 )
 DISPLAY_PACKAGES=(xvfb xauth)
+# What the pack maker draws with.
+DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev)
 CHECK_PACKAGES=(
-  "${PLAY_PACKAGES[@]}"
+  "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}"
   git
   libgtest-dev libcli11-dev libbenchmark-dev libcadical-dev
+  poppler-utils cmark tidy
   desktop-file-utils appstream mandoc
 )
 # Of one version, so that everybody's code is held to the same: not every release of Debian has it.

@@ -39,6 +39,13 @@ expect 2 "two?lines: no such file" list $'two\nlines'
 expect 2 "NUMBER" hint six.bvq
 expect 2 "--tsv" hint -
 expect 2 "standard input, line 1" hint --tsv - < <(echo nonsense)
+expect 2 "--numbers" print six.bvq -o book.pdf --numbers 3-1
+expect 2 "--width" print six.bvq -o book.pdf --width 300
+expect 2 "--title" print six.bvq 1 -o one.svg --title Two
+expect 2 "--board: 3 digits" print six.bvq 1 -o one.svg --board 012
+expect 2 "no puzzle 3" explain six.bvq 3
+expect 2 "--from: not the trees" explain six.bvq 1 --from 000000000000000000000000000000000000
+expect 2 "no such file" stats missing.bvq
 expect 0 "0 puzzles added to six.bvq, 2 left out" merge six.bvq six.bvq
 
 "$program" list six.bvq >/dev/full 2>err
@@ -69,7 +76,7 @@ cmp -s cut_short.bvq whole.bvq || fail "an interrupt changed what was made"
 grep -q 'disk full: full.bvq; added before: 2$' err || fail "$(cat err)"
 [ "$(stat -c %s full.bvq)" -eq 2752 ] || fail "a full disk left half a record, or none"
 
-for command in make list show rate prove check hint sort merge; do
+for command in make list show rate prove check hint sort merge print explain stats; do
   grep -q "^.B $command\$" "$page" || fail "the manual page does not tell of $command"
 done
 [ "$("$program" --version)" = "bivouac-packs $version" ] || fail "not version $version: $("$program" --version)"

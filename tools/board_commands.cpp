@@ -10,18 +10,14 @@
 #include "game/play.h"
 #include "game/sound.h"
 #include "hints/hints.h"
+#include "tools/board_text.h"
 #include "tools/commands.h"
 #include "tools/pack_access.h"
+#include "tools/position.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
-
-// One entry a cell code.
-constexpr std::string_view kMarks = ".,AT";
-constexpr std::array<const char*, 4> kColours = {"", "\x1b[2;32m", "\x1b[1;33m", "\x1b[32m"};
-constexpr const char* kReverse = "\x1b[7m";
-constexpr const char* kPlain = "\x1b[0m";
 
 PackRecord PuzzleOf(const std::string& path, long number) {
   const std::vector<PackRecord> records = ReadSoundPack(path);
@@ -30,24 +26,6 @@ PackRecord PuzzleOf(const std::string& path, long number) {
                      std::to_string(records.size()));
   }
   return records[static_cast<std::size_t>(number - 1)];
-}
-
-/// Draws the board with its clues. Cells of `marked` stand out.
-void DrawBoard(const Main& main, const std::set<int>& marked, Terminal& terminal) {
-  std::ostream& out = terminal.Out;
-  out << "    ";
-  for (int col = 0; col < main.BoardSize; ++col) out << std::setw(2) << main.ColCnt[col].Caption << ' ';
-  for (int cell = 0; cell < main.CellCount; ++cell) {
-    if (ColOf(main, cell) == 0) out << '\n' << std::setw(3) << main.RowCnt[RowOf(main, cell)].Caption << ' ';
-    const auto code = static_cast<std::size_t>(main.Board[cell]);
-    const bool stands_out = marked.count(cell) != 0;
-    if (terminal.Colour) {
-      out << (stands_out ? kReverse : "") << kColours[code] << ' ' << kMarks[code] << ' ' << kPlain;
-    } else {
-      out << (stands_out ? '[' : ' ') << kMarks[code] << (stands_out ? ']' : ' ');
-    }
-  }
-  out << '\n';
 }
 
 struct Hint {
@@ -134,21 +112,6 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-/// Reads digits from 0 to `highest`, one a cell. Errors: InputError.
-std::vector<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what) {
-  if (digits.size() != static_cast<std::size_t>(cells)) {
-    throw InputError(what + ": " + std::to_string(digits.size()) + " digits, not " + std::to_string(cells));
-  }
-  std::vector<int> codes;
-  for (const char digit : digits) {
-    if (digit < '0' || digit > '0' + highest) {
-      throw InputError(what + ": '" + digit + "' is not 0 to " + std::to_string(highest));
-    }
-    codes.push_back(digit - '0');
-  }
-  return codes;
-}
-
 /// Reads a whole number from lowest to highest. Errors: InputError.
 int NumberIn(const std::string& text, int lowest, int highest, const std::string& what) {
   int number = 0;
@@ -197,18 +160,6 @@ WrongFields LayPosition(Main& main, const std::string& line) {
   return WrongFields::Look;
 }
 
-/// Puts the player's fields on the board of a puzzle that was started.
-void LayFields(Main& main, const std::string& digits) {
-  const std::vector<int> board = CellDigits(digits, main.CellCount, CELL_TREE, "--board");
-  for (int cell = 0; cell < main.CellCount; ++cell) {
-    const int code = board[static_cast<std::size_t>(cell)];
-    if ((code == CELL_TREE) != (main.Board[cell] == CELL_TREE)) {
-      throw InputError("--board: not the trees of the puzzle, see cell " + std::to_string(cell));
-    }
-    main.Board[cell] = code;
-  }
-}
-
 }  // namespace
 
 ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal) {
@@ -239,7 +190,7 @@ ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
     throw InputError(options.Pack + ": record " + std::to_string(options.Number) +
                      " cannot be started: " + error.what());
   }
-  if (!options.Board.empty()) LayFields(bench.main, options.Board);
+  if (!options.Board.empty()) LayFields(bench.main, options.Board, "--board");
   const Hint hint = AskForHint(bench, WrongFields::Look);
   if (options.Output == Format::Table) {
     WriteHintRow(terminal.Out, hint);

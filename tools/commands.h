@@ -26,6 +26,12 @@ enum class Format {
   Table,  ///< Tab-separated, no header, one record a line.
 };
 
+/// Levels from 1 to 5, both included.
+struct LevelRange {
+  int Lowest = 1;
+  int Highest = 5;
+};
+
 struct MakeOptions {
   MakeRequest Request{};
   long Count = 1;

@@ -1,15 +1,12 @@
 // bivouac-packs: makes, checks and shows packs of puzzles. See bivouac-packs.6.
-#include <CLI/CLI.hpp>
-#include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <functional>
 #include <iostream>
 #include <random>
 #include <thread>
 #include <unistd.h>
 
-#include "tools/commands.h"
+#include "tools/command_line.h"
 #include "tools/pack_access.h"
 
 namespace bivouac {
@@ -23,24 +20,10 @@ extern "C" void OnInterrupt(int) {
   interrupted = true;
 }
 
-using Command = std::function<ExitStatus(Terminal&)>;
-
 bool UnderstandsColours() {
   const char* terminal = std::getenv("TERM");
   return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr && terminal != nullptr &&
          std::string_view(terminal) != "dumb";
-}
-
-/// "3" or "2-4". Errors: CLI::ValidationError.
-void ReadLevels(const std::string& text, MakeOptions& options) {
-  const auto isLevel = [](char c) { return c >= '1' && c <= '5'; };
-  const bool one = text.size() == 1 && isLevel(text[0]);
-  const bool range =
-      text.size() == 3 && isLevel(text[0]) && text[1] == '-' && isLevel(text[2]) && text[0] <= text[2];
-  if (!one && !range)
-    throw CLI::ValidationError("--level", "'" + text + "' is not a level 1 to 5 or a range such as 2-4");
-  options.LowestLevel = text.front() - '0';
-  options.HighestLevel = text.back() - '0';
 }
 
 void AddMake(CLI::App& app, Command& chosen) {
@@ -69,16 +52,14 @@ void AddMake(CLI::App& app, Command& chosen) {
   make->add_flag("--distinct", input->Options.Distinct, "Leave out what is alike, turned or mirrored");
   make->add_option("PACK", input->Options.Pack, "The pack")->required();
   make->callback([input, seed, &chosen] {
-    ReadLevels(input->Levels, input->Options);
+    const LevelRange levels = ReadLevels(input->Levels);
+    input->Options.LowestLevel = levels.Lowest;
+    input->Options.HighestLevel = levels.Highest;
     if (seed->count() == 0) {
       std::random_device random;
       input->Options.Request.Seed = std::uint64_t{random()} << 32 | random();
     }
-    chosen = [input](Terminal& terminal) {
-      std::signal(SIGINT, OnInterrupt);
-      std::signal(SIGTERM, OnInterrupt);
-      return MakePack(input->Options, interrupted, terminal);
-    };
+    chosen = [input](Terminal& terminal) { return MakePack(input->Options, WatchForInterrupts(), terminal); };
   });
 }
 
@@ -208,6 +189,7 @@ int Run(int argc, char** argv) {
   AddCheckAndSort(app, chosen);
   AddMerge(app, chosen);
   AddHint(app, chosen);
+  AddDrawingCommands(app, chosen);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -228,6 +210,23 @@ int Run(int argc, char** argv) {
 }
 
 }  // namespace
+
+LevelRange ReadLevels(const std::string& text) {
+  const auto isLevel = [](char c) { return c >= '1' && c <= '5'; };
+  const bool one = text.size() == 1 && isLevel(text[0]);
+  const bool range =
+      text.size() == 3 && isLevel(text[0]) && text[1] == '-' && isLevel(text[2]) && text[0] <= text[2];
+  if (!one && !range)
+    throw CLI::ValidationError("--level", "'" + text + "' is not a level 1 to 5 or a range such as 2-4");
+  return {text.front() - '0', text.back() - '0'};
+}
+
+const std::atomic<bool>& WatchForInterrupts() {
+  std::signal(SIGINT, OnInterrupt);
+  std::signal(SIGTERM, OnInterrupt);
+  return interrupted;
+}
+
 }  // namespace bivouac
 
 int main(int argc, char** argv) {

@@ -1,0 +1,314 @@
+#include <atomic>
+#include <cairo.h>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "game/play.h"
+#include "tests/support/files.h"
+#include "tests/support/packs.h"
+#include "tools/drawing/board_painter.h"
+#include "tools/drawing_commands.h"
+#include "tools/pack_access.h"
+#include "tools/workbench.h"
+
+namespace bivouac {
+namespace {
+
+const std::string kPacks = BIVOUAC_SOURCE_DIR "/assets/packs/";
+
+/// What a program writes; the test fails if it ends with another status than 0.
+std::string OutputOf(const std::string& command) {
+  std::FILE* pipe = popen(command.c_str(), "r");
+  std::string text;
+  for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) text += static_cast<char>(c);
+  EXPECT_EQ(pclose(pipe), 0) << command;
+  return text;
+}
+
+int PagesOf(const std::string& pdf) {
+  const std::string info = OutputOf("pdfinfo " + pdf);
+  return std::stoi(info.substr(info.find("Pages:") + 6));
+}
+
+std::string TextOf(const std::string& pdf, int page) {
+  const std::string number = std::to_string(page);
+  return OutputOf("pdftotext -layout -f " + number + " -l " + number + " " + pdf + " -");
+}
+
+/// A picture read back, by the darkness of its pixels: 0 white, 255 black.
+class Pixels {
+ public:
+  explicit Pixels(const std::string& png) : surface_(cairo_image_surface_create_from_png(png.c_str())) {
+    EXPECT_EQ(cairo_surface_status(surface_), CAIRO_STATUS_SUCCESS);
+  }
+  Pixels(const Pixels&) = delete;
+  Pixels& operator=(const Pixels&) = delete;
+  ~Pixels() { cairo_surface_destroy(surface_); }
+
+  int Width() const { return cairo_image_surface_get_width(surface_); }
+  int Height() const { return cairo_image_surface_get_height(surface_); }
+  int DarknessAt(int x, int y) const {
+    const unsigned char* pixel =
+        cairo_image_surface_get_data(surface_) + y * cairo_image_surface_get_stride(surface_) + 4 * x;
+    return 255 - (pixel[0] + pixel[1] + pixel[2]) / 3;
+  }
+  /// Mean darkness of a box.
+  double DarknessIn(const Box& box) const {
+    double sum = 0;
+    int count = 0;
+    for (int y = static_cast<int>(box.Y); y < box.Y + box.Height; ++y) {
+      for (int x = static_cast<int>(box.X); x < box.X + box.Width; ++x, ++count) sum += DarknessAt(x, y);
+    }
+    return sum / count;
+  }
+
+  /// The largest black frame: first and last row with a long black line, and that line's ends.
+  Box Frame() const {
+    int left = 0, right = 0, top = -1, bottom = 0;
+    for (int y = 0; y < Height(); ++y) {
+      for (int x = 0, run = 0; x < Width(); ++x) {
+        run = DarknessAt(x, y) > 200 ? run + 1 : 0;
+        if (run < Width() / 4) continue;
+        left = x - run + 1;
+        right = x;
+        if (top < 0) top = y;
+        bottom = y;
+      }
+    }
+    return {double(left), double(top), double(right - left), double(bottom - top)};
+  }
+
+ private:
+  cairo_surface_t* surface_;
+};
+
+class Drawing : public testing::Test {
+ protected:
+  std::string PathOf(const std::string& name) const { return folder_ / name; }
+  std::string PackOf(int size) const { return kPacks + "BVPack" + std::to_string(size) + ".bvq"; }
+
+  BookOptions Book(const std::string& output) const {
+    BookOptions book;
+    book.Drawing.Output = PathOf(output);
+    book.Packs = {PackOf(12)};
+    return book;
+  }
+  PictureOptions Picture(const std::string& output, const std::string& pack) const {
+    PictureOptions picture;
+    picture.Drawing.Output = PathOf(output);
+    picture.Pack = kPacks + pack;
+    return picture;
+  }
+  std::string ErrorOf(const BookOptions& book) {
+    try {
+      PrintBook(book, stop, terminal);
+    } catch (const InputError& error) {
+      return error.what();
+    }
+    return "";
+  }
+
+  std::atomic<bool> stop = false;
+  std::istringstream in;
+  std::ostringstream out, err;
+  Terminal terminal{.In = in, .Out = out, .Err = err};
+  TempFolder folder_;
+};
+
+TEST_F(Drawing, ABookHasItsPagesInOrderAndTheSameBytesAgain) {
+  struct Case {
+    int PerPage;
+    SolutionPlace Solutions;
+    int Pages;  // Of 1 + 20 puzzles, 20 solutions a page.
+  };
+  for (const Case& c : {Case{1, SolutionPlace::Back, 1 + 21 + 2}, Case{2, SolutionPlace::None, 1 + 11},
+                        Case{4, SolutionPlace::Back, 1 + 6 + 2}, Case{6, SolutionPlace::Separate, 1 + 4}}) {
+    BookOptions book = Book("book.pdf");
+    book.Drawing.Force = true;
+    book.Numbers = {{100, 100}, {1, 20}};
+    book.PerPage = c.PerPage;
+    book.Solutions = c.Solutions;
+    book.Title = "Winter nights";
+    ASSERT_EQ(PrintBook(book, stop, terminal), ExitStatus::Done);
+    EXPECT_EQ(PagesOf(PathOf("book.pdf")), c.Pages) << c.PerPage;
+    EXPECT_NE(TextOf(PathOf("book.pdf"), 1).find("Winter nights"), std::string::npos);
+    EXPECT_NE(TextOf(PathOf("book.pdf"), 1).find("21 puzzles, 12\u00d712"), std::string::npos);
+    const std::string first = TextOf(PathOf("book.pdf"), 2);
+    EXPECT_NE(first.find("No. 100 12\u00d712, level 5, difficulty"), std::string::npos) << first;
+    EXPECT_EQ(first.find("No. 1 ") != std::string::npos, c.PerPage > 1) << first;
+    const std::string last = TextOf(PathOf("book.pdf"), c.Pages);
+    EXPECT_NE(last.find("No. 20"), std::string::npos) << last;
+    EXPECT_NE(last.find(std::to_string(c.Pages)), std::string::npos) << last;
+    const std::string bytes = BytesOf(PathOf("book.pdf"));
+    PrintBook(book, stop, terminal);
+    EXPECT_EQ(BytesOf(PathOf("book.pdf")), bytes);
+  }
+  EXPECT_EQ(PagesOf(PathOf("book-solutions.pdf")), 2);
+}
+
+TEST_F(Drawing, APageShowsTheBoard) {
+  const PackRecord record = ReadPack("assets/packs/BVPack07.bvq").at(4);
+  PictureOptions picture = Picture("one.pdf", "BVPack07.bvq");
+  picture.Number = 5;
+  picture.Solution = true;
+  ASSERT_EQ(PrintPicture(picture, terminal), ExitStatus::Done);
+  OutputOf("pdftoppm -r 150 -png -singlefile " + PathOf("one.pdf") + " " + PathOf("page"));
+  const Pixels page(PathOf("page.png"));
+  const Box frame = page.Frame();
+  ASSERT_NEAR(frame.Width, frame.Height, 6);
+  ASSERT_GT(frame.Width, 300);
+  // The upper left quarter of a tent's field is empty, of a tree's it holds the crown; low down a tent is
+  // wide and a tree a trunk.
+  const double pitch = frame.Width / 7;
+  for (int cell = 0; cell < 49; ++cell) {
+    const double x = frame.X + cell % 7 * pitch;
+    const double y = frame.Y + cell / 7 * pitch;
+    const double crown = page.DarknessIn({x + pitch * 0.13, y + pitch * 0.3, pitch * 0.1, pitch * 0.06});
+    const double foot = page.DarknessIn({x + pitch * 0.67, y + pitch * 0.76, pitch * 0.06, pitch * 0.04});
+    const int seen = foot > 150 ? 2 : crown > 40 ? 3 : 1;
+    EXPECT_EQ(seen, record.Layout[cell]) << cell << ": " << crown << ", " << foot;
+  }
+}
+
+TEST_F(Drawing, APictureShowsAPositionInTheColoursOfTheWindow) {
+  const PackRecord record = ReadPack("assets/packs/BVPack06.bvq").at(0);
+  std::string digits;
+  for (int cell = 0; cell < 36; ++cell) digits += record.Layout[cell] == 3 ? '3' : cell % 2 == 0 ? '1' : '0';
+  PictureOptions picture = Picture("one.png", "BVPack06.bvq");
+  picture.Drawing.Colour = true;
+  picture.Board = digits;
+  picture.Width = 340;
+  ASSERT_EQ(PrintPicture(picture, terminal), ExitStatus::Done);
+  const Pixels pixels(PathOf("one.png"));
+  ASSERT_EQ(pixels.Width(), 340);
+  const double margin = 340 * 0.02;
+  const BoardGeometry geometry(6, {margin / 2, margin / 2}, 340 - 2 * margin, ClueLabels::Shown);
+  for (int cell = 0; cell < 36; ++cell) {
+    const Box field = geometry.Field(cell);
+    const int corner = pixels.DarknessAt(static_cast<int>(field.X + 4), static_cast<int>(field.Y + 4));
+    EXPECT_EQ(corner > 150, digits[static_cast<std::size_t>(cell)] == '0') << cell;
+  }
+}
+
+/// The columns of each line of a table.
+std::vector<std::vector<std::string>> Rows(const std::string& table) {
+  std::vector<std::vector<std::string>> rows;
+  std::istringstream lines(table);
+  for (std::string line; std::getline(lines, line);) {
+    rows.emplace_back();
+    std::istringstream columns(line);
+    for (std::string column; std::getline(columns, column, '\t');) rows.back().push_back(column);
+  }
+  return rows;
+}
+
+TEST_F(Drawing, AnExplanationIsTheWayOfTheGamesHints) {
+  for (const int size : {12, 18}) {
+    ExplainOptions options;
+    options.Pack = PackOf(size);
+    options.Number = 100;
+    options.Output = Format::Table;
+    out.str("");
+    ASSERT_EQ(ExplainPuzzle(options, terminal), ExitStatus::Done);
+    const std::vector<std::vector<std::string>> rows = Rows(out.str());
+    const PackRecord record = ReadPack("assets/packs/BVPack" + std::to_string(size) + ".bvq").at(99);
+
+    Workbench bench;
+    LayOutRecord(bench.main, record);
+    StartPuzzle(bench.main);
+    int seconds = 0;
+    const auto digits = [&] {
+      std::string text;
+      for (int cell = 0; cell < bench.main.CellCount; ++cell) text += std::to_string(bench.main.Board[cell]);
+      return text;
+    };
+    for (std::size_t step = 0; step + 1 < rows.size(); ++step) {
+      out.str("");
+      GiveHint({.Pack = options.Pack, .Number = 100, .Board = digits(), .Output = Format::Table}, terminal);
+      const std::vector<std::string> hint = Rows(out.str()).at(0);
+      ASSERT_EQ(rows[step][3], hint[1]) << step;
+      ASSERT_EQ(rows[step][5], hint[4]) << step;
+      seconds += std::stoi(hint[1]);
+      std::istringstream changes(rows[step][4]);
+      for (std::string change; std::getline(changes, change, ',');) {
+        const int cell = std::stoi(change);
+        const int code = change.back() - '0';
+        ASSERT_EQ(bench.main.Board[cell], CELL_OPEN);
+        ASSERT_EQ(code, record.Layout[cell]);
+        bench.main.Board[cell] = code;
+      }
+    }
+    EXPECT_EQ(rows.back(), (std::vector<std::string>{"SOLVED", std::to_string(rows.size() - 1),
+                                                     std::to_string(seconds), digits()}));
+    EXPECT_EQ(digits().find('0'), std::string::npos);
+
+    options.Drawing.Output = PathOf("explained.pdf");
+    options.Drawing.Force = true;
+    ASSERT_EQ(ExplainPuzzle(options, terminal), ExitStatus::Done);
+    const int pages = PagesOf(options.Drawing.Output);
+    EXPECT_GE(pages, static_cast<int>(rows.size() + 3) / 4);
+    EXPECT_NE(TextOf(options.Drawing.Output, pages).find(std::to_string(seconds) + " seconds of hints"),
+              std::string::npos);
+
+    WriteBytes(PathOf("one.bvq"), BytesOf(options.Pack).substr(99 * 1376, 1376));
+    out.str("");
+    StatsOptions stats;
+    stats.Packs = {PathOf("one.bvq")};
+    stats.Output = Format::Table;
+    stats.Drawing.Output = PathOf("stats" + std::to_string(size) + ".svg");
+    ASSERT_EQ(StatsOfPacks(stats, stop, terminal), ExitStatus::Done);
+    const std::vector<std::string> level = Rows(out.str()).at(0);
+    EXPECT_EQ(level.at(1), "one.bvq");
+    EXPECT_EQ(level.at(8), std::to_string(bench.main.TreeCount));
+    EXPECT_EQ(level.at(11), std::to_string(rows.size() - 1));
+    EXPECT_EQ(level.at(14), std::to_string(seconds));
+    EXPECT_EQ(level.back(), "0");
+  }
+}
+
+TEST_F(Drawing, AnExplanationSaysWhereHintsEnd) {
+  ExplainOptions options;
+  options.Pack = PackOf(12);
+  const PackRecord record = ReadPack("assets/packs/BVPack12.bvq").at(0);
+  for (int cell = 0; cell < 144; ++cell) options.From += record.Layout[cell] == CELL_TREE ? '3' : '2';
+  ASSERT_EQ(ExplainPuzzle(options, terminal), ExitStatus::Done);
+  EXPECT_NE(out.str().find("has fields that are wrong"), std::string::npos);
+}
+
+TEST_F(Drawing, BadInputLeavesNoFile) {
+  const auto with = [&](auto change) {
+    BookOptions book = Book("bad.pdf");
+    change(book);
+    return ErrorOf(book);
+  };
+  EXPECT_NE(with([](BookOptions& b) { b.Numbers = {{99, 101}}; }).find("no puzzle 101"), std::string::npos);
+  EXPECT_NE(with([](BookOptions& b) { b.Paper = "a7"; }).find("--paper: 'a7'"), std::string::npos);
+  EXPECT_NE(with([](BookOptions& b) { b.Paper = "40x60"; }).find("too small"), std::string::npos);
+  EXPECT_NE(with([&](BookOptions& b) { b.Drawing.Output = PathOf("bad.png"); }).find("a book is a PDF"),
+            std::string::npos);
+  EXPECT_NE(with([&](BookOptions& b) { b.Drawing.Output = PathOf("none/bad.pdf"); }).find("No such file"),
+            std::string::npos);
+  std::string bytes = BytesOf(PackOf(12));
+  bytes[2 * 1376 + 648 + 2] = 9;
+  WriteBytes(PathOf("damaged.bvq"), bytes);
+  EXPECT_NE(with([&](BookOptions& b) {
+              b.Packs = {PathOf("damaged.bvq")};
+            }).find("record 3 is damaged: it has the code 9 in Layout[1]"),
+            std::string::npos);
+  stop = true;
+  EXPECT_EQ(PrintBook(Book("bad.pdf"), stop, terminal), ExitStatus::Interrupted);
+  stop = false;
+  {
+    const FileSizeLimit limit(20000);
+    EXPECT_NE(ErrorOf(Book("bad.pdf")).find("cannot be written"), std::string::npos);
+  }
+  EXPECT_EQ(FilesIn(folder_ / "").size(), 1U) << "files beside the damaged pack";
+
+  WriteBytes(PathOf("mine.pdf"), "a letter");
+  EXPECT_NE(ErrorOf(Book("mine.pdf")).find("--force"), std::string::npos);
+  EXPECT_EQ(BytesOf(PathOf("mine.pdf")), "a letter");
+}
+
+}  // namespace
+}  // namespace bivouac

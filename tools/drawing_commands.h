@@ -1,0 +1,73 @@
+// The commands of bivouac-packs that draw. Built without Cairo they say so.
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/commands.h"
+
+namespace bivouac {
+
+enum class SolutionPlace { None, Back, Separate };
+
+/// What every drawing command asks for.
+struct DrawingOptions {
+  std::string Output{};
+  bool Colour = false;  ///< The colours of the window, else ink.
+  bool Force = false;   ///< Overwrites a file.
+};
+
+/// Numbers first to last of a pack, both included.
+struct NumberRange {
+  long First = 1;
+  long Last = 1;
+};
+
+struct BookOptions {
+  DrawingOptions Drawing{};
+  std::vector<std::string> Packs{};
+  std::vector<NumberRange> Numbers{};  ///< In this order; none: all of every pack.
+  std::optional<LevelRange> Levels{};  ///< None: all, and those that the rater cannot finish.
+  int PerPage = 2;
+  std::string Paper = "a4";
+  SolutionPlace Solutions = SolutionPlace::Back;
+  std::string Title = "Bivouac";
+};
+
+struct PictureOptions {
+  DrawingOptions Drawing{};
+  std::string Pack{};
+  long Number = 1;
+  std::string Board{};  ///< Digits of the position; empty for the puzzle alone.
+  bool Solution = false;
+  int Width = 600;  ///< In pixels; a PDF takes the paper's.
+  std::string Paper = "a4";
+};
+
+struct ExplainOptions {
+  DrawingOptions Drawing{};  ///< An output makes a PDF instead of text.
+  std::string Pack{};
+  long Number = 1;
+  std::string From{};  ///< Digits of the position to begin with; empty for the start of the puzzle.
+  Format Output = Format::Words;
+};
+
+struct StatsOptions {
+  DrawingOptions Drawing{};  ///< An output makes a plot as well.
+  std::vector<std::string> Packs{};
+  Format Output = Format::Words;
+};
+
+/// Tells the way to the solution as the hints give it.
+ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal);
+ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal& terminal);
+/// Tells what packs hold: levels, difficulty, tents, the rules that hints need, their seconds.
+ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
+/// Writes a PDF. `stop` ends it without a file.
+ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
+/// Writes one board as a PDF, SVG or PNG, by the ending of the file's name.
+ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal);
+
+}  // namespace bivouac

@@ -1,0 +1,18 @@
+// Positions as digits, one a cell, row by row: 0 open, 1 grass, 2 tent, 3 tree.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "game/game_state.h"
+
+namespace bivouac {
+
+/// Reads digits from 0 to `highest`, one a cell. Errors: InputError, which begins with `what`.
+std::vector<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what);
+
+/// Puts the player's fields on a board that has the trees of a puzzle. Errors: InputError if the digits have
+/// others.
+void LayFields(Main& main, const std::string& digits, const std::string& what);
+
+}  // namespace bivouac

@@ -1,0 +1,206 @@
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <ostream>
+
+#include "tools/drawing/book.h"
+#include "tools/drawing_commands.h"
+#include "tools/pack_access.h"
+#include "tools/pack_reader.h"
+#include "tools/position.h"
+#include "tools/progress.h"
+#include "tools/puzzle_facts.h"
+#include "tools/workbench.h"
+
+namespace bivouac {
+namespace {
+
+PictureFormat FormatOf(const std::string& output) {
+  const std::optional<PictureFormat> format = FormatOfName(output);
+  if (!format) throw InputError(output + ": the name must end in .pdf, .svg or .png");
+  return *format;
+}
+
+Extent CheckedPaper(const std::string& text) {
+  const std::optional<Extent> paper = PaperOf(text);
+  if (!paper)
+    throw InputError("--paper: '" + text + "' is not a4, a5, a6, letter or millimetres such as 148x210");
+  return *paper;
+}
+
+Overwrite OverwriteOf(const DrawingOptions& options) {
+  return options.Force ? Overwrite::Yes : Overwrite::No;
+}
+
+Look LookOf(const DrawingOptions& options) {
+  return options.Colour ? Look::Colour : Look::Ink;
+}
+
+/// The puzzles of a book, read from their packs each time they are walked.
+class Selection {
+ public:
+  explicit Selection(const BookOptions& options) : options_(options) {
+    for (const std::string& path : options.Packs) packs_.push_back(std::make_unique<PackReader>(path));
+  }
+
+  /// Calls visit(pack, number, record) for each; it returns false to end the walk.
+  template <class Visit>
+  void ForEach(Visit visit) {
+    for (const auto& pack : packs_) {
+      std::vector<NumberRange> ranges = options_.Numbers;
+      if (ranges.empty()) ranges.push_back({1, pack->Count()});
+      for (const NumberRange& range : ranges) {
+        for (long number = range.First; number <= range.Last; ++number) {
+          const PackRecord record = pack->Read(number);
+          if (!IsOfLevel(record)) continue;
+          if (!visit(*pack, number, record)) return;
+        }
+      }
+    }
+  }
+
+  /// How a puzzle is called in the book.
+  std::string NameOf(const PackReader& pack, long number) const {
+    const std::string name = "No. " + std::to_string(number);
+    return packs_.size() == 1 ? name : FileName(pack.Path()) + ", " + name;
+  }
+
+ private:
+  bool IsOfLevel(const PackRecord& record) {
+    if (!options_.Levels) return true;
+    const int level =
+        LevelOf(record.LevelSize) != 0 ? LevelOf(record.LevelSize) : FactsOf(bench_.main, record).Level;
+    return level >= options_.Levels->Lowest && level <= options_.Levels->Highest;
+  }
+
+  const BookOptions& options_;
+  std::vector<std::unique_ptr<PackReader>> packs_;
+  Workbench bench_;
+};
+
+/// What a first walk over the selection tells.
+struct Survey {
+  long Puzzles = 0;
+  int SmallestSize = kMaxSize;
+  int LargestSize = 0;
+  PackRecord First;
+};
+
+Survey SurveyOf(Selection& selection) {
+  Survey survey;
+  selection.ForEach([&](const PackReader&, long, const PackRecord& record) {
+    const int size = SizeOf(record.LevelSize);
+    if (survey.Puzzles++ == 0) survey.First = record;
+    survey.SmallestSize = std::min(survey.SmallestSize, size);
+    survey.LargestSize = std::max(survey.LargestSize, size);
+    return true;
+  });
+  return survey;
+}
+
+std::string SummaryOf(const Survey& survey, const BookOptions& options) {
+  std::string text = std::to_string(survey.Puzzles) + (survey.Puzzles == 1 ? " puzzle, " : " puzzles, ") +
+                     SizeText(survey.SmallestSize);
+  if (survey.LargestSize != survey.SmallestSize) text += " to " + SizeText(survey.LargestSize);
+  if (options.Levels) {
+    const auto [lowest, highest] = *options.Levels;
+    text += (lowest == highest ? ", level " : ", levels ") + std::to_string(lowest);
+    if (lowest != highest) text += " to " + std::to_string(highest);
+  }
+  return text;
+}
+
+std::string SolutionsName(const std::string& output) {
+  return output.substr(0, output.size() - 4) + "-solutions" + output.substr(output.size() - 4);
+}
+
+}  // namespace
+
+ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
+  const std::string& output = options.Drawing.Output;
+  if (FormatOf(output) != PictureFormat::Pdf)
+    throw InputError(output + ": a book is a PDF; a picture is one puzzle, PACK NUMBER");
+  const BookLayout layout{CheckedPaper(options.Paper), options.PerPage};
+  Selection selection(options);
+  const Survey survey = SurveyOf(selection);
+  if (survey.Puzzles == 0) throw InputError("there is no such puzzle to print");
+  CheckPaper(layout, survey.LargestSize);
+
+  const BoardPainter painter(LookOf(options.Drawing));
+  Canvas canvas(output, PictureFormat::Pdf, layout.Paper, options.Title, OverwriteOf(options.Drawing));
+  BookWriter book(canvas, painter, layout);
+  book.TitlePage({options.Title, SummaryOf(survey, options)}, PuzzlePicture(survey.First));
+  Workbench bench;
+  ProgressLine progress(terminal, survey.Puzzles);
+  selection.ForEach([&](const PackReader& pack, long number, const PackRecord& record) {
+    book.Puzzle(
+        {PuzzlePicture(record), selection.NameOf(pack, number), FactsText(FactsOf(bench.main, record))});
+    progress.Step();
+    return !stop;
+  });
+  const auto drawSolutions = [&](BookWriter& to, const std::string& heading) {
+    to.BeginSolutions(heading);
+    selection.ForEach([&](const PackReader& pack, long number, const PackRecord& record) {
+      to.Solution(record, selection.NameOf(pack, number));
+      return !stop;
+    });
+    to.Finish();
+  };
+  if (options.Solutions == SolutionPlace::Back) {
+    drawSolutions(book, "Solutions");
+  } else {
+    book.Finish();
+  }
+  if (options.Solutions == SolutionPlace::Separate) {
+    const std::string title = options.Title + ": solutions";
+    Canvas apart(SolutionsName(output), PictureFormat::Pdf, layout.Paper, title,
+                 OverwriteOf(options.Drawing));
+    BookWriter pages(apart, painter, layout);
+    drawSolutions(pages, title);
+    if (!stop) apart.Close();
+  }
+  if (stop) return ExitStatus::Interrupted;
+  canvas.Close();
+  return ExitStatus::Done;
+}
+
+ExitStatus PrintPicture(const PictureOptions& options, Terminal&) {
+  const PictureFormat format = FormatOf(options.Drawing.Output);
+  const PackRecord record = PackReader(options.Pack).Read(options.Number);
+  Workbench bench;
+  const std::string name = "No. " + std::to_string(options.Number);
+  const std::string facts = FactsText(FactsOf(bench.main, record));
+  BoardPicture picture = options.Solution ? SolutionPicture(record) : PuzzlePicture(record);
+  if (!options.Board.empty()) {
+    LayOutRecord(bench.main, record);
+    LayFields(bench.main, options.Board, "--board");
+    for (int cell = 0; cell < bench.main.CellCount; ++cell) {
+      picture.Fields[static_cast<std::size_t>(cell)] = bench.main.Board[cell];
+    }
+  }
+  const BoardPainter painter(LookOf(options.Drawing));
+  if (format == PictureFormat::Pdf) {
+    const BookLayout layout{CheckedPaper(options.Paper), 1};
+    CheckPaper(layout, picture.Size);
+    Canvas canvas(options.Drawing.Output, format, layout.Paper, "Bivouac " + name,
+                  OverwriteOf(options.Drawing));
+    BookWriter page(canvas, painter, layout);
+    page.Puzzle({picture, name, facts});
+    page.Finish();
+    canvas.Close();
+    return ExitStatus::Done;
+  }
+  // A caption below the board, of the height of a clue.
+  const double width = options.Width;
+  const double margin = width * 0.02;
+  const TextStyle style{.Size = std::max(width * 0.025, 6.0), .Align = Alignment::Centre};
+  const double caption = 2 * style.Size;
+  Canvas canvas(options.Drawing.Output, format, {width, width + caption}, name, OverwriteOf(options.Drawing));
+  canvas.Fill({0, 0, width, width + caption}, GroundOf(painter.Style()));
+  painter.Paint(canvas, picture, {margin / 2, margin / 2}, width - 2 * margin);
+  canvas.Text(name + ", " + facts, {width / 2, width - margin / 2}, style);
+  canvas.Close();
+  return ExitStatus::Done;
+}
+
+}  // namespace bivouac

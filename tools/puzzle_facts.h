@@ -1,0 +1,25 @@
+// What a puzzle is, in numbers and in words.
+#pragma once
+
+#include <string>
+
+#include "game/game_state.h"
+
+namespace bivouac {
+
+struct PuzzleFacts {
+  int Size = 0;
+  int Level =
+      0;  ///< As stored; as rated where nothing is stored. Below 1 the rater's rules cannot finish it.
+  float Difficulty = 0;
+};
+
+/// Rates a record as a load would. Requires: its size is 6 to 18. Leaves on the board what the rating left.
+PuzzleFacts FactsOf(Main& main, const PackRecord& record);
+
+/// Such as "12x12", with a proper sign.
+std::string SizeText(int size);
+/// Size, level and difficulty in words.
+std::string FactsText(const PuzzleFacts& facts);
+
+}  // namespace bivouac

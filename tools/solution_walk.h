@@ -1,0 +1,74 @@
+// The way to the solution as the hints give it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "hints/hints.h"
+
+namespace bivouac {
+
+/// What a step makes of a field.
+struct FieldChange {
+  int Cell = 0;
+  int Code = 0;  ///< CELL_GRASS or CELL_TENT.
+
+  friend bool operator==(const FieldChange&, const FieldChange&) = default;
+};
+
+/// The open fields that a hint decides, each once, and what becomes of them.
+std::vector<FieldChange> ChangesOf(const Main& main, const FoundHint& hint);
+
+/// A hint's sentence, without the words that belong to the window.
+std::string SentenceOf(const FoundHint& hint);
+std::string SentenceOf(std::string_view text);
+
+/// One thing that a hint can say: a rule, and one of its cases.
+struct HintCase {
+  const HintRule* Rule;
+  int Case;
+
+  std::string_view Text() const { return Rule->Texts[Case]; }
+};
+/// All of them, in the order of the chain.
+const std::vector<HintCase>& HintCases();
+/// Where a hint stands in that list.
+std::size_t PlaceOf(const FoundHint& hint);
+
+/// Applies hints to a board one by one until one of the ends.
+class SolutionWalk {
+ public:
+  enum class End {
+    None,  ///< There may be more steps.
+    Solved,
+    NoMoreHints,
+    Fault,        ///< The search for the next hint reads outside the board.
+    WrongHint,    ///< The last hint decides a field against the solution; it is not applied.
+    NothingNew,   ///< The last hint decides no open field.
+    WrongFields,  ///< The board that the walk began with has fields that are wrong.
+  };
+
+  /// Requires: a started puzzle, which the walk plays on. Its board may be half done.
+  explicit SolutionWalk(Main& main);
+
+  /// Finds the next hint and applies it. False at an end; after WrongHint and NothingNew, Hint() and
+  /// Changes() are those of that hint.
+  bool Next();
+
+  const FoundHint& Hint() const { return *hint_; }
+  const std::vector<FieldChange>& Changes() const { return changes_; }
+  End Ended() const { return end_; }
+
+ private:
+  bool IsSolved() const;
+
+  Main& main_;
+  std::optional<FoundHint> hint_;
+  std::vector<FieldChange> changes_;
+  End end_ = End::None;
+};
+
+/// Why a walk ended before the solution, as a sentence. Requires: it ended, and not solved.
+std::string WordsOf(SolutionWalk::End end);
+
+}  // namespace bivouac

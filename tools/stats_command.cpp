@@ -1,0 +1,156 @@
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ostream>
+
+#include "tools/pack_reader.h"
+#include "tools/pack_stats.h"
+#include "tools/progress.h"
+
+namespace bivouac {
+namespace {
+
+constexpr int kLevels[] = {1, 2, 3, 4, 5, -1};  // -1: the rater cannot finish them.
+
+struct Spread {
+  double Least = 0;
+  double Median = 0;
+  double Most = 0;
+};
+
+template <class Value>
+Spread SpreadOf(const std::vector<const PuzzleStats*>& puzzles, Value value) {
+  std::vector<double> values;
+  values.reserve(puzzles.size());
+  for (const PuzzleStats* puzzle : puzzles) values.push_back(value(*puzzle));
+  std::sort(values.begin(), values.end());
+  const std::size_t middle = values.size() / 2;
+  const double median = values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+  return {values.front(), median, values.back()};
+}
+
+struct LevelRow {
+  long Puzzles;
+  Spread Difficulty;
+  Spread Tents;
+  Spread Hints;
+  Spread Seconds;
+  long Unfinished;  // By hints.
+};
+
+/// Requires: there is a puzzle.
+LevelRow RowOf(const std::vector<const PuzzleStats*>& puzzles) {
+  return {static_cast<long>(puzzles.size()),
+          SpreadOf(puzzles, [](const PuzzleStats& p) { return static_cast<double>(p.Difficulty); }),
+          SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Tents; }),
+          SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Hints; }),
+          SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Seconds; }),
+          std::count_if(puzzles.begin(), puzzles.end(), [](const PuzzleStats* p) { return !p->Finished; })};
+}
+
+/// Calls visit(level, row) for the levels of the pack that have puzzles.
+template <class Visit>
+void ForEachLevel(const PackStats::Pack& pack, Visit visit) {
+  for (const int level : kLevels) {
+    std::vector<const PuzzleStats*> puzzles;
+    for (const PuzzleStats& puzzle : pack.Puzzles) {
+      if (puzzle.Level == level || (level == -1 && puzzle.Level < 1)) puzzles.push_back(&puzzle);
+    }
+    if (!puzzles.empty()) visit(level, RowOf(puzzles));
+  }
+}
+
+void WriteLevels(const PackStats::Pack& pack, std::ostream& out) {
+  out << pack.Name << ", " << pack.Puzzles.size() << (pack.Puzzles.size() == 1 ? " puzzle" : " puzzles")
+      << "\nlevel  puzzles      difficulty           tents          hints      seconds of hints  "
+         "unfinished\n";
+  ForEachLevel(pack, [&](int level, const LevelRow& row) {
+    char text[200];
+    std::snprintf(
+        text, sizeof text,
+        "%5s %8ld  %5.2f %5.2f %5.2f  %3.0f %5.1f %3.0f  %3.0f %5.1f %3.0f  %5.0f %6.1f %5.0f  %10ld\n",
+        level < 1 ? "none" : std::to_string(level).c_str(), row.Puzzles, row.Difficulty.Least,
+        row.Difficulty.Median, row.Difficulty.Most, row.Tents.Least, row.Tents.Median, row.Tents.Most,
+        row.Hints.Least, row.Hints.Median, row.Hints.Most, row.Seconds.Least, row.Seconds.Median,
+        row.Seconds.Most, row.Unfinished);
+    out << text;
+  });
+  out << '\n';
+}
+
+void WriteRules(const PackStats& stats, std::ostream& out) {
+  out << "Share of the puzzles of a level whose way by hints needs a rule\n"
+         "rule               level 1      2      3      4      5\n";
+  const std::span<const HintRule> rules = HintRules();
+  for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%-18s", std::string(rules[rule].Name).c_str());
+    out << text;
+    for (int level = 1; level <= 5; ++level) {
+      const long count = stats.Count(level);
+      if (count == 0) {
+        out << "      -";
+        continue;
+      }
+      std::snprintf(text, sizeof text, "%6.1f%%",
+                    100 * static_cast<double>(stats.CountNeeding(level, CasesOf(rules[rule]))) /
+                        static_cast<double>(count));
+      out << text;
+    }
+    out << '\n';
+  }
+}
+
+void WriteTable(const PackStats& stats, std::ostream& out) {
+  for (const PackStats::Pack& pack : stats.Packs) {
+    ForEachLevel(pack, [&](int level, const LevelRow& row) {
+      out << "level\t" << pack.Name << '\t' << level << '\t' << row.Puzzles;
+      for (const Spread* spread : {&row.Difficulty, &row.Tents, &row.Hints, &row.Seconds}) {
+        for (const double value : {spread->Least, spread->Median, spread->Most}) {
+          char text[40];
+          std::snprintf(text, sizeof text, "\t%.9g", value);
+          out << text;
+        }
+      }
+      out << '\t' << row.Unfinished << '\n';
+    });
+  }
+  const std::span<const HintRule> rules = HintRules();
+  for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+    for (int level = 1; level <= 5; ++level) {
+      out << "rule\t" << rules[rule].Name << '\t' << level << '\t' << stats.Count(level) << '\t'
+          << stats.CountNeeding(level, CasesOf(rules[rule])) << '\n';
+    }
+  }
+}
+
+}  // namespace
+
+ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
+  long total = 0;
+  for (const std::string& path : options.Packs) total += PackReader(path).Count();
+  PackStats stats;
+  {
+    ProgressLine progress(terminal, total);
+    stats = StatsOf(options.Packs, [&] {
+      progress.Step();
+      return !stop;
+    });
+  }
+  if (stop) return ExitStatus::Interrupted;
+  if (!options.Drawing.Output.empty()) PlotStats(options.Drawing, stats);
+  if (options.Output == Format::Table) {
+    WriteTable(stats, terminal.Out);
+    return ExitStatus::Done;
+  }
+  PackStats::Pack all{"all packs", {}};
+  for (const PackStats::Pack& pack : stats.Packs) {
+    WriteLevels(pack, terminal.Out);
+    all.Puzzles.insert(all.Puzzles.end(), pack.Puzzles.begin(), pack.Puzzles.end());
+  }
+  if (stats.Packs.size() > 1) WriteLevels(all, terminal.Out);
+  WriteRules(stats, terminal.Out);
+  return ExitStatus::Done;
+}
+
+}  // namespace bivouac

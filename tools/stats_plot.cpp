@@ -1,0 +1,147 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "tools/drawing/canvas.h"
+#include "tools/pack_access.h"
+#include "tools/pack_stats.h"
+
+namespace bivouac {
+namespace {
+
+// Light to dark, so that they stay apart in grey too.
+constexpr Colour kLevelColours[] = {
+    {0.55, 0.80, 0.38}, {0.95, 0.75, 0.25}, {0.93, 0.50, 0.22}, {0.75, 0.22, 0.20}, {0.32, 0.10, 0.32}};
+constexpr Colour kRule{0.8, 0.8, 0.8};
+constexpr TextStyle kHeading{.Size = 14, .Boldness = Weight::Bold};
+constexpr TextStyle kLabel{.Size = 11};
+constexpr TextStyle kLabelRight{.Size = 11, .Align = Alignment::Right};
+constexpr TextStyle kLabelCentre{.Size = 11, .Align = Alignment::Centre};
+
+/// A round step that cuts a range into a handful of pieces.
+double StepOf(double range) {
+  const double power = std::pow(10, std::floor(std::log10(std::max(range, 1e-9))));
+  for (const double step : {0.1, 0.2, 0.5, 1.0, 2.0}) {
+    if (range / (step * power) <= 6) return step * power;
+  }
+  return 5 * power;
+}
+
+std::string Short(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.4g", value);
+  return text;
+}
+
+/// Every puzzle as a dot: seconds of hints to the right, difficulty upward.
+void PlotPuzzles(Canvas& canvas, const Box& box, const PackStats& stats) {
+  double mostSeconds = 1;
+  double mostDifficulty = 0.1;
+  for (const PackStats::Pack& pack : stats.Packs) {
+    for (const PuzzleStats& puzzle : pack.Puzzles) {
+      mostSeconds = std::max(mostSeconds, static_cast<double>(puzzle.Seconds));
+      mostDifficulty = std::max(mostDifficulty, static_cast<double>(puzzle.Difficulty));
+    }
+  }
+  const auto place = [&](double seconds, double difficulty) {
+    return Point{box.X + box.Width * seconds / mostSeconds,
+                 box.Y + box.Height * (1 - difficulty / mostDifficulty)};
+  };
+  for (double at = 0; at <= mostSeconds; at += StepOf(mostSeconds)) {
+    const Point foot = place(at, 0);
+    canvas.Line(foot, place(at, mostDifficulty), 0.6, kRule);
+    canvas.Text(Short(at), {foot.X, foot.Y + 4}, kLabelCentre);
+  }
+  for (double at = 0; at <= mostDifficulty; at += StepOf(mostDifficulty)) {
+    const Point left = place(0, at);
+    canvas.Line(left, place(mostSeconds, at), 0.6, kRule);
+    canvas.Text(Short(at), {left.X - 6, left.Y - 7}, kLabelRight);
+  }
+  canvas.Text("seconds of hints", {box.X + box.Width / 2, box.Y + box.Height + 20}, kLabelCentre);
+  canvas.Text("Difficulty", {box.X - 40, box.Y - 40}, kHeading);
+  for (int level = 1; level <= 5; ++level) {
+    const Colour colour = kLevelColours[level - 1];
+    canvas.SetColour(colour);
+    for (const PackStats::Pack& pack : stats.Packs) {
+      for (const PuzzleStats& puzzle : pack.Puzzles) {
+        if (puzzle.Level != level) continue;
+        const Point at = place(puzzle.Seconds, static_cast<double>(puzzle.Difficulty));
+        cairo_arc(canvas.Pen(), at.X, at.Y, 2.2, 0, 6.2831853);
+        cairo_fill(canvas.Pen());
+      }
+    }
+    const double x = box.X + 70 * level - 10;
+    canvas.Fill({x, box.Y - 34, 10, 10}, colour);
+    canvas.Text("level " + std::to_string(level), {x + 14, box.Y - 36}, kLabel);
+  }
+}
+
+/// Puzzles of each pack as a bar, cut by level.
+void PlotLevels(Canvas& canvas, const Box& box, const PackStats& stats) {
+  canvas.Text("Puzzles by pack and level", {box.X - 40, box.Y - 40}, kHeading);
+  std::size_t most = 1;
+  for (const PackStats::Pack& pack : stats.Packs) most = std::max(most, pack.Puzzles.size());
+  const double bar = std::min(22.0, box.Height / static_cast<double>(stats.Packs.size()));
+  double y = box.Y;
+  for (const PackStats::Pack& pack : stats.Packs) {
+    if (bar >= 11) canvas.Text(pack.Name, {box.X + 60, y + (bar - 15) / 2}, kLabelRight);
+    double x = box.X + 68;
+    for (int level = 1; level <= 5; ++level) {
+      const auto count = std::count_if(pack.Puzzles.begin(), pack.Puzzles.end(),
+                                       [&](const PuzzleStats& puzzle) { return puzzle.Level == level; });
+      const double width = (box.Width - 110) * static_cast<double>(count) / static_cast<double>(most);
+      canvas.Fill({x, y + bar * 0.1, width, bar * 0.8}, kLevelColours[level - 1]);
+      x += width;
+    }
+    canvas.Text(std::to_string(pack.Puzzles.size()), {x + 6, y + (bar - 15) / 2}, kLabel);
+    y += bar;
+  }
+}
+
+/// Share of the puzzles of each level that need a rule, as darker and lighter fields.
+void PlotRules(Canvas& canvas, const Box& box, const PackStats& stats) {
+  canvas.Text("Puzzles whose way by hints needs a rule", {box.X - 40, box.Y - 40}, kHeading);
+  const std::span<const HintRule> rules = HintRules();
+  const double height = box.Height / static_cast<double>(rules.size());
+  const double width = 52;
+  const double left = box.X + box.Width - 5 * width;
+  for (int level = 1; level <= 5; ++level) {
+    canvas.Text(std::to_string(level), {left + (level - 0.5) * width, box.Y - 18}, kLabelCentre);
+  }
+  for (std::size_t rule = 0; rule < rules.size(); ++rule) {
+    const double y = box.Y + height * static_cast<double>(rule);
+    canvas.Text(std::string(rules[rule].Name), {left - 8, y + (height - 14) / 2}, kLabelRight);
+    for (int level = 1; level <= 5; ++level) {
+      const long count = stats.Count(level);
+      if (count == 0) continue;
+      const double share =
+          static_cast<double>(stats.CountNeeding(level, CasesOf(rules[rule]))) / static_cast<double>(count);
+      const auto mixed = [&](double full) { return 1 - (1 - full) * std::sqrt(share); };
+      const Colour full{0.16, 0.42, 0.16};
+      const Box field{left + (level - 1) * width, y, width - 1, height - 1};
+      canvas.Fill(field, {mixed(full.Red), mixed(full.Green), mixed(full.Blue)});
+      char text[16];
+      std::snprintf(text, sizeof text, share > 0 && share < 0.001 ? "%.2f" : "%.1f", 100 * share);
+      if (share > 0) {
+        canvas.TextInBox(text, field, {.Size = 10, .Ink = share > 0.3 ? kWhite : kBlack});
+      }
+    }
+  }
+  canvas.Text("per cent, by level", {left + 2.5 * width, box.Y + box.Height + 4}, kLabelCentre);
+}
+
+}  // namespace
+
+void PlotStats(const DrawingOptions& options, const PackStats& stats) {
+  const std::optional<PictureFormat> format = FormatOfName(options.Output);
+  if (!format) throw InputError(options.Output + ": the name must end in .svg, .pdf or .png");
+  Canvas canvas(options.Output, *format, {1000, 780}, "Packs of Bivouac",
+                options.Force ? Overwrite::Yes : Overwrite::No);
+  canvas.Fill({0, 0, 1000, 780}, kWhite);
+  PlotPuzzles(canvas, {70, 70, 420, 290}, stats);
+  PlotLevels(canvas, {70, 470, 420, 286}, stats);
+  PlotRules(canvas, {570, 70, 400, 660}, stats);
+  canvas.Close();
+}
+
+}  // namespace bivouac
