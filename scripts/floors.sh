@@ -4,8 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 git grep -n '^#include "' -- '*.cpp' '*.h' | tr ':"/' '   ' | awk '
-  BEGIN { split("game 1 deduction 2 rating 3 hints 3 storage 4 generator 5 events 6 window 7 tools 7 fuzz 8 tests 9 bench 10", floors, " ")
+  BEGIN { split("game 1 deduction 2 rating 3 hints 3 storage 4 generator 5 events 6 tools 6 window 7 bench 8 fuzz 8 tests 9", floors, " ")
           for (i = 1; i in floors; i += 2) floor[floors[i]] = floors[i + 1] }
   { from = $1; for (i = 2; $i != "#include"; ++i) ; to = $(i + 1) }
-  from != to && floor[from] <= floor[to] { print "Against the floors: " $0; ++wrong }
+  from != to && (!(from in floor) || !(to in floor) || floor[from] <= floor[to]) { print "Against the floors: " $0; ++wrong }
   END { exit wrong > 0 }'

@@ -102,9 +102,9 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
       main_, [this](int index) { road_.Run([this, index] { Grid_Click(main_, index); }); }, this);
   AddShield();
 
-  ConnectTimer(timer1_, Timer1_Timer);
-  ConnectTimer(timer2_, Timer2_Timer);
-  ConnectTimer(timer3_, Timer3_Timer);
+  ConnectTimer(timer1_, "Timer1", Timer1_Timer);
+  ConnectTimer(timer2_, "Timer2", Timer2_Timer);
+  ConnectTimer(timer3_, "Timer3", Timer3_Timer);
   setMinimumSize(static_cast<int>(kWindowWidth * kSmallest / kTwipsPerPixel),
                  static_cast<int>(kWindowHeight * kSmallest / kTwipsPerPixel));
   resize(kWindowWidth / kTwipsPerPixel, kWindowHeight / kTwipsPerPixel);
@@ -193,7 +193,9 @@ void MainWindow::AddShield() {
   continue_->setObjectName(Text(picture.Name));
 }
 
-void MainWindow::ConnectTimer(QTimer& timer, void (*tick)(Main& main)) {
+void MainWindow::ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main)) {
+  timer.setParent(this);
+  timer.setObjectName(QLatin1String(name));
   connect(&timer, &QTimer::timeout, this, [this, tick] { Run(tick); });
 }
 

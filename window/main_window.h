@@ -59,7 +59,7 @@ class MainWindow : public QWidget {
   void AddLabel(const ControlRow& row);
   void AddClueLabels();
   void AddShield();
-  void ConnectTimer(QTimer& timer, void (*tick)(Main& main));
+  void ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main));
 
   void Run(void (*handler)(Main& main));
   void LayOut();

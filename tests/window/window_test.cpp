@@ -229,19 +229,28 @@ TEST(Window, EnterEndsTheBlinkingOfWrongFieldsBehindItsQuestions) {
 }
 
 TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
-  GameRun run;
-  run.Setting("Options/Size", "8");
-  const int status = run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
-    run.Expect("Bivouac", Press(Qt::Key_Return));
-    ClickOn(program, "cmdHint");
-    // With a hint on show an undo does not disable its button at step 0.
-    program.State().cmdUndo.Enabled = true;
-    program.Window().Draw();
-    ClickOn(program, "cmdUndo");
-  });
-  EXPECT_EQ(status, 1);
-  EXPECT_EQ(run.Texts.back(), "Run-time error 9: index outside an array");
+  struct Row {
+    void (*Fail)(Main& main);
+    const char* Line;
+  };
+  const Row rows[] = {
+      {[](Main& main) { main.Board[kMaxCells] = 0; }, "Run-time error 9: index outside an array"},
+      {[](Main&) { throw std::logic_error("a strange one"); }, "Error: a strange one"},
+  };
+  for (const Row& row : rows) {
+    GameRun run;
+    run.Setting("Options/Size", "6");
+    const int status = run.Run([&](Program& program) {
+      OpenPuzzle(run, program, 1);
+      program.State().global.CurrentPlayer = 1;
+      program.State().RecordTimes = row.Fail;
+      run.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
+      run.Expect("Bivouac", Press(Qt::Key_Return));
+      Solve(program);
+    });
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(run.Texts.back(), row.Line);
+  }
 }
 
 TEST(Window, AnErrorAtStartNamesTheSettingsFile) {
