@@ -11,6 +11,7 @@
 #include "game/moves.h"
 #include "game/play.h"
 #include "game/sound.h"
+#include "game/spoken.h"
 #include "game/web_link.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
@@ -516,6 +517,43 @@ TEST_F(GameTest, TheWebLinkTellsWhatWentWrongAndLeavesNoFile) {
   EXPECT_TRUE(std::filesystem::is_empty(folder));
   std::filesystem::remove_all(folder);
   EXPECT_THROW(Label2_Click(main), RunTimeError);
+}
+
+TEST_F(GameTest, WhatIsSaidTellsFieldsLinesAndWhatChanged) {
+  Start();
+  main.Timer3.Enabled = true;
+  Told told;
+  const auto said = [&](bool clicked = false, Listener::On focus = Listener::On::Elsewhere) {
+    return told.WhatChanged(main, {.Focus = focus, .Frame = 14, .Clicked = clicked});
+  };
+  EXPECT_EQ(said(), "");
+  EXPECT_EQ(SpokenField(main, 19),
+            "Row 4, column 2, open. Row: 0 of 1 tent, 2 open. Column: 0 of 1 tent, 2 open.");
+  EXPECT_EQ(SpokenProgress(main), "Time 00:00, 0 steps, 4 tents left.");
+  Put(14, CELL_TENT);
+  EXPECT_EQ(said(true), "Tent. Row finished.");
+  Put(22, CELL_TENT);
+  EXPECT_EQ(said(), "Row 4, column 5, tent. Column finished.");
+  cmdUndo_Click(main);
+  EXPECT_EQ(said(), "Row 4, column 5, grass.");
+  cmdRedo_Click(main);
+  EXPECT_EQ(said(), "Row 4, column 5, tent. Row and column finished.");
+  Put(19, CELL_TENT);
+  EXPECT_EQ(said(), "Row 4, column 2, tent. Row has too many tents.");
+  EXPECT_EQ(SpokenField(main, 19),
+            "Row 4, column 2, tent. Row: 2 of 1 tent, too many. Column: 1 of 1 tent, 1 open.");
+
+  // A hint: fields of a row that are marked alike are named together, and none twice.
+  main.BoardLive = false;
+  main.Timer2.Enabled = true;
+  main.lblHint.Caption = "Look! Click HERE to continue...";
+  for (const auto& [cell, tile] : {std::pair{3, -1}, {5, -1}, {3, -1}, {4, 2}, {12, 7}, {-1, -1}}) {
+    AddBlink(main, cell, tile);
+  }
+  EXPECT_EQ(said(), "Look! Row 1 columns 4 and 6: grass; row 1 column 5: tent; row 3 column 1: tree.");
+  EXPECT_TRUE(SpokenField(main, 12).starts_with("Row 3, column 1, tree, blinking."));
+  cmdSolution_Click(main);
+  EXPECT_EQ(said(), "The solution is shown.");
 }
 
 }  // namespace

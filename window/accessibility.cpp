@@ -4,8 +4,10 @@
 #include <QAccessibleWidget>
 #include <QTimer>
 
+#include "window/announcer.h"
 #include "window/board_widget.h"
 #include "window/main_window.h"
+#include "window/status_bar.h"
 #include "window/widgets.h"
 
 namespace bivouac {
@@ -54,18 +56,10 @@ class AccessibleCell : public QAccessibleInterface, public QAccessibleActionInte
     const QRect own = Board().CellRect(cell_->Index());
     return {Board().mapToGlobal(own.topLeft()), own.size()};
   }
-  QAccessible::Role role() const override { return QAccessible::Button; }
+  /// Of all roles that a field could have, readers name this one least, and they say nothing of its parent.
+  QAccessible::Role role() const override { return QAccessible::ListItem; }
   QString text(QAccessible::Text kind) const override {
-    const int row = cell_->Index() / Board().Size() + 1;
-    const int column = cell_->Index() % Board().Size() + 1;
-    if (kind == QAccessible::Name) {
-      return QStringLiteral("Row %1, column %2: %3")
-          .arg(row)
-          .arg(column)
-          .arg(Board().Content(cell_->Index()));
-    }
-    if (kind == QAccessible::Description) return QStringLiteral("Field of the board");
-    return {};
+    return kind == QAccessible::Name ? Board().SpokenName(cell_->Index()) : QString();
   }
   void setText(QAccessible::Text, const QString&) override {}
   QAccessible::State state() const override {
@@ -122,12 +116,89 @@ class AccessibleMainWindow : public QAccessibleWidget {
   explicit AccessibleMainWindow(MainWindow* window) : QAccessibleWidget(window, QAccessible::Window) {}
 };
 
+/// A button that tells its keys.
+class AccessibleButton : public QAccessibleWidget {
+ public:
+  explicit AccessibleButton(ColourButton* button) : QAccessibleWidget(button, QAccessible::Button) {}
+
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Accelerator ? Own().Keys().join(QStringLiteral(", "))
+                                            : QAccessibleWidget::text(kind);
+  }
+  QStringList actionNames() const override {
+    return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+  }
+  void doAction(const QString& action) override {
+    if (action != pressAction()) return QAccessibleWidget::doAction(action);
+    QTimer::singleShot(0, widget(), [button = &Own()] { button->click(); });
+  }
+  QStringList keyBindingsForAction(const QString& action) const override {
+    return action == pressAction() ? Own().Keys() : QStringList();
+  }
+
+ private:
+  ColourButton& Own() const { return *static_cast<ColourButton*>(widget()); }
+};
+
+/// The status bar. Behind its panels stands the announcement.
+class AccessibleStatusBar : public QAccessibleWidget {
+ public:
+  explicit AccessibleStatusBar(StatusBar* bar) : QAccessibleWidget(bar, QAccessible::StatusBar) {}
+
+  int childCount() const override { return Panels() + (Voice() != nullptr ? 1 : 0); }
+  QAccessibleInterface* child(int index) const override {
+    return index == Panels() ? QAccessible::queryAccessibleInterface(Voice())
+                             : QAccessibleWidget::child(index);
+  }
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return child->object() == Voice() ? Panels() : QAccessibleWidget::indexOfChild(child);
+  }
+
+ private:
+  int Panels() const { return QAccessibleWidget::childCount(); }
+  Announcement* Voice() const { return widget()->findChild<Announcement*>(); }
+};
+
+class AccessibleAnnouncement : public QAccessibleObject {
+ public:
+  explicit AccessibleAnnouncement(Announcement* announcement) : QAccessibleObject(announcement) {}
+
+  QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(Own().Bar()); }
+  QAccessibleInterface* child(int) const override { return nullptr; }
+  int childCount() const override { return 0; }
+  int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+  QAccessible::Role role() const override { return QAccessible::Notification; }
+  QAccessible::State state() const override { return {}; }
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Name ? Own().Text() : QString();
+  }
+
+ private:
+  Announcement& Own() const { return *static_cast<Announcement*>(object()); }
+};
+
+/// Where the board gets the focus, it is its field in the frame that a reader has to hear of: the board
+/// itself says nothing that is worth a word.
+void PassOn(QAccessibleEvent* event) {
+  QAccessible::installUpdateHandler(nullptr);
+  auto* board = event->type() == QAccessible::Focus ? dynamic_cast<BoardWidget*>(event->object()) : nullptr;
+  if (board != nullptr && board->Size() > 0) {
+    board->TellFocus();
+  } else {
+    QAccessible::updateAccessibility(event);
+  }
+  QAccessible::installUpdateHandler(PassOn);
+}
+
 /// Asked with the name of each class that an object derives from; the objects themselves say what they are.
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   if (auto* cell = dynamic_cast<BoardCell*>(object)) return new AccessibleCell(cell);
   if (auto* board = dynamic_cast<BoardWidget*>(object)) return new AccessibleBoard(board);
   if (auto* window = dynamic_cast<MainWindow*>(object)) return new AccessibleMainWindow(window);
   if (auto* label = dynamic_cast<TextLabel*>(object)) return new AccessibleLabel(label);
+  if (auto* button = dynamic_cast<ColourButton*>(object)) return new AccessibleButton(button);
+  if (auto* bar = dynamic_cast<StatusBar*>(object)) return new AccessibleStatusBar(bar);
+  if (auto* said = dynamic_cast<Announcement*>(object)) return new AccessibleAnnouncement(said);
   return nullptr;
 }
 
@@ -135,6 +206,7 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
 
 void InstallAccessibility() {
   QAccessible::installFactory(MakeInterface);
+  QAccessible::installUpdateHandler(PassOn);
 }
 
 }  // namespace bivouac

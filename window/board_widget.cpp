@@ -5,15 +5,19 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <array>
+#include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "game/spoken.h"
 
 namespace bivouac {
 namespace {
 
-constexpr std::array<const char*, kTiles> kContents = {
-    "open", "grass", "tent", "tree", "open, marked", "grass, marked", "tent, marked", "tree, marked",
-};
+constexpr int kPageRows = 5;
+/// Keys that click a field on until it holds the code.
+constexpr std::pair<Qt::Key, int> kContentKeys[] = {
+    {Qt::Key_O, CELL_OPEN}, {Qt::Key_G, CELL_GRASS}, {Qt::Key_T, CELL_TENT}};
 
 constexpr QColor kFrameOuter(0x00, 0x2A, 0x8C);
 constexpr QColor kFrameInner(0xFF, 0xFF, 0xFF);
@@ -28,8 +32,8 @@ BoardWidget::BoardWidget(const Main& main, Click click, QWidget* parent)
     : QWidget(parent), main_(main), click_(std::move(click)) {
   setObjectName(QStringLiteral("Grid"));
   setAccessibleName(QStringLiteral("Board"));
-  setAccessibleDescription(
-      QStringLiteral("The fields. Arrow keys move from field to field, Space changes one"));
+  setAccessibleDescription(QStringLiteral(
+      "Arrow keys move from field to field, Space changes one, G, T and O make it grass, tent or open"));
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_OpaquePaintEvent);
 }
@@ -59,10 +63,7 @@ void BoardWidget::Draw() {
     if (drawn == main_.Grid[i].Picture) continue;
     drawn = main_.Grid[i].Picture;
     update(CellRect(i));
-    if (QAccessible::isActive()) {
-      QAccessibleEvent changed(&Cell(i), QAccessible::NameChanged);
-      QAccessible::updateAccessibility(&changed);
-    }
+    if (!main_.Timer2.Enabled) TellName(i);  // While cells blink, their names stay.
   }
 }
 
@@ -132,9 +133,8 @@ int BoardWidget::CellAt(QPoint point) const {
   return row < 0 || col < 0 ? -1 : row * size_ + col;
 }
 
-QString BoardWidget::Content(int index) const {
-  const int picture = main_.Grid[index].Picture;
-  return QLatin1String(kContents[static_cast<std::size_t>(picture)]);
+QString BoardWidget::SpokenName(int index) const {
+  return QString::fromStdString(SpokenField(main_, index));
 }
 
 void BoardWidget::paintEvent(QPaintEvent* event) {
@@ -182,6 +182,13 @@ void BoardWidget::keyPressEvent(QKeyEvent* event) {
   const int row = current_ / size_;
   const int col = current_ % size_;
   int next = current_;
+  const bool control = event->modifiers().testFlag(Qt::ControlModifier);
+  for (const auto& [key, code] : kContentKeys) {
+    if (event->key() != key || control) continue;
+    SetFrameShown(true);
+    if (!event->isAutoRepeat()) PutCurrent(code);
+    return;
+  }
   switch (event->key()) {
     case Qt::Key_Left:
       next -= col > 0 ? 1 : 0;
@@ -195,11 +202,17 @@ void BoardWidget::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
       next += row < size_ - 1 ? size_ : 0;
       break;
+    case Qt::Key_PageUp:
+      next -= std::min(row, kPageRows) * size_;
+      break;
+    case Qt::Key_PageDown:
+      next += std::min(size_ - 1 - row, kPageRows) * size_;
+      break;
     case Qt::Key_Home:
-      next = row * size_;
+      next = control ? 0 : row * size_;
       break;
     case Qt::Key_End:
-      next = row * size_ + size_ - 1;
+      next = control ? size_ * size_ - 1 : row * size_ + size_ - 1;
       break;
     case Qt::Key_Space:
     case Qt::Key_Return:
@@ -218,7 +231,6 @@ void BoardWidget::focusInEvent(QFocusEvent* event) {
   const Qt::FocusReason reason = event->reason();
   SetFrameShown(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || frameShown_);
   if (size_ > 0) update(CellRect(current_));
-  TellFocus();
 }
 
 void BoardWidget::focusOutEvent(QFocusEvent*) {
@@ -236,11 +248,28 @@ void BoardWidget::MoveFrame(int index) {
   if (frameShown_) update(CellRect(current_));
   current_ = index;
   if (frameShown_) update(CellRect(current_));
-  TellFocus();
+  if (hasFocus()) TellFocus();
+}
+
+/// Every click counts, as the mouse's do, up to the one that solves the puzzle or is dropped.
+void BoardWidget::PutCurrent(int code) {
+  const int cell = current_;
+  if (cell > main_.Board.Upper() || main_.Board[cell] == CELL_TREE) return;
+  for (int before = -1; main_.Board[cell] != code && main_.StepCount != before && !main_.PuzzleOver;) {
+    before = main_.StepCount;
+    click_(cell);
+  }
+}
+
+void BoardWidget::TellName(int index) {
+  if (!QAccessible::isActive()) return;
+  QAccessibleEvent changed(&Cell(index), QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&changed);
 }
 
 void BoardWidget::TellFocus() {
-  if (size_ == 0 || !hasFocus() || !QAccessible::isActive()) return;
+  if (!QAccessible::isActive()) return;
+  TellName(current_);  // Tools keep names, and what is said of a field tells of its lines too.
   QAccessibleEvent focus(&Cell(current_), QAccessible::Focus);
   QAccessible::updateAccessibility(&focus);
 }

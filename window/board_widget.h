@@ -48,8 +48,10 @@ class BoardWidget : public QWidget {
   /// The cell at a point in logical pixels of this widget, -1 if there is none.
   int CellAt(QPoint point) const;
   BoardCell& Cell(int index) const { return *cells_[static_cast<std::size_t>(index)]; }
-  /// What the cell shows, in words.
-  QString Content(int index) const;
+  /// What is said of a cell.
+  QString SpokenName(int index) const;
+  /// Tells assistive tools of the cell in the frame. Requires: the board has cells.
+  void TellFocus();
   void Press(int index) { click_(index); }
 
  protected:
@@ -65,7 +67,8 @@ class BoardWidget : public QWidget {
   QRect DeviceRect(int index) const;
   void MoveFrame(int index);
   void SetFrameShown(bool shown);
-  void TellFocus();
+  void TellName(int index);
+  void PutCurrent(int code);
 
   const Main& main_;
   Click click_;

@@ -71,7 +71,6 @@ void NameButtons(const QDialogButtonBox& box) {
     const QString text = button->text().remove(QLatin1Char('&'));
     button->setObjectName(text);
     button->setAccessibleName(text);
-    button->setAccessibleDescription(QStringLiteral("Answers with ") + text);
   }
 }
 
@@ -85,7 +84,6 @@ BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   dialog.setObjectName(QStringLiteral("MessageBox"));
   dialog.setWindowTitle(QString::fromStdString(box.Title));
   dialog.setAccessibleName(dialog.windowTitle());
-  dialog.setAccessibleDescription(text);
   dialog.setTextFormat(Qt::PlainText);
   dialog.setText(text);
   dialog.setIcon(IconOf(box.Symbol));
@@ -109,12 +107,9 @@ std::string ShowInputBox(QWidget* parent, const InputBox& box) {
   prompt->setTextFormat(Qt::PlainText);
   prompt->setObjectName(QStringLiteral("Prompt"));
   prompt->setAccessibleName(prompt->text());
-  prompt->setAccessibleDescription(QStringLiteral("The question"));
-  dialog.setAccessibleDescription(prompt->text());
   auto* field = new QLineEdit(QString::fromStdString(box.Default), &dialog);
   field->setObjectName(QStringLiteral("Field"));
-  field->setAccessibleName(prompt->text());
-  field->setAccessibleDescription(QStringLiteral("The answer"));
+  field->setAccessibleName(QStringLiteral("Answer"));  // The dialog says the question.
   field->selectAll();
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
   NameButtons(*buttons);

@@ -2,10 +2,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
+#include <QFile>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QShortcut>
+#include <utility>
 
 #include "game/blinking.h"
 #include "game/clock.h"
@@ -27,6 +31,16 @@ namespace {
 constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour of their own.
 constexpr double kSmallest = 0.6;                // Of the opening size.
 constexpr int kBoxText = 13;
+constexpr const char* kProgressKey = "S";
+/// Seen from the program's folder.
+constexpr const char* kGuide = "../share/doc/bivouac/guide/index.html";
+constexpr const char* kOtherKeys =
+    "\nS: the time, the steps and the tents left are said aloud"
+    "\nTab: from control to control, the board last"
+    "\nArrows, Page Up, Page Down, Home, End, Ctrl+Home, Ctrl+End: move the frame on the board"
+    "\nSpace or Enter: click"
+    "\nG, T, O: click the field on until it is grass, tent or open"
+    "\nEnter or Escape: end a hint";
 constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
 
 QString Text(std::string_view text) {
@@ -41,24 +55,24 @@ QColor ColourOf(int background) {
 
 const std::array<MainWindow::ButtonRow, MainWindow::kButtons> MainWindow::kButtonRows = {{
     {"cmdOptions", &Main::cmdOptions, cmdOptions_Click, "Chooses the size of the board"},
-    {"cmdPause", &Main::cmdPause, cmdPause_Click, "Stops the clock and hides the board"},
-    {"cmdGenerate", &Main::cmdGenerate, cmdGenerate_Click, "Makes a new puzzle"},
-    {"cmdOpen", &Main::cmdOpen, cmdOpen_Click, "Opens a puzzle by its number"},
-    {"cmdNext", &Main::cmdNext, cmdNext_Click, "Opens the next puzzle"},
-    {"cmdRestart", &Main::cmdRestart, StartPuzzle, "Starts the puzzle again"},
+    {"cmdPause", &Main::cmdPause, cmdPause_Click, "Stops the clock and hides the board", "P"},
+    {"cmdGenerate", &Main::cmdGenerate, cmdGenerate_Click, "Makes a new puzzle", "Ctrl+N"},
+    {"cmdOpen", &Main::cmdOpen, cmdOpen_Click, "Opens a puzzle by its number", "Ctrl+O"},
+    {"cmdNext", &Main::cmdNext, cmdNext_Click, "Opens the next puzzle", "Ctrl+Right"},
+    {"cmdRestart", &Main::cmdRestart, StartPuzzle, "Starts the puzzle again", "Ctrl+R"},
     {"cmdSolution", &Main::cmdSolution, cmdSolution_Click, "Shows the solution and ends the game"},
-    {"cmdUndo", &Main::cmdUndo, cmdUndo_Click, "Takes the last step back"},
-    {"cmdRedo", &Main::cmdRedo, cmdRedo_Click, "Does the step again that was taken back"},
-    {"cmdHint", &Main::cmdHint, cmdHint_Click, "Explains a step, at a price in seconds"},
+    {"cmdUndo", &Main::cmdUndo, cmdUndo_Click, "Takes the last step back", "Ctrl+Z"},
+    {"cmdRedo", &Main::cmdRedo, cmdRedo_Click, "Does the step again that was taken back",
+     "Ctrl+Shift+Z Ctrl+Y"},
+    {"cmdHint", &Main::cmdHint, cmdHint_Click, "Explains a step, at a price in seconds", "H"},
     {"cmdPlayers", &Main::cmdPlayers, cmdPlayers_Click, "Chooses who plays"},
-    {"cmdExit", &Main::cmdExit, cmdExit_Click, "Ends the program"},
+    {"cmdExit", &Main::cmdExit, cmdExit_Click, "Ends the program", "Ctrl+Q"},
     {"cmdResetTime", &Main::cmdResetTime, cmdResetTime_Click, "Clears the times of this size"},
 }};
 
 MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   InstallAccessibility();
   setObjectName(QStringLiteral("Main"));
-  setAccessibleDescription(QStringLiteral("A logic puzzle of trees and tents"));
   QIcon icon;
   for (const int side : {16, 48, 128})
     icon.addPixmap(QPixmap(QStringLiteral(":/icon/bivouac-%1.png").arg(side), kPictureFormat));
@@ -99,8 +113,16 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   AddClueLabels();
   status_ = new StatusBar(this);
   board_ = new BoardWidget(
-      main_, [this](int index) { road_.Run([this, index] { Grid_Click(main_, index); }); }, this);
+      main_,
+      [this](int index) {
+        frameClicked_ = true;
+        road_.Run([this, index] { Grid_Click(main_, index); });
+      },
+      this);
   AddShield();
+  AddKeys();
+  announcer_ = std::make_unique<Announcer>(
+      main_, [this] { return ListenerNow(); }, status_);
 
   ConnectTimer(timer1_, "Timer1", Timer1_Timer);
   ConnectTimer(timer2_, "Timer2", Timer2_Timer);
@@ -120,9 +142,15 @@ void MainWindow::AddButton(const ControlRow& row) {
   for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
     if (row.Name != kButtonRows[i].Name) continue;
     auto* button = new ColourButton(Text(row.Caption), ColourOf(row.Background), this);
-    button->setAccessibleDescription(QString::fromLatin1(kButtonRows[i].Description));
+    const QString description = QString::fromLatin1(kButtonRows[i].Description);
+    button->setAccessibleDescription(description);
+    button->SetKeys(QString::fromLatin1(kButtonRows[i].Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
     connect(button, &QPushButton::clicked, this, [this, click = kButtonRows[i].Click] { Run(click); });
     AddPlaced(button, row);
+    if (row.ToolTip.empty()) {
+      const QString keys = button->Keys().join(QStringLiteral(", "));
+      button->setToolTip(keys.isEmpty() ? description : QStringLiteral("%1 (%2)").arg(description, keys));
+    }
     buttons_[i] = button;
   }
 }
@@ -169,6 +197,57 @@ void MainWindow::AddClueLabels() {
     rowClues_[i].Widget = add("RowCnt", "row", line);
     colClues_[i].Widget = add("ColCnt", "column", line);
   }
+}
+
+void MainWindow::AddKeys() {
+  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
+    for (const QString& key : buttons_[i]->Keys()) AddKey(key, [this, i] { PressByKey(i); });
+  }
+  AddKey(QLatin1String(kProgressKey), [this] { announcer_->Say(SpokenProgress(main_)); });
+  AddKey(QStringLiteral("F1"), [this] { road_.Run([this] { ShowHelp(); }); });
+}
+
+void MainWindow::AddKey(const QString& key, const std::function<void()>& press) {
+  auto* shortcut = new QShortcut(QKeySequence(key), this);
+  shortcut->setAutoRepeat(false);
+  connect(shortcut, &QShortcut::activated, this, [this, press] {
+    keyUsedLast_ = true;
+    press();
+  });
+}
+
+/// Does what a click on the button does, if it is enabled. The key of the pause ends it too.
+void MainWindow::PressByKey(std::size_t button) {
+  const bool pause = kButtonRows[button].Value == &Main::cmdPause;
+  if (pause && main_.Paused) return continue_->Press();
+  buttons_[button]->click();
+}
+
+/// The guide in the browser where it is installed, otherwise the rules and the keys in a box.
+void MainWindow::ShowHelp() {
+  const QString guide = QDir::cleanPath(QString::fromStdString(main_.global.AppDir) + QLatin1String(kGuide));
+  if (QFile::exists(guide)) {
+    const ProgramAnswer opener = main_.desktop.FindExecutable(guide.toStdString(), "");
+    constexpr int kGood = 33;
+    if (opener.Code >= kGood &&
+        main_.desktop.ShellExecute("open", opener.Program, guide.toStdString(), "", 1) >= kGood) {
+      return;
+    }
+  }
+  QString text = Text(RulesText()) + QStringLiteral("\n");
+  for (const ColourButton* button : buttons_) {
+    if (button->Keys().isEmpty()) continue;
+    text += QStringLiteral("\n%1: %2").arg(button->Keys().join(QStringLiteral(", ")), button->text());
+  }
+  text += QLatin1String(kOtherKeys);
+  main_.desktop.Show(MessageBox{.Title = "Help", .Text = text.toStdString()});
+}
+
+Listener MainWindow::ListenerNow() {
+  Listener listener{.Frame = board_->Current(), .Clicked = std::exchange(frameClicked_, false)};
+  if (focusWidget() == board_) listener.Focus = Listener::On::Board;
+  if (focusWidget() == hint_) listener.Focus = Listener::On::Hint;
+  return listener;
 }
 
 void MainWindow::AddShield() {
@@ -219,6 +298,7 @@ void MainWindow::Draw() {
   DrawButtons();
   DrawTimers();
   if (main_.Visible && !isVisible()) ShowFirst();
+  announcer_->Watch();
 }
 
 void MainWindow::DrawClues() {
@@ -244,16 +324,17 @@ bool MainWindow::HintTakesClicks() const {
 }
 
 void MainWindow::DrawHint() {
-  hint_->SetText(Text(main_.lblHint.Caption));
-  const bool takesClicks = HintTakesClicks();
-  if (takesClicks == hintTakesClicks_) return;
-  hintTakesClicks_ = takesClicks;
-  hint_->setCursor(takesClicks ? Qt::PointingHandCursor : Qt::ArrowCursor);
-  hint_->setFocusPolicy(takesClicks ? Qt::TabFocus : Qt::NoFocus);
-  hint_->setAccessibleDescription(takesClicks ? QStringLiteral("The hint. Press Escape to go on")
-                                              : QStringLiteral("Rules and hints"));
+  const QString text = Text(main_.lblHint.Caption);
+  if (text == hint_->text()) return;
+  hint_->SetText(text);
+  hint_->setAccessibleName(QString::fromStdString(SpokenHint(main_)));
+  hintTakesClicks_ = HintTakesClicks();
+  hint_->setAccessibleDescription(hintTakesClicks_ ? QString::fromStdString(SpokenMarks(main_))
+                                                   : QStringLiteral("Rules and hints"));
+  hint_->setCursor(hintTakesClicks_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  hint_->setFocusPolicy(hintTakesClicks_ ? Qt::TabFocus : Qt::NoFocus);
   // While the questions before it were open, the board took the focus of the button.
-  if (takesClicks && !main_.BoardLive && focusWidget() == board_) MoveFocus(hint_);
+  if (hintTakesClicks_ && !main_.BoardLive && focusWidget() == board_) MoveFocus(hint_);
 }
 
 void MainWindow::DrawShield() {
@@ -369,6 +450,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape && HintTakesClicks()) return Run(lblHint_Click);
   QWidget::keyPressEvent(event);
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) announcer_->Watch();
+  QWidget::changeEvent(event);
 }
 
 bool MainWindow::eventFilter(QObject*, QEvent* event) {

@@ -4,9 +4,12 @@
 #include <QTimer>
 #include <QWidget>
 #include <array>
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include "game/game_state.h"
+#include "window/announcer.h"
 #include "window/board_widget.h"
 #include "window/clue_label.h"
 #include "window/event_road.h"
@@ -26,10 +29,12 @@ class MainWindow : public QWidget {
   /// Length of a pixel of the window's opening size, in present pixels.
   double Unit() const { return scale_.Factor * kTwipsPerPixel; }
   BoardWidget& Board() const { return *board_; }
+  const Announcer& Voice() const { return *announcer_; }
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -39,6 +44,7 @@ class MainWindow : public QWidget {
     Button Main::*Value;
     void (*Click)(Main& main);
     const char* Description;
+    const char* Keys = "";  ///< As QKeySequence reads them, with blanks between.
   };
   static constexpr int kButtons = 13;
   static const std::array<ButtonRow, kButtons> kButtonRows;
@@ -58,6 +64,11 @@ class MainWindow : public QWidget {
   void AddButton(const ControlRow& row);
   void AddLabel(const ControlRow& row);
   void AddClueLabels();
+  void AddKeys();
+  void AddKey(const QString& key, const std::function<void()>& press);
+  void PressByKey(std::size_t button);
+  void ShowHelp();
+  Listener ListenerNow();
   void AddShield();
   void ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main));
 
@@ -91,10 +102,12 @@ class MainWindow : public QWidget {
   QWidget* shield_ = nullptr;
   TextLabel* continue_ = nullptr;  ///< Picture1.
   QTimer timer1_, timer2_, timer3_;
+  std::unique_ptr<Announcer> announcer_;
 
   std::string drawnTitle_;
   bool hintTakesClicks_ = false;
   bool keyUsedLast_ = false;
+  bool frameClicked_ = false;  ///< Since the announcer last asked.
 };
 
 }  // namespace bivouac

@@ -13,6 +13,9 @@ class ColourButton : public QPushButton {
  public:
   ColourButton(const QString& text, QColor colour, QWidget* parent);
 
+  /// The keys that press the button wherever the focus is, for its tool tip and for assistive tools.
+  void SetKeys(const QStringList& keys) { keys_ = keys; }
+  const QStringList& Keys() const { return keys_; }
   /// Fits the text. `unit` is the length of a pixel of the window's opening size.
   void FitText(double unit);
 
@@ -24,6 +27,7 @@ class ColourButton : public QPushButton {
 
  private:
   QColor colour_;
+  QStringList keys_;
   double unit_ = 1;
 };
 

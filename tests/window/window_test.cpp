@@ -183,6 +183,90 @@ TEST(Window, PlaysWithTheKeyboard) {
   });
 }
 
+TEST(Window, KeysPressEnabledButtonsAndWhatChangedIsSaid) {
+  GameRun run;
+  run.Setting("Options/Size", "6");
+  run.Run([&](Program& program) {
+    Main& main = program.State();
+    BoardWidget& board = program.Window().Board();
+    const auto activate = [&] {  // As a desktop does after a box.
+      program.Window().activateWindow();
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&program.Window()));
+    };
+    const auto press = [&](const QKeySequence& keys) {
+      activate();
+      QTest::keySequence(program.Window().focusWidget(), keys);
+      activate();
+      QCoreApplication::processEvents();
+      return program.Window().Voice().Last().Text().toStdString();
+    };
+    board.setFocus();
+    run.Expect("Select Puzzle", Type("5"));
+    const std::string opened = press(Qt::CTRL | Qt::Key_O);
+    EXPECT_EQ(opened, "Puzzle 5, 6 by 6, level 1, " + std::to_string(main.TreeCount) + " tents.");
+    press(Qt::CTRL | Qt::Key_O);  // No box: the button is disabled.
+    EXPECT_EQ(program.Window().focusWidget(), &board);
+
+    while (main.Board[board.Current()] != CELL_OPEN) press(Qt::Key_Right);
+    const int cell = board.Current();
+    const std::string place =
+        "Row " + std::to_string(cell / 6 + 1) + ", column " + std::to_string(cell % 6 + 1) + ", ";
+    const struct {
+      QKeySequence Keys;
+      int Code, Steps;
+      std::string Said;
+    } rows[] = {
+        {Qt::Key_T, CELL_TENT, 2, "Tent."},
+        {Qt::Key_T, CELL_TENT, 2, "Tent."},
+        {Qt::Key_O, CELL_OPEN, 3, "Open."},
+        {Qt::Key_G, CELL_GRASS, 4, "Grass."},
+        {Qt::CTRL | Qt::Key_Z, CELL_OPEN, 3, place + "open."},
+        {Qt::CTRL | Qt::Key_Z, CELL_TENT, 2, place + "tent."},
+        {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, CELL_OPEN, 3, place + "open."},
+        {Qt::CTRL | Qt::Key_Y, CELL_GRASS, 4, place + "grass."},
+        {Qt::CTRL | Qt::Key_Y, CELL_GRASS, 4, place + "grass."},
+        {Qt::CTRL | Qt::Key_R, CELL_OPEN, 0, "Started again."},
+    };
+    for (const auto& row : rows) {
+      EXPECT_EQ(press(row.Keys), row.Said);
+      EXPECT_EQ(main.Board[cell], row.Code) << row.Said;
+      EXPECT_EQ(main.StepCount, row.Steps) << row.Said;
+    }
+    press(Qt::Key_P);
+    EXPECT_TRUE(main.Paused);
+    press(Qt::Key_H);  // Disabled.
+    EXPECT_TRUE(press(Qt::Key_S).starts_with("Paused at ")) << press(Qt::Key_S);
+    press(Qt::Key_P);
+    EXPECT_FALSE(main.Paused);
+    press(Qt::Key_H);
+    EXPECT_FALSE(main.BoardLive);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(main.BoardLive);
+
+    press(Qt::CTRL | Qt::Key_End);
+    EXPECT_EQ(board.Current(), 35);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(board.Current(), 5);
+    press(Qt::CTRL | Qt::Key_Home);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(board.Current(), 30);
+
+    run.Expect("Help", [&](QDialog& box) {
+      EXPECT_TRUE(run.Texts.back().contains("Ctrl+Shift+Z, Ctrl+Y: Redo"));
+      EXPECT_TRUE(Find(program, "cmdRedo")->toolTip().contains("(Ctrl+Shift+Z, Ctrl+Y)"));
+      QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    press(Qt::Key_F1);
+    run.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
+    Solve(program);
+    press(Qt::CTRL | Qt::Key_Right);
+    EXPECT_EQ(main.PuzzleNo, 6);
+    activate();
+    run.Expect("Quit Bivouac", Press(Qt::Key_Return));
+    QTest::keySequence(&board, Qt::CTRL | Qt::Key_Q);
+  });
+}
+
 TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
   GameRun run;
   run.Setting("Options/Size", "8");
@@ -410,11 +494,11 @@ TEST(Window, TellsAssistiveToolsWhatItShows) {
     while (main.Board[cell] != CELL_OPEN) ++cell;
     QAccessibleInterface* field = grid->child(cell);
     EXPECT_EQ(field->object()->objectName(), QString("Grid(%1)").arg(cell));
-    const QString place = QString("Row %1, column %2: ").arg(cell / 6 + 1).arg(cell % 6 + 1);
-    EXPECT_EQ(field->text(QAccessible::Name), place + "open");
+    const QString place = QString("Row %1, column %2, ").arg(cell / 6 + 1).arg(cell % 6 + 1);
+    EXPECT_TRUE(field->text(QAccessible::Name).startsWith(place + "open. Row: "));
     field->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCoreApplication::processEvents();
-    EXPECT_EQ(field->text(QAccessible::Name), place + "grass");
+    EXPECT_TRUE(field->text(QAccessible::Name).startsWith(place + "grass. Row: "));
     EXPECT_EQ(grid->indexOfChild(field), cell);
 
     for (const ControlRow& row : ControlTable()) {
