@@ -71,7 +71,7 @@ enum class Answer { Done, Busy, NotHere };
 Answer TryToLock(int descriptor, Lock lock) {
 #ifdef F_OFD_SETLK
   struct flock range {};
-  range.l_type = lock == Lock::None ? F_UNLCK : lock == Lock::Shared ? F_RDLCK : F_WRLCK;
+  range.l_type = static_cast<short>(lock == Lock::None ? F_UNLCK : lock == Lock::Shared ? F_RDLCK : F_WRLCK);
   range.l_whence = SEEK_SET;
   if (Repeating([&] { return fcntl(descriptor, F_OFD_SETLK, &range); }) == 0) return Answer::Done;
   if (errno == EAGAIN || errno == EACCES) return Answer::Busy;
