@@ -1,4 +1,4 @@
-# The Debian packages that Bivouac needs, and their installation. Sourced by ./play and ./check.
+# The Debian packages that Bivouac needs, and their installation. Sourced by the commands at the root.
 
 PLAY_PACKAGES=(
   g++ cmake ninja-build pkg-config
@@ -17,6 +17,11 @@ CHECK_PACKAGES=(
 )
 # Of one version, so that everybody's code is held to the same: not every release of Debian has it.
 LINT_PACKAGES=(clang-format-14 clang-tidy-14)
+PACKAGE_PACKAGES=(
+  "${PLAY_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
+  debhelper dpkg-dev lintian libcli11-dev
+  openbox xdotool imagemagick
+)
 BENCH_PACKAGES=(
   "${CHECK_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
   time
