@@ -73,10 +73,6 @@ const std::array<MainWindow::ButtonRow, MainWindow::kButtons> MainWindow::kButto
 MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   InstallAccessibility();
   setObjectName(QStringLiteral("Main"));
-  QIcon icon;
-  for (const int side : {16, 48, 128})
-    icon.addPixmap(QPixmap(QStringLiteral(":/icon/bivouac-%1.png").arg(side), kPictureFormat));
-  setWindowIcon(icon);
   // The colours are the game's own, whatever the desktop's theme.
   QPalette own = palette();
   own.setColor(QPalette::Window, QColor::fromRgb(kWindowBackground));
@@ -132,6 +128,13 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   resize(kWindowWidth / kTwipsPerPixel, kWindowHeight / kTwipsPerPixel);
 }
 
+void MainWindow::SetIcon() {
+  QIcon icon;
+  for (const int side : {16, 48, 128})
+    icon.addPixmap(QPixmap(QStringLiteral(":/icon/bivouac-%1.png").arg(side), kPictureFormat));
+  setWindowIcon(icon);
+}
+
 void MainWindow::AddPlaced(QWidget* widget, const ControlRow& row) {
   widget->setObjectName(Text(row.Name));
   widget->setToolTip(Text(row.ToolTip));
@@ -160,11 +163,11 @@ void MainWindow::AddLabel(const ControlRow& row) {
   const bool link = row.Kind == ControlKind::Link;
   if (link) {
     look.Text = QColor::fromRgb(row.Name == "Label2" ? kLinkSoftwareText : kLinkMakerText);
-    look.LargestText = 18;
+    look.LargestText = 17;
     look.Bold = true;
   } else if (row.Name == "lblHint") {
     look.Alignment = Qt::AlignLeft | Qt::AlignVCenter;
-    look.LargestText = 14;
+    look.LargestText = 13;
   } else {
     look.LargestText = 17;
     look.Bold = true;

@@ -26,6 +26,8 @@ class MainWindow : public QWidget {
   /// Compares the values of Main with what was last drawn, and draws what changed. Shows the window once Main
   /// says that it is visible.
   void Draw();
+  /// Shows the icon, which a window can do without while it comes up.
+  void SetIcon();
   /// Length of a pixel of the window's opening size, in present pixels.
   double Unit() const { return scale_.Factor * kTwipsPerPixel; }
   BoardWidget& Board() const { return *board_; }

@@ -40,7 +40,7 @@ Program::Program()
       window_(main_, road_),
       dialog_(form_, road_, &window_) {
   desktop_.Attach(road_, window_, dialog_);
-  new FirstFrame(window_, [this] { AwaitSound(); });
+  new FirstFrame(window_, [this] { FinishStart(); });
   // The program ends by its own road alone, not when a box is closed before the window is shown.
   QApplication::setQuitOnLastWindowClosed(false);
 }
@@ -57,7 +57,8 @@ void Program::Draw() {
   if (soundMayOpen_ && main_.SoundOn) sound_.Open();
 }
 
-void Program::AwaitSound() {
+void Program::FinishStart() {
+  window_.SetIcon();
   soundMayOpen_ = true;
   if (main_.SoundOn) sound_.Open();
   sound_.Check([this] { road_.Run([this] { LoseSound(main_); }); });

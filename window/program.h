@@ -27,8 +27,8 @@ class Program {
  private:
   void Draw();
   void Report(const std::string& line);
-  /// What the window need not wait for.
-  void AwaitSound();
+  /// What the first frame need not wait for.
+  void FinishStart();
 
   SoundPlayer sound_;
   bool soundMayOpen_ = false;

@@ -34,19 +34,13 @@ bool TextFits(const QFont& font, const QString& text, QSize room, Wrapping wrapp
 }
 
 QFont FittingFont(QFont font, const QString& text, QSize room, int largest, Wrapping wrapping) {
-  // An empty text fits anyhow. Every size that is measured loads a font, so few are: most texts fit at the
-  // size that is wished for, and for others the first guess is off by one at most.
-  int fits = text.isEmpty() ? largest : 1;
-  int tooLarge = largest + 1;
-  for (int size = largest; tooLarge - fits > 1;) {
-    font.setPixelSize(size);
+  // Every size that is measured loads a font, so few are, and none above the guess to see if it fits as well.
+  font.setPixelSize(largest);
+  while (font.pixelSize() > 1 && !text.isEmpty()) {
     const QSize needed = NeededSize(font, text, room, wrapping);
-    const bool good = Fits(needed, room);
-    (good ? fits : tooLarge) = size;
-    size = std::clamp(good ? fits + 1 : Guess(size, needed, room, wrapping), fits + 1,
-                      std::max(fits + 1, tooLarge - 1));
+    if (Fits(needed, room)) break;
+    font.setPixelSize(std::clamp(Guess(font.pixelSize(), needed, room, wrapping), 1, font.pixelSize() - 1));
   }
-  font.setPixelSize(fits);
   return font;
 }
 

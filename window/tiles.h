@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <array>
+#include <future>
 
 namespace bivouac {
 
@@ -12,8 +13,10 @@ inline constexpr int kTiles = 8;
 inline constexpr const char* kPictureFormat = "PNG";
 
 /// Each picture is read and stretched when it is first asked for, and stretched anew when the size changes.
+/// The open field, which the first frame shows, is read in the background from the beginning.
 class Tiles {
  public:
+  Tiles();
   /// The tile of that number, 0 to 7, as a square of `side` device pixels.
   const QPixmap& At(int number, int side);
 
@@ -23,6 +26,7 @@ class Tiles {
     QPixmap Stretched;
   };
   std::array<Tile, kTiles> tiles_;
+  std::future<QImage> open_;
 };
 
 }  // namespace bivouac
