@@ -14,22 +14,32 @@ int NumberAt(std::string_view text, std::size_t position, std::size_t length) {
   return static_cast<int>(RoundHalfEven(LeadingNumber(text.substr(position - 1, length))));
 }
 
-/// Second of the day in a text such as "9:05:59". Digits may be missing in front of each number.
+/// How a text such as "9:05:59" is cut. Digits may be missing in front of each number, and are known by two
+/// colons: whether the third character is one, and whether the character after a digit of the minutes is.
+struct ClockForm {
+  std::size_t HourDigits;
+  std::size_t MinutePosition;
+  std::size_t MinuteDigits;
+  std::size_t ShortLength;  ///< A text of this length has one digit of the seconds, any other two.
+};
+
+constexpr ClockForm kLateTwoDigits{2, 4, 2, 7};   // "10:05:..."
+constexpr ClockForm kLateOneDigit{2, 4, 1, 6};    // "10:5:..."
+constexpr ClockForm kEarlyTwoDigits{1, 3, 2, 6};  // "9:05:..."
+constexpr ClockForm kEarlyOneDigit{1, 3, 1, 5};   // "9:5:..."
+
+/// Second of the day in such a text.
 int SecondOfDay(std::string_view text) {
   const auto colonAt = [&](std::size_t position) {
     return position <= text.size() && text[position - 1] == ':';
   };
-  const std::size_t hourDigits = colonAt(3) ? 2 : 1;
-  const std::size_t minutePosition = hourDigits + 2;
-  const std::size_t minuteDigits = colonAt(minutePosition + 1) ? 1 : 2;
-  const std::size_t shortLength = hourDigits + minuteDigits + 3;
-  const std::size_t secondDigits = text.size() == shortLength ? 1 : 2;
-
-  const int hours = NumberAt(text, 1, hourDigits);
-  const int minutes = NumberAt(text, minutePosition, minuteDigits);
+  const ClockForm& form = colonAt(3) ? (colonAt(5) ? kLateOneDigit : kLateTwoDigits)
+                                     : (colonAt(4) ? kEarlyOneDigit : kEarlyTwoDigits);
+  const std::size_t secondDigits = text.size() == form.ShortLength ? 1 : 2;
   const std::size_t secondPosition = text.size() < secondDigits ? 1 : text.size() - secondDigits + 1;
-  const int seconds = NumberAt(text, secondPosition, secondDigits);
-  return hours * 3600 + minutes * 60 + seconds;
+  return NumberAt(text, 1, form.HourDigits) * 3600 +
+         NumberAt(text, form.MinutePosition, form.MinuteDigits) * 60 +
+         NumberAt(text, secondPosition, secondDigits);
 }
 
 /// Sets ClockStart so that the clock stands at Elapsed now, counted from yesterday if the game began before

@@ -84,7 +84,7 @@ struct Main {
   // Blinking and the waiting animation.
   bool BlinkPhase = false;
   Array<int> BlinkCell;  ///< Cells of the marks of the present hint.
-  Array<int> BlinkTile;  ///< Tile of each mark, signed; see Timer2_Timer.
+  Array<int> BlinkTile;  ///< Tile of each mark, signed; see AddBlink.
   int BlinkTop = -1;     ///< Index of the last mark; -1 when there is none.
   bool GenFirstTick = false;
   int AnimationColour = 0;    ///< 0 to 2.
