@@ -154,7 +154,7 @@ class Clusters {
 bool FindCluster(Lines& rows, Find& find) {
   CellList beyond;
   for (int row = 0; row < rows.Size(); ++row) {
-    ForEachIn(FieldsBeyond(rows, row), [&](int col) { beyond.Add(rows.axis.At(row, col)); });
+    ForEachIn(FieldsBeyond(rows, row), [&](int col) { beyond.Add(rows.CellAt(row, col)); });
   }
   // Without such a field no cluster decides anything.
   return !beyond.IsEmpty() && Clusters(rows, beyond).Decide(find);

@@ -47,10 +47,6 @@ bool FindRuns(Lines& lines, Find& find);
 /// is grass. Two such trees that share the field between them count twice.
 bool FindClaimed(Lines& lines, Find& find);
 
-/// A line that lacks one tent: a field of it between two trees without tents is grass. Unlike FindPinched,
-/// only tents count as a way out for the trees, open fields do not.
-bool FindLastTent(Lines& lines, Find& find);
-
 /// A line with room for one tent more than its caption wants: at most one odd place stays empty, so the
 /// fields beside the gap between two of them are grass. The two may belong to different runs.
 bool FindSpareRun(Lines& lines, Find& find);
@@ -76,6 +72,9 @@ bool FindTreeSupply(Lines& lines, BeyondLastLine beyond, Find& find);
 /// A field between two trees in a line. What is open across would touch a tent on that field, so neither tree
 /// has another option that a tent on it would leave.
 bool FindPinched(Lines& lines, Find& find);
+/// A field between two trees without tents, in a line that lacks one tent. Here only tents count as ways out
+/// for the trees, open fields do not. Errors: those of the clues of the lines that it comes to.
+bool FindLastTent(Lines& lines, Find& find);
 /// A field between two trees at a right angle. Never one of the outer ring.
 bool FindPinchedCorner(Lines& rows, Find& find);
 

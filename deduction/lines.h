@@ -99,6 +99,7 @@ class Lines {
 
   int Size() const { return axis.size; }
   const Array<int>& Board() const { return board_; }
+  int CellAt(int line, int position) const { return axis.At(line, position); }
 
   /// The positions of a line that hold a code. Requires: line -2 to size + 1.
   Positions Of(int code, int line) const { return sets_[line + kBeyond][code]; }
@@ -174,6 +175,11 @@ struct Sides {
 inline Sides SidesOf(const Lines& rows, int code, int row) {
   const Positions own = rows.Of(code, row);
   return {rows.Of(code, row - 1), WithAfter(own), rows.Of(code, row + 1), WithBefore(own)};
+}
+
+/// The trees of a row that touch no tent.
+inline Positions TreesWithoutTent(const Lines& rows, int row) {
+  return rows.Trees(row) & ~SidesOf(rows, CELL_TENT, row).Any();
 }
 
 /// The positions of a line that touch a cell of that code, diagonally too.

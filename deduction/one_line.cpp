@@ -7,7 +7,7 @@ namespace bivouac {
 namespace {
 
 void AddAll(Find& find, const Lines& lines, int line, Positions positions, Role role) {
-  ForEachIn(positions, [&](int position) { find.Add(lines.axis.At(line, position), role); });
+  ForEachIn(positions, [&](int position) { find.Add(lines.CellAt(line, position), role); });
 }
 
 /// The trees of a line that have an open field in the line beside it.
@@ -17,7 +17,7 @@ Positions TreesWithFieldIn(const Lines& lines, int treeLine, int tentLine, Beyon
   if (beyond == BeyondLastLine::IsAnError && trees != 0) ThrowIndexOutsideArray();
   Positions found = 0;
   ForEachIn(trees, [&](int position) {
-    if (lines.Board()[lines.axis.At(tentLine, position)] == CELL_OPEN) found |= 1u << position;
+    if (lines.Board()[lines.CellAt(tentLine, position)] == CELL_OPEN) found |= 1u << position;
   });
   return found;
 }
@@ -50,8 +50,8 @@ bool FindRuns(Lines& lines, Find& find) {
     if ((before | after) == 0) continue;
     find.Case = RunsBlock;
     ForEachIn(before | after, [&](int position) {
-      if (Has(before, position)) find.Add(lines.axis.At(line - 1, position), Role::Grass);
-      if (Has(after, position)) find.Add(lines.axis.At(line + 1, position), Role::Grass);
+      if (Has(before, position)) find.Add(lines.CellAt(line - 1, position), Role::Grass);
+      if (Has(after, position)) find.Add(lines.CellAt(line + 1, position), Role::Grass);
     });
     AddAll(find, lines, line, runs.Even, Role::MayBeTent);
     return true;
@@ -75,23 +75,6 @@ bool FindClaimed(Lines& lines, Find& find) {
   return false;
 }
 
-bool FindLastTent(Lines& lines, Find& find) {
-  for (int line = 0; line < lines.Size(); ++line) {
-    if (lines.Need(line) != lines.TentCount(line) + 1) continue;
-    const Positions trees = lines.Trees(line) & ~(lines.Tents(line - 1) | lines.Tents(line + 1));
-    const Positions before = trees & ~WithBefore(lines.Tents(line));
-    const Positions after = trees & ~WithAfter(lines.Tents(line));
-    const Positions between = lines.Open(line) & WithBefore(before) & WithAfter(after);
-    if (between == 0) continue;
-    const int position = std::countr_zero(between);
-    find.Add(lines.axis.At(line, position), Role::Grass);
-    find.Add(lines.axis.At(line, position - 1), Role::Tree);
-    find.Add(lines.axis.At(line, position + 1), Role::Tree);
-    return true;
-  }
-  return false;
-}
-
 bool FindSpareRun(Lines& lines, Find& find) {
   for (int line = 0; line < lines.Size(); ++line) {
     const int missing = lines.Caption(line) - lines.TentCount(line);
@@ -101,9 +84,9 @@ bool FindSpareRun(Lines& lines, Find& find) {
     ForEachIn(WithBefore(runs.Odd) & WithAfter(runs.Odd), [&](int gap) {
       for (const int beside : {line - 1, line + 1}) {
         if (!Has(lines.Open(beside), gap)) continue;
-        find.Add(lines.axis.At(beside, gap), Role::Grass);
-        find.Add(lines.axis.At(line, gap - 1), Role::MayBeTent);
-        find.Add(lines.axis.At(line, gap + 1), Role::MayBeTent);
+        find.Add(lines.CellAt(beside, gap), Role::Grass);
+        find.Add(lines.CellAt(line, gap - 1), Role::MayBeTent);
+        find.Add(lines.CellAt(line, gap + 1), Role::MayBeTent);
       }
     });
     if (!find.Fields.IsEmpty()) return true;
@@ -127,8 +110,8 @@ bool FindTreeSupply(Lines& lines, BeyondLastLine beyond, Find& find) {
     if (trees == 0) continue;
     find.Case = surplus < 0 ? SupplyBefore : SupplyAfter;
     ForEachIn(trees, [&](int position) {
-      find.Add(lines.axis.At(treeLine, position), Role::Tree);
-      find.Add(lines.axis.At(tentLine, position), Role::Tent);
+      find.Add(lines.CellAt(treeLine, position), Role::Tree);
+      find.Add(lines.CellAt(tentLine, position), Role::Tent);
     });
     return true;
   }

@@ -4,17 +4,13 @@
 namespace bivouac {
 namespace {
 
-int CellAt(const Lines& rows, int row, int col) {
-  return rows.axis.At(row, col);
-}
-
 /// The neighbour of a cell on the one side where there is something.
 int OnlySide(const Lines& rows, int row, int col, const Sides& sides) {
   const int direction = Has(sides.North, col)   ? NORTH
                         : Has(sides.East, col)  ? EAST
                         : Has(sides.South, col) ? SOUTH
                                                 : WEST;
-  return CellAt(rows, row, col) + StepOf(rows.Size(), direction);
+  return rows.CellAt(row, col) + StepOf(rows.Size(), direction);
 }
 
 bool HasOneTree(const Lines& rows, int cell) {
@@ -27,7 +23,7 @@ bool HasOneTree(const Lines& rows, int cell) {
 bool FindAwayFromTrees(Lines& rows, Find& find) {
   for (int row = 0; row < rows.Size(); ++row) {
     ForEachIn(rows.Open(row) & ~SidesOf(rows, CELL_TREE, row).Any(),
-              [&](int col) { find.Add(CellAt(rows, row, col), Role::Grass); });
+              [&](int col) { find.Add(rows.CellAt(row, col), Role::Grass); });
   }
   return !find.Fields.IsEmpty();
 }
@@ -37,10 +33,10 @@ bool FindTentNeighbours(Lines& rows, Find& find) {
     const Positions tents = rows.Tents(row) & Around(rows, CELL_OPEN, row);
     if (tents == 0) continue;
     const Positions tent = tents & -tents;
-    find.Add(CellAt(rows, row, std::countr_zero(tents)), Role::StandingTent);
+    find.Add(rows.CellAt(row, std::countr_zero(tents)), Role::StandingTent);
     for (const int near : {row - 1, row, row + 1}) {
       ForEachIn(rows.Open(near) & (WithBefore(tent) | tent | WithAfter(tent)),
-                [&](int col) { find.Add(CellAt(rows, near, col), Role::Grass); });
+                [&](int col) { find.Add(rows.CellAt(near, col), Role::Grass); });
     }
     return true;
   }
@@ -49,13 +45,13 @@ bool FindTentNeighbours(Lines& rows, Find& find) {
 
 bool FindLoneOption(Lines& rows, Find& find) {
   for (int row = 0; row < rows.Size(); ++row) {
-    const Positions tentless = rows.Trees(row) & ~SidesOf(rows, CELL_TENT, row).Any();
+    const Positions tentless = TreesWithoutTent(rows, row);
     if (tentless == 0) continue;
     const Sides open = SidesOf(rows, CELL_OPEN, row);
     const Positions lone = tentless & open.ExactlyOne();
     if (lone == 0) continue;
     const int col = std::countr_zero(lone);
-    find.Add(CellAt(rows, row, col), Role::Tree);
+    find.Add(rows.CellAt(row, col), Role::Tree);
     find.Add(OnlySide(rows, row, col, open), Role::Tent);
     return true;
   }
@@ -64,13 +60,14 @@ bool FindLoneOption(Lines& rows, Find& find) {
 
 bool FindServedNeighbour(Lines& rows, ServedFrom from, Find& find) {
   for (int row = 0; row < rows.Size(); ++row) {
-    const Sides tents = SidesOf(rows, CELL_TENT, row);
-    const Positions withTent = rows.Trees(row) & tents.ExactlyOne();
-    if (withTent == 0) continue;
     const Sides open = SidesOf(rows, CELL_OPEN, row);
-    const Positions served = withTent & open.ExactlyOne();
+    const Positions withOption = rows.Trees(row) & open.ExactlyOne();
+    if (withOption == 0) continue;
+    const Sides tents = SidesOf(rows, CELL_TENT, row);
+    const Positions served = withOption & tents.ExactlyOne();
+    if (served == 0) continue;
     const bool found = AnyIn(served, [&](int col) {
-      const int tree = CellAt(rows, row, col);
+      const int tree = rows.CellAt(row, col);
       const int field = OnlySide(rows, row, col, open);
       const int tent = OnlySide(rows, row, col, tents);
       if (!HasOneTree(rows, field) || !HasOneTree(rows, tent)) return false;
@@ -87,7 +84,7 @@ bool FindServedNeighbour(Lines& rows, ServedFrom from, Find& find) {
 
 bool FindCornerField(Lines& rows, Find& find) {
   for (int row = 0; row < rows.Size(); ++row) {
-    const Positions tentless = rows.Trees(row) & ~SidesOf(rows, CELL_TENT, row).Any();
+    const Positions tentless = TreesWithoutTent(rows, row);
     if (tentless == 0) continue;
     const Sides open = SidesOf(rows, CELL_OPEN, row);
     const Positions trees = tentless & open.ExactlyTwo();
@@ -103,8 +100,8 @@ bool FindCornerField(Lines& rows, Find& find) {
     const int col = std::countr_zero(corners);
     const int fieldRow = row + (Has(open.North, col) ? -1 : 1);
     const int fieldCol = col + (Has(open.East, col) ? 1 : -1);
-    find.Add(CellAt(rows, row, col), Role::Tree);
-    find.Add(CellAt(rows, fieldRow, fieldCol), Role::Grass);
+    find.Add(rows.CellAt(row, col), Role::Tree);
+    find.Add(rows.CellAt(fieldRow, fieldCol), Role::Grass);
     return true;
   }
   return false;

@@ -33,6 +33,8 @@ class Options {
 
 /// An open field with exactly two trees beside it, neither with a tent. The first has the lower index.
 struct SharedField {
+  const Array<int>& Board;
+  int Size;
   int Cell;
   int ToFirst;  ///< Direction from the field to the first tree, to the second.
   int ToSecond;
@@ -40,6 +42,11 @@ struct SharedField {
   Options Second;
 
   bool IsInLine() const { return OppositeOf(ToFirst) == ToSecond; }
+  /// Of trees that are not in line: whether the second stands south-east of the first, else south-west.
+  bool LeansRight() const { return Second.Tree() - First.Tree() > Size; }
+  int Step(int direction) const { return StepOf(Size, direction); }
+  /// Errors: IndexOutsideArray for a cell off the board.
+  bool IsOpen(int cell) const { return Board[cell] == CELL_OPEN; }
 };
 
 /// Calls visit(sharedField) for each, in rising order, until one visit returns true. Returns whether one did.
@@ -47,19 +54,19 @@ struct SharedField {
 template <class Visit>
 bool AnySharedField(const Lines& rows, Visit visit) {
   const int size = rows.Size();
-  const auto withoutTent = [&](int row) { return rows.Trees(row) & ~SidesOf(rows, CELL_TENT, row).Any(); };
   Positions above = 0;
-  Positions own = withoutTent(0);
+  Positions own = TreesWithoutTent(rows, 0);
   for (int row = 0; row < size; ++row) {
-    const Positions below = row < size - 1 ? withoutTent(row + 1) : 0;
+    const Positions below = row < size - 1 ? TreesWithoutTent(rows, row + 1) : 0;
     const Sides trees = SidesOf(rows, CELL_TREE, row);
     const Sides tentless{above, WithAfter(own), below, WithBefore(own)};
     const Positions shared = rows.Open(row) & trees.ExactlyTwo() & tentless.AtLeastTwo();
     const bool found = AnyIn(shared, [&](int col) {
-      const int cell = rows.axis.At(row, col);
+      const int cell = rows.CellAt(row, col);
       const int toFirst = Has(trees.North, col) ? NORTH : Has(trees.West, col) ? WEST : EAST;
       const int toSecond = Has(trees.South, col) ? SOUTH : Has(trees.East, col) ? EAST : WEST;
-      return visit(SharedField{cell, toFirst, toSecond, Options(rows, cell + StepOf(size, toFirst)),
+      return visit(SharedField{rows.Board(), size, cell, toFirst, toSecond,
+                               Options(rows, cell + StepOf(size, toFirst)),
                                Options(rows, cell + StepOf(size, toSecond))});
     });
     if (found) return true;

@@ -15,7 +15,7 @@ Positions PairsIn(const Lines& lines, int line) {
   const Positions twins = lines.Trees(line) & lines.Open(line - 1) & lines.Open(line + 1);
   const Positions first = 1u;
   // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): no board has fewer than two lines.
-  const Positions lastButOne = 1u << (lines.axis.size - 2);
+  const Positions lastButOne = 1u << (lines.Size() - 2);
   const Positions shutBefore = WithBefore(lines.Grass(line)) | first;
   const Positions shutAfter = WithAfter(WithAfter(lines.Grass(line))) | lastButOne;
   return twins & WithAfter(twins) & shutBefore & shutAfter;
@@ -23,10 +23,10 @@ Positions PairsIn(const Lines& lines, int line) {
 
 /// What follows from a pair, if anything does.
 bool DecidePair(const Lines& lines, int line, int first, Find& find) {
-  const Axis axis = lines.axis;
   const int second = first + 1;
-  const int last = axis.size - 1;
-  const auto add = [&](int atLine, int position, Role role) { find.Add(axis.At(atLine, position), role); };
+  const auto add = [&](int atLine, int position, Role role) {
+    find.Add(lines.CellAt(atLine, position), role);
+  };
   const auto addTwins = [&] {
     add(line, first, Role::Tree);
     add(line, second, Role::Tree);
@@ -49,10 +49,10 @@ bool DecidePair(const Lines& lines, int line, int first, Find& find) {
   Group b;
   const auto count = [&](Group& group, int countedLine, int position) {
     if (!Has(lines.Open(countedLine), position)) return;
-    if (group.Count++ == 0) group.First = axis.At(countedLine, position);
+    if (group.Count++ == 0) group.First = lines.CellAt(countedLine, position);
   };
   const auto countFlank = [&](Group& before, Group& after, int position) {
-    if (position < 0 || position > last) return;
+    if (position < 0 || position >= lines.Size()) return;
     count(before, line - 2, position);
     count(before, line - 1, position);
     count(after, line + 1, position);

@@ -52,7 +52,7 @@ constexpr Offset kEast{0, 1};
 constexpr Offset kSouth{1, 0};
 constexpr Offset kWest{0, -1};
 
-// The rows do not all mirror each other, and are meant as they stand.
+// The formations do not all mirror each other, and are meant as they stand.
 // clang-format off
 /// The tree on x.
 constexpr CornerRule kOuterA{CountTest::A3, {{
@@ -317,14 +317,14 @@ Survey SurveyOf(const Array<int>& board, int size, int tree) {
 Positions CentresIn(const Lines& rows, int row) {
   const Sides trees = SidesOf(rows, CELL_TREE, row);
   const Positions corner = (trees.North ^ trees.South) & (trees.East ^ trees.West);
-  return rows.Trees(row) & rows.Interior() & corner & ~SidesOf(rows, CELL_TENT, row).Any();
+  return TreesWithoutTent(rows, row) & rows.Interior() & corner;
 }
 
 /// Sets `wing` to the one around such a tree. Returns whether its wing trees are fit.
 bool WingAt(const Lines& rows, int row, int col, Wing& wing) {
   const Array<int>& board = rows.Board();
   const int size = rows.Size();
-  const int centre = rows.axis.At(row, col);
+  const int centre = rows.CellAt(row, col);
   const bool north = Has(rows.Trees(row - 1), col);
   const bool west = Has(rows.Trees(row), col - 1);
   const int side = west ? centre - 1 : centre + 1;

@@ -58,6 +58,8 @@ class FixedArray {
   constexpr T* end() { return Items + Size; }
   constexpr const T* begin() const { return Items; }
   constexpr const T* end() const { return Items + Size; }
+  constexpr const T* data() const { return Items; }
+  static constexpr std::size_t size() { return static_cast<std::size_t>(Size); }
   constexpr void Fill(const T& value) { std::fill(begin(), end(), value); }
 
   friend bool operator==(const FixedArray&, const FixedArray&) = default;
@@ -67,7 +69,7 @@ class FixedArray {
  private:
   static constexpr std::size_t Offset(int index) {
     const auto offset = static_cast<std::size_t>(index);
-    if (offset >= static_cast<std::size_t>(Size)) ThrowIndexOutsideArray();
+    if (offset >= size()) ThrowIndexOutsideArray();
     return offset;
   }
 };

@@ -36,7 +36,7 @@ constexpr FixedArray<std::string_view, 9> kTwins{{
     "to continue...",
 }};
 
-constexpr FixedArray<HintRule, 25> kRules{{
+constexpr FixedArray<HintRule, kHintRules> kRules{{
     {"AwayFromTrees",
      1,
      kRow,
@@ -298,8 +298,8 @@ constexpr FixedArray<HintRule, 25> kRules{{
 
 }  // namespace
 
-std::span<const HintRule> HintRules() {
-  return kRules.Items;
+const FixedArray<HintRule, kHintRules>& HintRules() {
+  return kRules;
 }
 
 }  // namespace bivouac

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string_view>
 
 #include "deduction/find.h"
@@ -45,7 +44,8 @@ struct HintRule {
 };
 
 /// The rules in the order in which the chain tries them.
-std::span<const HintRule> HintRules();
+inline constexpr int kHintRules = 25;
+const FixedArray<HintRule, kHintRules>& HintRules();
 
 /// A hint before it is shown: the rule, the fields with what becomes of each and those that explain it.
 struct FoundHint {

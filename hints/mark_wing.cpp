@@ -63,10 +63,10 @@ static_assert(ListsAreFull());
 
 /// The fields that a wing claims, by its counts of open fields.
 std::span<const Offset> ClaimedFields(const Formation& formation, const Wing& wing) {
-  if (wing.OpenA + wing.OpenB == 6) return formation.A3B3.Items;
-  if (wing.OpenA + wing.OpenB == 4) return formation.A2B2.Items;
-  if (wing.OpenA == 2) return formation.A2B3.Items;
-  if (wing.OpenB == 2) return formation.A3B2.Items;
+  if (wing.OpenA + wing.OpenB == 6) return formation.A3B3;
+  if (wing.OpenA + wing.OpenB == 4) return formation.A2B2;
+  if (wing.OpenA == 2) return formation.A2B3;
+  if (wing.OpenB == 2) return formation.A3B2;
   return {};
 }
 

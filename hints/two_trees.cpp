@@ -5,29 +5,20 @@ namespace bivouac {
 namespace {
 
 /// What both kinds of pairs need: the two trees and the field that they share are marked first.
-class Pair {
+class Pair : protected SharedField {
  public:
-  Pair(const Lines& rows, const SharedField& shared, Find& find)
-      : board_(rows.Board()),
-        size_(rows.Size()),
-        shared_(shared),
-        first_(shared.First),
-        second_(shared.Second),
-        find_(find) {}
+  Pair(const SharedField& shared, Find& find) : SharedField(shared), find_(find) {}
 
  protected:
-  bool IsOpen(int cell) const { return board_[cell] == CELL_OPEN; }
-  int Step(int direction) const { return StepOf(size_, direction); }
-
-  /// Marks both trees and the field that they share, or another.
-  void Mark(Role role) { Mark(role, shared_.Cell); }
+  void Mark(Role role) { Mark(role, Cell); }
+  /// Marks both trees and another field.
   void Mark(Role role, int field) {
     MarkTrees();
     find_.Add(field, role);
   }
   void MarkTrees() {
-    find_.Add(first_.Tree(), Role::Tree);
-    find_.Add(second_.Tree(), Role::Tree);
+    find_.Add(First.Tree(), Role::Tree);
+    find_.Add(Second.Tree(), Role::Tree);
   }
   void Tent(int cell) { find_.Add(cell, Role::Tent); }
   void Grass(int cell) { find_.Add(cell, Role::Grass); }
@@ -36,11 +27,6 @@ class Pair {
     return true;
   }
 
-  const Array<int>& board_;
-  const int size_;
-  const SharedField& shared_;
-  const Options& first_;
-  const Options& second_;
   Find& find_;
 };
 
@@ -50,13 +36,13 @@ class PairInLine : public Pair {
   using Pair::Pair;
 
   bool Decide() {
-    const bool firstHasOuter = first_[shared_.ToFirst];
-    const bool secondHasOuter = second_[shared_.ToSecond];
+    const bool firstHasOuter = First[ToFirst];
+    const bool secondHasOuter = Second[ToSecond];
     if (firstHasOuter && secondHasOuter) return false;
-    if (firstHasOuter) return DecideBarred(first_, shared_.ToFirst);
-    if (secondHasOuter) return DecideBarred(second_, shared_.ToSecond);
+    if (firstHasOuter) return DecideBarred(First, ToFirst);
+    if (secondHasOuter) return DecideBarred(Second, ToSecond);
     Mark(Role::Grass);
-    for (const Options* tree : {&first_, &second_}) {
+    for (const Options* tree : {&First, &Second}) {
       if (tree->Count() == 2) Tent(tree->Tree() + ToOpenSide(*tree));
     }
     return Is(find_.Fields.Count() > 3 ? NeitherTakesItTents : NeitherTakesIt);
@@ -80,7 +66,7 @@ class PairInLine : public Pair {
 
   /// The step to the option of a tree across the line.
   int ToOpenSide(const Options& tree) const {
-    const bool inRow = shared_.ToFirst == WEST;
+    const bool inRow = ToFirst == WEST;
     const int side = inRow ? NORTH : EAST;
     return Step(tree[side] ? side : OppositeOf(side));
   }
@@ -90,15 +76,11 @@ class PairInLine : public Pair {
 /// else what it marks.
 class DiagonalPair : public Pair {
  public:
-  DiagonalPair(const Lines& rows, const SharedField& shared, Find& find) : Pair(rows, shared, find) {
-    const bool leansRight = second_.Tree() - first_.Tree() > size_;
-    ahead_ = leansRight ? EAST : WEST;
-    back_ = leansRight ? WEST : EAST;
-  }
+  using Pair::Pair;
 
   bool Decide() {
     // A tree with one option was a hint of the first stage.
-    switch (first_.Count() * 10 + second_.Count()) {
+    switch (First.Count() * 10 + Second.Count()) {
       case 22:
         return TwoAndTwo();
       case 23:
@@ -121,44 +103,44 @@ class DiagonalPair : public Pair {
   int At(const Options& tree, int direction, int andThen) const {
     return At(tree, direction) + Step(andThen);
   }
-  int Beside() const { return At(first_, ahead_); }
-  int Below() const { return At(first_, SOUTH); }
-  int CornerOfFirst() const { return At(first_, NORTH, back_); }
-  int CornerOfSecond() const { return At(second_, SOUTH, ahead_); }
+  int Beside() const { return At(First, ahead_); }
+  int Below() const { return At(First, SOUTH); }
+  int CornerOfFirst() const { return At(First, NORTH, back_); }
+  int CornerOfSecond() const { return At(Second, SOUTH, ahead_); }
 
   bool TwoAndTwo() {
-    if (first_[SOUTH] && first_[NORTH] && second_[ahead_]) return false;
-    if (first_[WEST] && first_[EAST] && second_[SOUTH]) return false;
-    const bool beside = first_[ahead_];
-    if (beside && first_[back_]) return OneTakes(At(first_, back_));
-    if (beside && second_[ahead_]) return BothTake(At(first_, NORTH), At(second_, ahead_));
-    if (beside) return OneTakes(At(second_, SOUTH));
-    if (first_[NORTH]) return OneTakes(At(first_, NORTH));
-    if (second_[SOUTH]) return BothTake(At(first_, back_), At(second_, SOUTH));
-    return OneTakes(At(second_, ahead_));
+    if (First[SOUTH] && First[NORTH] && Second[ahead_]) return false;
+    if (First[WEST] && First[EAST] && Second[SOUTH]) return false;
+    const bool beside = First[ahead_];
+    if (beside && First[back_]) return OneTakes(At(First, back_));
+    if (beside && Second[ahead_]) return BothTake(At(First, NORTH), At(Second, ahead_));
+    if (beside) return OneTakes(At(Second, SOUTH));
+    if (First[NORTH]) return OneTakes(At(First, NORTH));
+    if (Second[SOUTH]) return BothTake(At(First, back_), At(Second, SOUTH));
+    return OneTakes(At(Second, ahead_));
   }
 
   bool TwoAndThree() {
-    if ((first_[EAST] && first_[WEST]) || (first_[SOUTH] && first_[NORTH])) return false;
-    if (first_[NORTH] || first_[back_]) return OneIsLeftTwo(CornerOfSecond());
-    if (second_[ahead_]) return TentsAreKnown(Beside(), Below(), At(second_, ahead_));
-    return TentsAreKnown(Below(), Beside(), At(second_, SOUTH));
+    if ((First[EAST] && First[WEST]) || (First[SOUTH] && First[NORTH])) return false;
+    if (First[NORTH] || First[back_]) return OneIsLeftTwo(CornerOfSecond());
+    if (Second[ahead_]) return TentsAreKnown(Beside(), Below(), At(Second, ahead_));
+    return TentsAreKnown(Below(), Beside(), At(Second, SOUTH));
   }
 
   bool ThreeAndTwo() {
-    if ((second_[NORTH] && second_[SOUTH]) || (second_[WEST] && second_[EAST])) return false;
-    if (second_[ahead_] || second_[SOUTH]) return OneIsLeftTwo(CornerOfFirst());
-    if (first_[back_]) return TentsAreKnown(Below(), At(first_, back_), Beside());
-    return TentsAreKnown(Beside(), At(first_, NORTH), Below());
+    if ((Second[NORTH] && Second[SOUTH]) || (Second[WEST] && Second[EAST])) return false;
+    if (Second[ahead_] || Second[SOUTH]) return OneIsLeftTwo(CornerOfFirst());
+    if (First[back_]) return TentsAreKnown(Below(), At(First, back_), Beside());
+    return TentsAreKnown(Beside(), At(First, NORTH), Below());
   }
 
   bool ThreeAndThree() {
-    if (!first_[ahead_] || !first_[SOUTH]) return false;
-    if (second_[SOUTH] && first_[NORTH])
-      return FieldsAreGrass(At(first_, NORTH, ahead_), At(second_, SOUTH, back_));
-    if (second_[ahead_] && first_[back_])
-      return FieldsAreGrass(At(first_, SOUTH, back_), At(second_, NORTH, ahead_));
-    Mark(Role::Grass, first_[NORTH] ? Beside() : Below());
+    if (!First[ahead_] || !First[SOUTH]) return false;
+    if (Second[SOUTH] && First[NORTH])
+      return FieldsAreGrass(At(First, NORTH, ahead_), At(Second, SOUTH, back_));
+    if (Second[ahead_] && First[back_])
+      return FieldsAreGrass(At(First, SOUTH, back_), At(Second, NORTH, ahead_));
+    Mark(Role::Grass, First[NORTH] ? Beside() : Below());
     return Is(AllMakeFieldsGrass);
   }
 
@@ -200,17 +182,18 @@ class DiagonalPair : public Pair {
     return Is(AllMakeFieldsGrass);
   }
 
-  int ahead_;  // The way the pair leans: from the first tree to the field beside it.
-  int back_;
+  // The way the pair leans, from the first tree to the field beside it.
+  const int ahead_ = LeansRight() ? EAST : WEST;
+  const int back_ = OppositeOf(ahead_);
 };
 
 }  // namespace
 
 bool FindSharedField(Lines& rows, Find& find) {
   return AnySharedField(rows, [&](const SharedField& shared) {
-    if (!shared.IsInLine()) return DiagonalPair(rows, shared, find).Decide();
+    if (!shared.IsInLine()) return DiagonalPair(shared, find).Decide();
     if (shared.First.Count() == 4 || shared.Second.Count() == 4) return false;
-    return PairInLine(rows, shared, find).Decide();
+    return PairInLine(shared, find).Decide();
   });
 }
 

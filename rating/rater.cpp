@@ -67,7 +67,7 @@ bool Rater::Act() {
 void Rater::SweepTentNeighbours() {
   for (int row = 0; row < size; ++row) {
     ForEachIn(rows.Open(row) & Around(rows, CELL_TENT, row),
-              [&](int col) { Set(rows.axis.At(row, col), CELL_GRASS); });
+              [&](int col) { Set(rows.CellAt(row, col), CELL_GRASS); });
   }
 }
 

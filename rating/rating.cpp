@@ -22,7 +22,7 @@ bool FindSupply(Lines& lines, Find& find) {
   return FindTreeSupply(lines, BeyondLastLine::IsAnError, find);
 }
 
-constexpr FixedArray<Pass, 23> kPasses{{
+constexpr FixedArray<Pass, kPasses> kTable{{
     {"PassLoneOption", 1, kRow, FindLoneOption, AlsoDoes::LeavesOneMark},
     {"PassServedNeighbour", 1, kRow, FindServed},
     {"PassRowComplete", 1, kRow, FindComplete},
@@ -61,8 +61,8 @@ int Rate(Main& main, RatingTrace* trace) {
   if (FindAwayFromTrees(rater.rows, rater.find)) rater.Act();
   while (true) {
     const Pass* found = nullptr;
-    for (const Pass& pass : kPasses) {
-      if (trace) trace->FaultyPass = static_cast<int>(&pass - kPasses.begin());
+    for (const Pass& pass : kTable) {
+      if (trace) trace->FaultyPass = static_cast<int>(&pass - kTable.begin());
       if (RunPass(rater, pass)) {
         found = &pass;
         break;
@@ -73,7 +73,7 @@ int Rate(Main& main, RatingTrace* trace) {
     const double price = found ? static_cast<double>(stepWeight) * found->Tier : kNothingFound;
     main.Difficulty = static_cast<float>(static_cast<double>(main.Difficulty) + price);
     if (found) {
-      if (trace) trace->Passes.push_back(static_cast<int>(found - kPasses.begin()));
+      if (trace) trace->Passes.push_back(static_cast<int>(found - kTable.begin()));
       if (topTier < found->Tier) topTier = found->Tier;
     }
     if (rater.wrong == 0) return topTier;
@@ -101,8 +101,8 @@ bool RunPass(Rater& rater, const Pass& pass) {
   return true;
 }
 
-std::span<const Pass> PassTable() {
-  return kPasses.Items;
+const FixedArray<Pass, kPasses>& PassTable() {
+  return kTable;
 }
 
 std::string PassNames(const RatingTrace& trace) {
@@ -110,7 +110,7 @@ std::string PassNames(const RatingTrace& trace) {
   const auto add = [&](const char* mark, int pass) {
     if (!names.empty()) names += ',';
     names += mark;
-    names += PassTable()[static_cast<std::size_t>(pass)].Name;
+    names += kTable[pass].Name;
   };
   for (const int pass : trace.Passes) add("", pass);
   if (trace.FaultyPass >= 0) add("!", trace.FaultyPass);

@@ -1,7 +1,6 @@
 // The rater: solves PuzzleRec silently, by logic alone, and says how hard that was.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,7 +38,8 @@ struct Pass {
 };
 
 /// The passes in the order in which the frame walks them.
-std::span<const Pass> PassTable();
+inline constexpr int kPasses = 23;
+const FixedArray<Pass, kPasses>& PassTable();
 
 /// Runs a pass. True if it changed the board. May end in a RunTimeError.
 bool RunPass(Rater& rater, const Pass& pass);

@@ -14,6 +14,7 @@
 #include "game/moves.h"
 #include "game/play.h"
 #include "game/text.h"
+#include "rating/rating.h"
 #include "tests/support/packs.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
@@ -126,32 +127,22 @@ class Walk {
     } else {
       ASSERT_TRUE((std::set{5, 10, 15, 20, 25, 30, 40}.contains(main_.Elapsed - elapsed)));
       Timer2_Timer(main_);
-      ASSERT_NO_FATAL_FAILURE(CollectFields(main_.lblHint.Caption));
+      ASSERT_NO_FATAL_FAILURE(CollectFields());
     }
     lblHint_Click(main_);
     for (const auto& [cell, code] : fields_) Decide(cell, code);
     if (fields_.empty()) Reveal();
   }
 
-  /// The fields that the hint decides. Marks that only propose are left out; so is the shared field of two
-  /// trees where the text bars one of them only, if it is wrong.
-  void CollectFields(const std::string& text) {
-    const auto says = [&](std::string_view part) { return text.find(part) != text.npos; };
-    const bool tentsPropose = says("of tents in the row") || says("of tents in the column") ||
-                              says("make it impossible for the blinking fields") ||
-                              says("any other possibility for the other blinking tree");
-    for (int i = 0; i <= main_.BlinkTop; ++i) {
-      const int cell = main_.BlinkCell[i];
-      const int code = -main_.BlinkTile[i];
-      if (says("surrounding the blinking tent")) {
-        AnyAround(main_, cell, [&](int side) { return Add(side, CELL_GRASS), false; });
-      } else if (says("only one possible field")) {
-        ForEachSide(main_.BoardSize, cell, [&](int side, int) { Add(side, CELL_TENT); });
-      } else if (code > 0 && !(code == CELL_TENT && tentsPropose)) {
-        const bool right = (main_.Solution[cell] == CELL_TENT) == (code == CELL_TENT);
-        ASSERT_TRUE(right || (i == 2 && says("One of the blinking trees"))) << cell << ": " << text;
-        if (right) Add(cell, code);
-      }
+  /// The fields that the hint decides; it must be right.
+  void CollectFields() {
+    const auto hint = FindHint(main_);
+    ASSERT_EQ(hint->Text(), main_.lblHint.Caption);
+    for (const FoundField& field : hint->Found.Fields) {
+      if (!IsDecided(field.Is)) continue;
+      const bool tent = field.Is == Role::Tent;
+      ASSERT_EQ(main_.Solution[field.Cell] == CELL_TENT, tent) << field.Cell << ": " << hint->Text();
+      Add(field.Cell, tent ? CELL_TENT : CELL_GRASS);
     }
   }
   void Add(int cell, int code) {
@@ -183,33 +174,25 @@ TEST(Hints, WholePuzzlesPlayedByHintsAlone) {
   }
 }
 
-/// What one rule alone says of the board: its marks and its text, or that it ends in an error.
-struct Told {
-  std::string Marks;
-  std::string_view Text;
-};
-
-Told Tell(const Main& main, std::string_view name) {
-  const auto rules = HintRules();
-  const auto rule =
+/// The marks of one rule alone, as Marks gives them, and its text; dashes if it finds nothing.
+Texts Tell(const Main& main, std::string_view name) {
+  const auto& rules = HintRules();
+  const auto* rule =
       std::find_if(rules.begin(), rules.end(), [&](const HintRule& it) { return it.Name == name; });
   if (rule == rules.end()) throw std::logic_error("no such rule");
-  const Clues clues(rule->Along == LineKind::Row ? main.RowCnt : main.ColCnt);
-  Lines lines(main.Board, {rule->Along, main.BoardSize}, clues, clues);
-  lines.ReadBoard();
-  FoundHint hint{&*rule, {}};
+  const Clues clues(main.RowCnt);
+  Lines rows(main.Board, {LineKind::Row, main.BoardSize}, clues, clues);
+  rows.ReadBoard();
+  FoundHint hint{rule, {}};
   try {
-    if (!rule->Look(lines, hint.Found)) return {"-", "-"};
+    if (!rule->Look(rows, hint.Found)) return {"-", "-"};
   } catch (const RunTimeError&) {
     return {"FAULT", "-"};
   }
   std::string marks;
-  for (const FoundField& field : hint.Found.Fields) {
-    if (!hint.Shows(field)) continue;
-    marks +=
-        (marks.empty() ? "" : ",") + std::to_string(field.Cell) + ':' + std::to_string(BlinkTileOf(field.Is));
-  }
-  return {marks, hint.Text()};
+  for (const FoundField& field : hint.Found.Fields)
+    marks += ',' + std::to_string(field.Cell) + ':' + std::to_string(BlinkTileOf(field.Is));
+  return {marks, std::string(hint.Text())};
 }
 
 // Cases of the rules that play hardly reaches: two trees around a field, leaning and turned either way, and
@@ -221,9 +204,22 @@ TEST(Hints, RarePositions) {
     const int size = columns[2].size() == 64 ? 8 : 6;
     const std::string clues = size == 8 ? "0,0,0,0,0,0,0,0" : "0,0,0,0,0,0";
     Lay(game.main, {std::to_string(size), clues, clues, "-", columns[2]});
-    const Told told = Tell(game.main, columns[1]);
-    EXPECT_TRUE(told.Marks.ends_with(columns[3])) << columns[0] << told.Marks;
-    EXPECT_EQ(told.Text, columns[4]) << columns[0];
+    const Texts told = Tell(game.main, columns[1]);
+    EXPECT_TRUE(told[0].ends_with(columns[3])) << columns[0] << told[0];
+    EXPECT_EQ(told[1], columns[4]) << columns[0];
+  }
+}
+
+// From a hint to its pass in one step, and back: after the two rules that the rater does besides its passes,
+// both tables go together.
+TEST(Hints, EachRuleAfterTheSecondBearsTheNameOfItsPass) {
+  static_assert(kHintRules == kPasses + 2);
+  for (int i = 2; i < kHintRules; ++i) {
+    const HintRule& rule = HintRules()[i];
+    const Pass& pass = PassTable()[i - 2];
+    EXPECT_EQ("Pass" + std::string(rule.Name), pass.Name);
+    EXPECT_EQ(rule.Stage, pass.Tier) << rule.Name;
+    EXPECT_EQ(rule.Along, pass.Along) << rule.Name;
   }
 }
 
