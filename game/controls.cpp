@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "game/game_state.h"
+
 namespace bivouac {
 namespace {
 
@@ -22,25 +24,25 @@ constexpr std::string_view kWebTip = "Click for Fernlark Website";
 
 // clang-format off
 constexpr auto kControls = std::to_array<ControlRow>({
-    {"cmdOptions",   Button,     {6960,  360, 1095,  375}, "Size...",     0xFFC080,       ""},
-    {"LabelTijd",    Label,      {7080,  960,  855,  375}, "00:00",       0xC0FFC0,       "Elapsed time"},
-    {"cmdPause",     Button,     {6960, 1440, 1095,  375}, "Pause",       0x80FF80,       ""},
-    {"cmdGenerate",  Button,     {6960, 2040, 1095,  375}, "New",         0xFFFF80,       ""},
-    {"cmdOpen",      Button,     {6960, 2520, 1095,  375}, "Open...",     0xFFFF80,       ""},
-    {"cmdNext",      Button,     {6960, 3000, 1095,  375}, "Next",        0xFFFF80,       ""},
-    {"cmdRestart",   Button,     {6960, 3600, 1095,  375}, "Restart",     0xFF8080,       ""},
-    {"cmdSolution",  Button,     {6960, 4080, 1095,  375}, "Solution",    0xFF8080,       ""},
-    {"cmdUndo",      Button,     {6960, 4680, 1095,  375}, "Undo",        0xFF80FF,       ""},
-    {"LabelStap",    Label,      {7200, 5160,  615,  375}, "0",           0xFFC0FF,       "Step counter"},
-    {"cmdRedo",      Button,     {6960, 5640, 1095,  375}, "Redo",        0xFF80FF,       ""},
+    {"cmdOptions",   Button,     {6960,  360, 1095,  375}, "Size...",     0xFFC080,       "", &Main::cmdOptions},
+    {"LabelTijd",    Figure,     {7080,  960,  855,  375}, "00:00",       0xC0FFC0,       "Elapsed time", nullptr, &Main::LabelTijd},
+    {"cmdPause",     Button,     {6960, 1440, 1095,  375}, "Pause",       0x80FF80,       "", &Main::cmdPause},
+    {"cmdGenerate",  Button,     {6960, 2040, 1095,  375}, "New",         0xFFFF80,       "", &Main::cmdGenerate},
+    {"cmdOpen",      Button,     {6960, 2520, 1095,  375}, "Open...",     0xFFFF80,       "", &Main::cmdOpen},
+    {"cmdNext",      Button,     {6960, 3000, 1095,  375}, "Next",        0xFFFF80,       "", &Main::cmdNext},
+    {"cmdRestart",   Button,     {6960, 3600, 1095,  375}, "Restart",     0xFF8080,       "", &Main::cmdRestart},
+    {"cmdSolution",  Button,     {6960, 4080, 1095,  375}, "Solution",    0xFF8080,       "", &Main::cmdSolution},
+    {"cmdUndo",      Button,     {6960, 4680, 1095,  375}, "Undo",        0xFF80FF,       "", &Main::cmdUndo},
+    {"LabelStap",    Figure,     {7200, 5160,  615,  375}, "0",           0xFFC0FF,       "Step counter", nullptr, &Main::LabelStap},
+    {"cmdRedo",      Button,     {6960, 5640, 1095,  375}, "Redo",        0xFF80FF,       "", &Main::cmdRedo},
     {"optSound",     CheckBox,   {6960, 6480, 1095,  375}, "Sounds",      0xE0E0E0,       ""},
-    {"cmdHint",      Button,     {6960, 7080, 1095,  375}, "Hint",        0x8080FF,       ""},
-    {"cmdPlayers",   Button,     {6960, 7680, 1095,  375}, "Players...",  0x80FFFF,       ""},
-    {"cmdExit",      Button,     {6960, 8280, 1095,  375}, "Exit",        kSystemDefault, ""},
-    {"cmdResetTime", Button,     { 120, 8280, 1455,  375}, "Reset Times", kSystemDefault, ""},
-    {"Label2",       Link,       { 120, 7560, 1455,  495}, "Software",    0xFF0000,       kWebTip},
-    {"Label3",       Link,       { 120, 7080, 1455,  495}, "Fernlark",    0xFFFF00,       kWebTip},
-    {"lblHint",      Label,      {1680, 7080, 5175, 1575}, kRules,        0xC0C0FF,       ""},
+    {"cmdHint",      Button,     {6960, 7080, 1095,  375}, "Hint",        0x8080FF,       "", &Main::cmdHint},
+    {"cmdPlayers",   Button,     {6960, 7680, 1095,  375}, "Players...",  0x80FFFF,       "", &Main::cmdPlayers},
+    {"cmdExit",      Button,     {6960, 8280, 1095,  375}, "Exit",        kSystemDefault, "", &Main::cmdExit},
+    {"cmdResetTime", Button,     { 120, 8280, 1455,  375}, "Reset Times", kSystemDefault, "", &Main::cmdResetTime},
+    {"Label2",       Link,       { 120, 7560, 1455,  495}, "Software",    0xFF0000,       kWebTip, nullptr, nullptr, 0xFFFFFF},
+    {"Label3",       Link,       { 120, 7080, 1455,  495}, "Fernlark",    0xFFFF00,       kWebTip, nullptr, nullptr, 0x0000FF},
+    {"lblHint",      Text,       {1680, 7080, 5175, 1575}, kRules,        0xC0C0FF,       "", nullptr, &Main::lblHint},
     {"Shield",       PictureBox, { 120,  120, 6795, 6795}, "",            0xFFFFFF,       ""},
     // Picture1 lies on Shield and is measured from its corner.
     {"Picture1",     Picture,    {1440, 2400, 3615, 1575}, "",            0xFFFFFF,       ""},

@@ -60,7 +60,18 @@ struct Panel {
   std::string Tag;
 };
 
-enum class ControlKind { Button, Label, Link, CheckBox, PictureBox, Picture };
+/// What a control is, which also tells how it looks.
+enum class ControlKind {
+  Button,
+  Figure,  ///< A label of one large number.
+  Text,    ///< A label of many words, which takes clicks.
+  Link,
+  CheckBox,
+  PictureBox,
+  Picture,
+};
+
+struct Main;
 
 /// What a control of the main window is and where it stands, fixed at design.
 struct ControlRow {
@@ -70,6 +81,9 @@ struct ControlRow {
   std::string_view Caption;
   int Background;  ///< Red, green, blue as 0xRRGGBB; kSystemDefault for the system's own.
   std::string_view ToolTip;
+  Button Main::*ItsButton = nullptr;  ///< The value of a button.
+  Label Main::*ItsLabel = nullptr;    ///< The value of a label whose caption changes.
+  int Foreground = 0x000000;
 };
 
 struct PanelRow {
@@ -80,9 +94,7 @@ struct PanelRow {
 
 inline constexpr int kSystemDefault = -1;
 inline constexpr int kWindowBackground = 0xE0E0E0;
-inline constexpr int kLinkSoftwareText = 0xFFFFFF;  ///< Text of Label2.
-inline constexpr int kLinkMakerText = 0x0000FF;     ///< Text of Label3.
-inline constexpr int kWindowWidth = 8175;           ///< Inner size, twips.
+inline constexpr int kWindowWidth = 8175;  ///< Inner size, twips.
 inline constexpr int kWindowHeight = 9030;
 inline constexpr int kStatusBarHeight = 375;
 inline constexpr int kPanelWidths = 14278;

@@ -22,6 +22,20 @@ std::size_t CharacterBytes(std::string_view text) {
   return bytes;
 }
 
+/// The front of a text.
+struct Front {
+  std::string Text;
+  int Characters;
+};
+
+/// Its first characters, at most that many.
+Front FrontOf(const std::string& text, int most) {
+  std::string_view rest = text;
+  int characters = 0;
+  for (; characters < most && !rest.empty(); ++characters) rest.remove_prefix(CharacterBytes(rest));
+  return {text.substr(0, text.size() - rest.size()), characters};
+}
+
 std::string PlayerKey(int player) {
   return "Player" + TwoDigits(player);
 }
@@ -60,7 +74,7 @@ void BeginEditing(FormNamen& form, const std::string& name) {
   form.KnopAnnuleren.Enabled = false;
   form.KnopOK.Enabled = false;
   form.NaamLijst.Enabled = false;
-  form.NaamInvoerveld = {name, true};
+  form.NaamInvoerveld = {FrontOf(name, kNameFieldLength).Text, true};
   form.Focus = FormNamen::FocusOn::NaamInvoerveld;
 }
 
@@ -126,11 +140,8 @@ void TakeName(FormNamen& form) {
 }  // namespace
 
 std::string FixedName(const std::string& name) {
-  std::string_view rest = name;
-  int characters = 0;
-  for (; characters < kNameLength && !rest.empty(); ++characters) rest.remove_prefix(CharacterBytes(rest));
-  return name.substr(0, name.size() - rest.size()) +
-         std::string(static_cast<std::size_t>(kNameLength - characters), ' ');
+  const Front front = FrontOf(name, kNameLength);
+  return front.Text + std::string(static_cast<std::size_t>(kNameLength - front.Characters), ' ');
 }
 
 std::string NameOf(const Global& global, int player) {
@@ -174,7 +185,8 @@ void cmdPlayers_Click(Main& main) {
 }
 
 void Form_Activate(FormNamen& form) {
-  form.Focus = FormNamen::FocusOn::NaamLijst;
+  // The list, unless a name stands half edited since the last showing: what is disabled gets no focus.
+  form.Focus = form.NaamLijst.Enabled ? FormNamen::FocusOn::NaamLijst : FormNamen::FocusOn::NaamInvoerveld;
   Select(form, -1);
 }
 

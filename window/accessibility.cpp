@@ -204,7 +204,7 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
 
 }  // namespace
 
-void InstallAccessibility() {
+Accessibility::Accessibility() {
   QAccessible::installFactory(MakeInterface);
   QAccessible::installUpdateHandler(PassOn);
 }

@@ -3,8 +3,10 @@
 
 namespace bivouac {
 
-/// Makes the board, its cells and the labels known. Call before the first of them is made: Qt keeps what it
-/// learnt of a widget. Calls after the first do nothing.
-void InstallAccessibility();
+/// Makes the window, the board, its cells and the labels known. Requires: made before the first of them, as
+/// Qt keeps what it learnt of a widget. Any but the first in a process do nothing.
+struct Accessibility {
+  Accessibility();
+};
 
 }  // namespace bivouac

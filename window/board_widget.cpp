@@ -39,13 +39,10 @@ BoardWidget::BoardWidget(const Main& main, Click click, QWidget* parent)
 }
 
 void BoardWidget::Draw() {
-  int visible = 0;
-  while (visible < kMaxCells && main_.Grid[visible].Visible) ++visible;
-  const int size = static_cast<int>(std::lround(std::sqrt(visible)));
-  const Place first = visible > 0 ? main_.Grid[0].At : Place{};
-  if (size != size_ || first != firstCell_) {
-    size_ = size;
-    firstCell_ = first;
+  const int visible = main_.Grid[0].Visible ? main_.CellCount : 0;
+  if (visible != static_cast<int>(cells_.size())) {
+    size_ = static_cast<int>(std::lround(std::sqrt(visible)));
+    firstCell_ = main_.Grid[0].At;
     current_ = current_ < visible ? current_ : 0;
     cells_.resize(static_cast<std::size_t>(visible));
     pictures_.resize(static_cast<std::size_t>(visible));
@@ -185,8 +182,7 @@ void BoardWidget::keyPressEvent(QKeyEvent* event) {
   const bool control = event->modifiers().testFlag(Qt::ControlModifier);
   for (const auto& [key, code] : kContentKeys) {
     if (event->key() != key || control) continue;
-    SetFrameShown(true);
-    if (!event->isAutoRepeat()) PutCurrent(code);
+    if (!ShowsFrameFirst() && !event->isAutoRepeat()) PutCurrent(code);
     return;
   }
   switch (event->key()) {
@@ -217,14 +213,20 @@ void BoardWidget::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      SetFrameShown(true);
-      if (!event->isAutoRepeat()) click_(current_);
+      if (!ShowsFrameFirst() && !event->isAutoRepeat()) click_(current_);
       return;
     default:
       return QWidget::keyPressEvent(event);
   }
+  if (!ShowsFrameFirst()) MoveFrame(next);
+}
+
+/// Where no frame is shown the first key only shows it, so that nobody changes a field unseen. Returns
+/// whether it did.
+bool BoardWidget::ShowsFrameFirst() {
+  if (frameShown_) return false;
   SetFrameShown(true);
-  MoveFrame(next);
+  return true;
 }
 
 void BoardWidget::focusInEvent(QFocusEvent* event) {

@@ -66,6 +66,7 @@ class BoardWidget : public QWidget {
   void LayOut();
   QRect DeviceRect(int index) const;
   void MoveFrame(int index);
+  bool ShowsFrameFirst();
   void SetFrameShown(bool shown);
   void TellName(int index);
   void PutCurrent(int code);

@@ -9,21 +9,13 @@
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
+#include <algorithm>
 #include <utility>
 
 #include "game/blinking.h"
 #include "game/clock.h"
-#include "game/moves.h"
-#include "game/play.h"
-#include "game/sound.h"
 #include "game/web_link.h"
-#include "generator/generator.h"
-#include "hints/hints.h"
-#include "storage/best_times.h"
-#include "storage/navigation.h"
-#include "storage/players.h"
 #include "storage/start_up.h"
-#include "window/accessibility.h"
 
 namespace bivouac {
 namespace {
@@ -53,25 +45,23 @@ QColor ColourOf(int background) {
 
 }  // namespace
 
-const std::array<MainWindow::ButtonRow, MainWindow::kButtons> MainWindow::kButtonRows = {{
-    {"cmdOptions", &Main::cmdOptions, cmdOptions_Click, "Chooses the size of the board"},
-    {"cmdPause", &Main::cmdPause, cmdPause_Click, "Stops the clock and hides the board", "P"},
-    {"cmdGenerate", &Main::cmdGenerate, cmdGenerate_Click, "Makes a new puzzle", "Ctrl+N"},
-    {"cmdOpen", &Main::cmdOpen, cmdOpen_Click, "Opens a puzzle by its number", "Ctrl+O"},
-    {"cmdNext", &Main::cmdNext, cmdNext_Click, "Opens the next puzzle", "Ctrl+Right"},
-    {"cmdRestart", &Main::cmdRestart, StartPuzzle, "Starts the puzzle again", "Ctrl+R"},
-    {"cmdSolution", &Main::cmdSolution, cmdSolution_Click, "Shows the solution and ends the game"},
-    {"cmdUndo", &Main::cmdUndo, cmdUndo_Click, "Takes the last step back", "Ctrl+Z"},
-    {"cmdRedo", &Main::cmdRedo, cmdRedo_Click, "Does the step again that was taken back",
-     "Ctrl+Shift+Z Ctrl+Y"},
-    {"cmdHint", &Main::cmdHint, cmdHint_Click, "Explains a step, at a price in seconds", "H"},
-    {"cmdPlayers", &Main::cmdPlayers, cmdPlayers_Click, "Chooses who plays"},
-    {"cmdExit", &Main::cmdExit, cmdExit_Click, "Ends the program", "Ctrl+Q"},
-    {"cmdResetTime", &Main::cmdResetTime, cmdResetTime_Click, "Clears the times of this size"},
+const std::array<MainWindow::ButtonText, MainWindow::kButtons> MainWindow::kButtonTexts = {{
+    {&Main::cmdOptions, "Chooses the size of the board"},
+    {&Main::cmdPause, "Stops the clock and hides the board", "P"},
+    {&Main::cmdGenerate, "Makes a new puzzle", "Ctrl+N"},
+    {&Main::cmdOpen, "Opens a puzzle by its number", "Ctrl+O"},
+    {&Main::cmdNext, "Opens the next puzzle", "Ctrl+Right"},
+    {&Main::cmdRestart, "Starts the puzzle again", "Ctrl+R"},
+    {&Main::cmdSolution, "Shows the solution and ends the game"},
+    {&Main::cmdUndo, "Takes the last step back", "Ctrl+Z"},
+    {&Main::cmdRedo, "Does the step again that was taken back", "Ctrl+Shift+Z Ctrl+Y"},
+    {&Main::cmdHint, "Explains a step, at a price in seconds", "H"},
+    {&Main::cmdPlayers, "Chooses who plays"},
+    {&Main::cmdExit, "Ends the program", "Ctrl+Q"},
+    {&Main::cmdResetTime, "Clears the times of this size"},
 }};
 
 MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
-  InstallAccessibility();
   setObjectName(QStringLiteral("Main"));
   // The colours are the game's own, whatever the desktop's theme.
   QPalette own = palette();
@@ -89,15 +79,12 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
       case ControlKind::CheckBox:
         sound_ = new ScaledCheckBox(Text(row.Caption), this);
         sound_->setAccessibleDescription(QStringLiteral("Turns sounds on and off"));
-        connect(sound_, &QCheckBox::clicked, this, [this](bool checked) {
-          road_.Run([this, checked] {
-            main_.optSound.Checked = checked;
-            optSound_Click(main_);
-          });
-        });
+        connect(sound_, &QCheckBox::clicked, this,
+                [this](bool checked) { Press([this, checked] { PressSound(main_, checked); }); });
         AddPlaced(sound_, row);
         break;
-      case ControlKind::Label:
+      case ControlKind::Figure:
+      case ControlKind::Text:
       case ControlKind::Link:
         AddLabel(row);
         break;
@@ -112,7 +99,7 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
       main_,
       [this](int index) {
         frameClicked_ = true;
-        road_.Run([this, index] { Grid_Click(main_, index); });
+        Press([this, index] { PressField(main_, index); });
       },
       this);
   AddShield();
@@ -141,51 +128,50 @@ void MainWindow::AddPlaced(QWidget* widget, const ControlRow& row) {
   placed_.push_back({widget, row.At});
 }
 
-void MainWindow::AddButton(const ControlRow& row) {
-  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
-    if (row.Name != kButtonRows[i].Name) continue;
-    auto* button = new ColourButton(Text(row.Caption), ColourOf(row.Background), this);
-    const QString description = QString::fromLatin1(kButtonRows[i].Description);
-    button->setAccessibleDescription(description);
-    button->SetKeys(QString::fromLatin1(kButtonRows[i].Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
-    connect(button, &QPushButton::clicked, this, [this, click = kButtonRows[i].Click] { Run(click); });
-    AddPlaced(button, row);
-    if (row.ToolTip.empty()) {
-      const QString keys = button->Keys().join(QStringLiteral(", "));
-      button->setToolTip(keys.isEmpty() ? description : QStringLiteral("%1 (%2)").arg(description, keys));
-    }
-    buttons_[i] = button;
+void MainWindow::AddButton(const ControlRow& control) {
+  const ButtonRow& row = ButtonOf(control.ItsButton);
+  const auto text = std::find_if(kButtonTexts.begin(), kButtonTexts.end(),
+                                 [&](const ButtonText& candidate) { return candidate.Value == row.Value; });
+  auto* button = new ColourButton(Text(control.Caption), ColourOf(control.Background), this);
+  const QString description = QString::fromLatin1(text->Description);
+  button->setAccessibleDescription(description);
+  button->SetKeys(QString::fromLatin1(text->Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+  connect(button, &QPushButton::clicked, this, [this, &row] { Press([&] { PressButton(main_, row); }); });
+  AddPlaced(button, control);
+  if (control.ToolTip.empty()) {
+    const QString keys = button->Keys().join(QStringLiteral(", "));
+    button->setToolTip(keys.isEmpty() ? description : QStringLiteral("%1 (%2)").arg(description, keys));
   }
+  buttons_.push_back({button, &row});
+}
+
+LabelLook MainWindow::LookOf(const ControlRow& row) {
+  LabelLook look{.Background = ColourOf(row.Background),
+                 .Text = QColor::fromRgb(static_cast<QRgb>(row.Foreground))};
+  look.Bold = row.Kind != ControlKind::Text;
+  if (row.Kind == ControlKind::Figure) look.LargestText = 17;
+  if (row.Kind == ControlKind::Link) look.LargestText = 17;
+  if (row.Kind == ControlKind::Text) {
+    look.Alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    look.LargestText = 13;
+  }
+  return look;
 }
 
 void MainWindow::AddLabel(const ControlRow& row) {
-  LabelLook look{.Background = ColourOf(row.Background)};
-  const bool link = row.Kind == ControlKind::Link;
-  if (link) {
-    look.Text = QColor::fromRgb(row.Name == "Label2" ? kLinkSoftwareText : kLinkMakerText);
-    look.LargestText = 17;
-    look.Bold = true;
-  } else if (row.Name == "lblHint") {
-    look.Alignment = Qt::AlignLeft | Qt::AlignVCenter;
-    look.LargestText = 13;
-  } else {
-    look.LargestText = 17;
-    look.Bold = true;
-  }
-  auto* label = new TextLabel(look, this);
+  auto* label = new TextLabel(LookOf(row), this);
   AddPlaced(label, row);
   label->SetText(Text(row.Caption));
   label->setAccessibleDescription(row.ToolTip.empty() ? QStringLiteral("Rules and hints") : label->toolTip());
-  if (link) {
+  if (row.Kind == ControlKind::Figure) labels_.push_back({label, row.ItsLabel});
+  if (row.Kind == ControlKind::Link) {
     label->setCursor(Qt::PointingHandCursor);
     label->setFocusPolicy(Qt::TabFocus);
-    label->SetClick([this, click = row.Name == "Label2" ? Label2_Click : Label3_Click] { Run(click); });
+    label->SetClick([this] { Press([this] { Label2_Click(main_); }); });  // What Label3_Click does, too.
   }
-  if (row.Name == "LabelTijd") time_ = label;
-  if (row.Name == "LabelStap") steps_ = label;
-  if (row.Name == "lblHint") {
+  if (row.Kind == ControlKind::Text) {
     hint_ = label;
-    label->SetClick([this] { Run(lblHint_Click); });
+    label->SetClick([this] { Press([this] { PressHint(main_); }); });
   }
 }
 
@@ -203,11 +189,11 @@ void MainWindow::AddClueLabels() {
 }
 
 void MainWindow::AddKeys() {
-  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
-    for (const QString& key : buttons_[i]->Keys()) AddKey(key, [this, i] { PressByKey(i); });
+  for (const PlacedButton& button : buttons_) {
+    for (const QString& key : button.Widget->Keys()) AddKey(key, [this, button] { PressByKey(button); });
   }
   AddKey(QLatin1String(kProgressKey), [this] { announcer_->Say(SpokenProgress(main_)); });
-  AddKey(QStringLiteral("F1"), [this] { road_.Run([this] { ShowHelp(); }); });
+  AddKey(QStringLiteral("F1"), [this] { Press([this] { ShowHelp(); }); });
 }
 
 void MainWindow::AddKey(const QString& key, const std::function<void()>& press) {
@@ -220,10 +206,10 @@ void MainWindow::AddKey(const QString& key, const std::function<void()>& press) 
 }
 
 /// Does what a click on the button does, if it is enabled. The key of the pause ends it too.
-void MainWindow::PressByKey(std::size_t button) {
-  const bool pause = kButtonRows[button].Value == &Main::cmdPause;
+void MainWindow::PressByKey(const PlacedButton& button) {
+  const bool pause = button.Row->Value == &Main::cmdPause;
   if (pause && main_.Paused) return continue_->Press();
-  buttons_[button]->click();
+  button.Widget->click();
 }
 
 /// The guide in the browser where it is installed, otherwise the rules and the keys in a box.
@@ -238,9 +224,10 @@ void MainWindow::ShowHelp() {
     }
   }
   QString text = Text(RulesText()) + QStringLiteral("\n");
-  for (const ColourButton* button : buttons_) {
-    if (button->Keys().isEmpty()) continue;
-    text += QStringLiteral("\n%1: %2").arg(button->Keys().join(QStringLiteral(", ")), button->text());
+  for (const PlacedButton& button : buttons_) {
+    const ColourButton& widget = *button.Widget;
+    if (widget.Keys().isEmpty()) continue;
+    text += QStringLiteral("\n%1: %2").arg(widget.Keys().join(QStringLiteral(", ")), widget.text());
   }
   text += QLatin1String(kOtherKeys);
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text.toStdString()});
@@ -271,7 +258,7 @@ void MainWindow::AddShield() {
   continue_->setAccessibleDescription(QStringLiteral("Ends the pause"));
   continue_->setCursor(Qt::PointingHandCursor);
   continue_->setFocusPolicy(Qt::TabFocus);
-  continue_->SetClick([this] { Run(Picture1_Click); });
+  continue_->SetClick([this] { Press([this] { PressContinue(main_); }); });
   continue_->setObjectName(Text(picture.Name));
 }
 
@@ -285,6 +272,11 @@ void MainWindow::Run(void (*handler)(Main& main)) {
   road_.Run([this, handler] { handler(main_); });
 }
 
+/// Whatever presses, mouse, key or assistive tool: an open box or dialog holds all of it.
+void MainWindow::Press(const EventRoad::Handler& press) {
+  if (!IsHeld(*this)) road_.Run(press);
+}
+
 void MainWindow::Draw() {
   if (main_.Caption != drawnTitle_) {
     drawnTitle_ = main_.Caption;
@@ -294,11 +286,17 @@ void MainWindow::Draw() {
   board_->Draw();
   DrawClues();
   status_->Draw(main_.StatusBar1);
-  time_->SetText(Text(main_.LabelTijd.Caption));
-  steps_->SetText(Text(main_.LabelStap.Caption));
+  for (const PlacedLabel& label : labels_) label.Widget->SetText(Text((main_.*label.Value).Caption));
+  const bool hintWaited = hintTakesClicks_;
   DrawHint();
-  DrawShield();
-  DrawButtons();
+  // What can be used comes first and what cannot any longer last: the focus goes in between.
+  ShowShieldOrBoard();
+  DrawButtons(true);
+  DrawFocus(hintTakesClicks_ && !hintWaited && !main_.BoardLive);
+  DrawButtons(false);
+  HideShieldOrBoard();
+  sound_->setEnabled(main_.optSound.Enabled);
+  sound_->setChecked(main_.optSound.Checked);
   DrawTimers();
   if (main_.Visible && !isVisible()) ShowFirst();
   announcer_->Watch();
@@ -336,56 +334,45 @@ void MainWindow::DrawHint() {
                                                    : QStringLiteral("Rules and hints"));
   hint_->setCursor(hintTakesClicks_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
   hint_->setFocusPolicy(hintTakesClicks_ ? Qt::TabFocus : Qt::NoFocus);
-  // While the questions before it were open, the board took the focus of the button.
-  if (hintTakesClicks_ && !main_.BoardLive && focusWidget() == board_) MoveFocus(hint_);
 }
 
-void MainWindow::DrawShield() {
-  if (shield_->isHidden() != main_.Shield.Visible) return;
-  const QWidget* const focus = focusWidget();
-  if (main_.Shield.Visible) {
-    if (!continue_->HasPicture())
-      continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png"), kPictureFormat));
-    shield_->show();
-    if (focus == board_) MoveFocus(continue_);
-    board_->hide();  // From the keyboard and from assistive tools too.
-  } else {
-    board_->show();
-    if (focus == continue_) MoveFocus(board_);
-    shield_->hide();
+void MainWindow::ShowShieldOrBoard() {
+  if (!main_.Shield.Visible) return board_->show();
+  if (!continue_->HasPicture())
+    continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png"), kPictureFormat));
+  shield_->show();
+}
+
+void MainWindow::HideShieldOrBoard() {
+  // The board is hidden from the keyboard and from assistive tools too.
+  (main_.Shield.Visible ? static_cast<QWidget*>(board_) : shield_)->hide();
+}
+
+void MainWindow::DrawButtons(bool enabled) {
+  for (const PlacedButton& button : buttons_) {
+    if ((main_.*button.Row->Value).Enabled == enabled) button.Widget->setEnabled(enabled);
   }
 }
 
-void MainWindow::MoveFocus(QWidget* widget) {
-  widget->setFocus(keyUsedLast_ ? Qt::TabFocusReason : Qt::OtherFocusReason);
-}
-
-void MainWindow::DrawButtons() {
-  // What gets enabled comes first: the focus can then go where play goes on.
-  for (const bool enabled : {true, false}) {
-    if (!enabled) KeepFocusInPlay();
-    for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
-      if ((main_.*kButtonRows[i].Value).Enabled == enabled) buttons_[i]->setEnabled(enabled);
-    }
-  }
-  sound_->setEnabled(main_.optSound.Enabled);
-  sound_->setChecked(main_.optSound.Checked);
-}
-
-/// A control that is about to lose the focus, because it cannot have it any longer, hands it to what waits
-/// for the player next.
-void MainWindow::KeepFocusInPlay() {
+void MainWindow::DrawFocus(bool hintAppeared) {
   QWidget* const focus = focusWidget();
-  if (focus == nullptr) return;
-  bool stays = focus->isVisibleTo(this) && focus->focusPolicy() != Qt::NoFocus;
-  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
-    if (focus == buttons_[i]) stays = (main_.*kButtonRows[i].Value).Enabled;
+  QWidget* const next = FocusFrom(focus, hintAppeared);
+  if (next != focus) next->setFocus(keyUsedLast_ ? Qt::TabFocusReason : Qt::OtherFocusReason);
+}
+
+/// Where the focus goes: nowhere, as long as the control that has it can keep it; else to what waits for the
+/// player next. A hint that has just come takes it from the board, which got it while questions were open.
+QWidget* MainWindow::FocusFrom(QWidget* focus, bool hintAppeared) const {
+  QWidget* waiting = board_;
+  if (hintTakesClicks_) waiting = hint_;
+  if (main_.Shield.Visible) waiting = continue_;
+  if (focus == board_) return main_.Shield.Visible || hintAppeared ? waiting : focus;
+  if (focus == continue_) return main_.Shield.Visible ? focus : board_;
+  if (focus == hint_) return hintTakesClicks_ ? focus : waiting;
+  for (const PlacedButton& button : buttons_) {
+    if (focus == button.Widget) return (main_.*button.Row->Value).Enabled ? focus : waiting;
   }
-  if (stays) return;
-  QWidget* next = board_;
-  if (hintTakesClicks_) next = hint_;
-  if (main_.Shield.Visible) next = continue_;
-  MoveFocus(next);
+  return focus;
 }
 
 void MainWindow::DrawTimers() {
@@ -435,8 +422,8 @@ void MainWindow::LayOut() {
   picture.Left += box.Left;
   picture.Top += box.Top;
   continue_->setGeometry(scale_.Map(picture).translated(-shield_->pos()));
-  const QRect bar = scale_.Map({0, kWindowHeight - kStatusBarHeight, kWindowWidth, kStatusBarHeight});
-  status_->setGeometry(bar);
+  const int bar = scale_.Pixels(static_cast<double>(kStatusBarHeight) / kTwipsPerPixel);
+  status_->setGeometry(0, height() - bar, width(), bar);
   status_->LayOut(unit);
   board_->SetScale(scale_);
 }
@@ -451,7 +438,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && HintTakesClicks()) return Run(lblHint_Click);
+  if (event->key() == Qt::Key_Escape && HintTakesClicks()) return hint_->Press();
   QWidget::keyPressEvent(event);
 }
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "game/game_state.h"
+#include "events/presses.h"
 #include "window/announcer.h"
 #include "window/board_widget.h"
 #include "window/clue_label.h"
@@ -41,20 +41,26 @@ class MainWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  struct ButtonRow {
-    const char* Name;
+  struct ButtonText {
     Button Main::*Value;
-    void (*Click)(Main& main);
     const char* Description;
     const char* Keys = "";  ///< As QKeySequence reads them, with blanks between.
   };
   static constexpr int kButtons = 13;
-  static const std::array<ButtonRow, kButtons> kButtonRows;
+  static const std::array<ButtonText, kButtons> kButtonTexts;
 
+  struct PlacedButton {
+    ColourButton* Widget;
+    const ButtonRow* Row;
+  };
   /// A widget whose place is fixed at design.
   struct Placed {
     QWidget* Widget;
     Place At;
+  };
+  struct PlacedLabel {
+    TextLabel* Widget;
+    Label Main::*Value;
   };
   /// A clue label and where it was last put.
   struct PlacedClue {
@@ -62,40 +68,42 @@ class MainWindow : public QWidget {
     Place At;
   };
 
+  static LabelLook LookOf(const ControlRow& row);
   void AddPlaced(QWidget* widget, const ControlRow& row);
   void AddButton(const ControlRow& row);
   void AddLabel(const ControlRow& row);
   void AddClueLabels();
   void AddKeys();
   void AddKey(const QString& key, const std::function<void()>& press);
-  void PressByKey(std::size_t button);
+  void PressByKey(const PlacedButton& button);
   void ShowHelp();
   Listener ListenerNow();
   void AddShield();
   void ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main));
 
   void Run(void (*handler)(Main& main));
+  void Press(const EventRoad::Handler& press);
   void LayOut();
   void ShowFirst();
   void DrawClues();
   void DrawClue(const Label& value, PlacedClue& clue);
   void DrawHint();
-  void DrawShield();
-  void DrawButtons();
+  void ShowShieldOrBoard();
+  void HideShieldOrBoard();
+  void DrawButtons(bool enabled);
   void DrawTimers();
   bool HintTakesClicks() const;
-  void KeepFocusInPlay();
-  void MoveFocus(QWidget* widget);
+  void DrawFocus(bool hintAppeared);
+  QWidget* FocusFrom(QWidget* focus, bool hintAppeared) const;
 
   Main& main_;
   EventRoad& road_;
   Scale scale_;
 
   std::vector<Placed> placed_;
-  std::array<ColourButton*, kButtons> buttons_{};
+  std::vector<PlacedButton> buttons_;
   ScaledCheckBox* sound_ = nullptr;
-  TextLabel* time_ = nullptr;
-  TextLabel* steps_ = nullptr;
+  std::vector<PlacedLabel> labels_;
   TextLabel* hint_ = nullptr;
   std::array<PlacedClue, kMaxSize> rowClues_;
   std::array<PlacedClue, kMaxSize> colClues_;

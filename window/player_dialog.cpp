@@ -10,6 +10,8 @@
 #include <QVBoxLayout>
 #include <cmath>
 
+#include "window/widgets.h"
+
 namespace bivouac {
 namespace {
 
@@ -115,11 +117,11 @@ void PlayerDialog::ShowModal(double unit) {
   Resize(unit);
   form_.Visible = true;
   Form_Activate(form_);
+  drawnFocus_.reset();
   Draw();
   if (parentWidget() != nullptr) {
     move(parentWidget()->geometry().center() - rect().center());
   }
-  (form_.NaamLijst.Enabled ? static_cast<QWidget*>(list_) : field_)->setFocus();
   exec();
   form_.Visible = false;
   hide();
@@ -130,13 +132,15 @@ void PlayerDialog::Draw() {
     if (isVisible()) done(Rejected);
     return;
   }
-  // What gets enabled comes first: a disabled control cannot take the focus that another loses.
-  list_->setEnabled(form_.NaamLijst.Enabled);
-  field_->setEnabled(form_.NaamInvoerveld.Enabled);
+  // What gets enabled comes first and what gets disabled last: the focus goes in between, and nowhere else.
+  list_->setEnabled(list_->isEnabled() || form_.NaamLijst.Enabled);
+  field_->setEnabled(field_->isEnabled() || form_.NaamInvoerveld.Enabled);
   DrawList();
   const QString text = QString::fromStdString(form_.NaamInvoerveld.Text);
   if (field_->text() != text) field_->setText(text);
   DrawFocus();
+  list_->setEnabled(form_.NaamLijst.Enabled);
+  field_->setEnabled(form_.NaamInvoerveld.Enabled);
   for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
     buttons_[i]->setEnabled((form_.*kButtonRows[i].Value).Enabled);
   }
@@ -161,7 +165,7 @@ void PlayerDialog::DrawList() {
 void PlayerDialog::DrawFocus() {
   if (form_.Focus == drawnFocus_) return;
   drawnFocus_ = form_.Focus;
-  if (drawnFocus_ == FormNamen::FocusOn::NaamInvoerveld) {
+  if (form_.Focus == FormNamen::FocusOn::NaamInvoerveld) {
     field_->setFocus();
     field_->end(false);
   } else {
@@ -170,10 +174,11 @@ void PlayerDialog::DrawFocus() {
 }
 
 void PlayerDialog::Run(void (*handler)(FormNamen& form)) {
-  road_.Run([this, handler] { handler(form_); });
+  if (!IsHeld(*this)) road_.Run([this, handler] { handler(form_); });
 }
 
 void PlayerDialog::TakeSelection() {
+  if (IsHeld(*this)) return;
   const QModelIndexList selected = list_->selectionModel()->selectedRows();
   form_.NaamLijst.ListIndex = selected.isEmpty() ? -1 : selected.front().row();
   Run(NaamLijst_Click);
@@ -204,7 +209,7 @@ void PlayerDialog::reject() {
   if (form_.KnopAnnuleren.Enabled) {
     Run(KnopAnnuleren_Click);
   } else {
-    road_.Run([this] { NaamInvoerveld_KeyPress(form_, Key::Escape); });
+    Run([](FormNamen& form) { NaamInvoerveld_KeyPress(form, Key::Escape); });
   }
 }
 
@@ -213,7 +218,8 @@ bool PlayerDialog::eventFilter(QObject* watched, QEvent* event) {
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (watched == field_) {
     if (!IsEnter(key) && key != Qt::Key_Escape) return false;
-    road_.Run([this, key] { NaamInvoerveld_KeyPress(form_, IsEnter(key) ? Key::Enter : Key::Escape); });
+    Run(IsEnter(key) ? [](FormNamen& form) { NaamInvoerveld_KeyPress(form, Key::Enter); }
+                     : [](FormNamen& form) { NaamInvoerveld_KeyPress(form, Key::Escape); });
     return true;
   }
   if (watched == list_) return ListKey(key);

@@ -6,6 +6,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <array>
+#include <optional>
 
 #include "storage/players.h"
 #include "window/event_road.h"
@@ -52,7 +53,7 @@ class PlayerDialog : public QDialog {
   QLineEdit* field_;
   std::array<QPushButton*, kButtons> buttons_{};
   std::vector<std::string> drawnItems_;
-  FormNamen::FocusOn drawnFocus_ = FormNamen::FocusOn::NaamLijst;
+  std::optional<FormNamen::FocusOn> drawnFocus_;  ///< Nothing at each showing.
 };
 
 }  // namespace bivouac

@@ -3,6 +3,7 @@
 
 #include "game/game_state.h"
 #include "storage/players.h"
+#include "window/accessibility.h"
 #include "window/event_road.h"
 #include "window/main_window.h"
 #include "window/player_dialog.h"
@@ -30,6 +31,7 @@ class Program {
   /// What the first frame need not wait for.
   void FinishStart();
 
+  Accessibility accessibility_;
   SoundPlayer sound_;
   bool soundMayOpen_ = false;
   QtDesktop desktop_;

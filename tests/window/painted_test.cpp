@@ -308,6 +308,8 @@ TEST(Painted, APauseShowsItsPictureAndAFrameStandsRoundOneCell) {
     program.Window().activateWindow();
     QCoreApplication::processEvents();
     board.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&board, Qt::Key_Down);  // Shows the frame.
+    EXPECT_EQ(board.Current(), 0);
     QTest::keyClick(&board, Qt::Key_Down);
     const QImage framed = board.grab().toImage();
     for (int cell = 0; cell < 36; ++cell) {

@@ -207,6 +207,8 @@ TEST(Window, KeysPressEnabledButtonsAndWhatChangedIsSaid) {
     press(Qt::CTRL | Qt::Key_O);  // No box: the button is disabled.
     EXPECT_EQ(program.Window().focusWidget(), &board);
 
+    press(Qt::Key_T);  // Shows the frame, no more.
+    EXPECT_EQ(main.StepCount, 0);
     while (main.Board[board.Current()] != CELL_OPEN) press(Qt::Key_Right);
     const int cell = board.Current();
     const std::string place =
