@@ -1,6 +1,5 @@
 // Moves, undo, the start of play, the clock, blinking, layout, sound and the web link, on the scripted
 // desktop.
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <stdexcept>
 
@@ -13,6 +12,7 @@
 #include "game/sound.h"
 #include "game/spoken.h"
 #include "game/web_link.h"
+#include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
 
@@ -141,66 +141,47 @@ TEST_F(GameTest, ALineIsGreenAfterAClickOnlyWhenNothingIsOpenAndAtOnceAfterAnUnd
   EXPECT_EQ(main.RowCnt[1].ForeColor, TextColour::Green);
 }
 
-TEST_F(GameTest, TheLastRightFieldSolvesThePuzzle) {
-  Start();
-  SolveAllBut(32);
-  Grid_Click(main, 32);
-  EXPECT_FALSE(main.PuzzleOver);
-  main.LabelTijd.Caption = "12:34";
-  bool stoppedBeforeBox = false;
-  desktop.WhileOpen = [&](const MessageBox&) { stoppedBeforeBox = !main.Timer3.Enabled && !main.PuzzleOver; };
-  desktop.Played.clear();
-  Grid_Click(main, 32);
-  EXPECT_EQ(desktop.Played, (std::vector{2, 0}));
-  ASSERT_EQ(desktop.Titles(), std::vector<std::string>{"Puzzle Solved!!!"});
-  EXPECT_EQ(desktop.Boxes[0].Text, "Congratulations! Your time is 12:34");
-  EXPECT_TRUE(stoppedBeforeBox);
-  EXPECT_TRUE(main.PuzzleOver);
-  EXPECT_TRUE(main.cmdGenerate.Enabled);
-}
-
-TEST_F(GameTest, OnlyASelectedPlayersTimeIsRecordedAndAfterTheBox) {
-  static std::size_t boxesBefore;
-  static int calls;
-  calls = 0;
+TEST_F(GameTest, TheLastRightFieldSolvesThePuzzleAndASelectedPlayersTimeIsRecorded) {
+  static int recorded;
+  recorded = 0;
   main.RecordTimes = [](Main& m) {
-    ++calls;
-    boxesBefore = static_cast<ScriptedDesktop&>(m.desktop).Boxes.size();
+    recorded += m.PuzzleOver ? 0 : static_cast<int>(static_cast<ScriptedDesktop&>(m.desktop).Boxes.size());
   };
-  for (int player : {0, 2}) {
+  for (const int player : {0, 2}) {
     game.global.CurrentPlayer = player;
     Start();
+    main.PuzzleOver = false;
     SolveAllBut(32);
-    Put(32, CELL_TENT);
-    EXPECT_EQ(calls, player == 0 ? 0 : 1);
+    Grid_Click(main, 32);
+    EXPECT_FALSE(main.PuzzleOver);
+    main.LabelTijd.Caption = "12:34";
+    desktop.WhileOpen = [&](const MessageBox&) { EXPECT_FALSE(main.Timer3.Enabled || main.PuzzleOver); };
+    desktop.Played.clear();
+    Grid_Click(main, 32);
+    EXPECT_EQ(desktop.Played, (std::vector{2, 0}));
+    EXPECT_EQ(desktop.Titles().back(), "Puzzle Solved!!!");
+    EXPECT_EQ(desktop.Boxes.back().Text, "Congratulations! Your time is 12:34");
+    EXPECT_TRUE(main.PuzzleOver && main.cmdGenerate.Enabled);
+    EXPECT_EQ(recorded, player) << "after the second of the boxes";
   }
-  EXPECT_EQ(boxesBefore, 2u);
 }
 
-TEST_F(GameTest, AWrongTentBehindTheLastRightOneDoesNotKeepThePuzzleFromBeingSolved) {
-  Start();
-  SolveAllBut(32);
-  Put(35, CELL_TENT);
-  EXPECT_FALSE(main.PuzzleOver);
-  Put(32, CELL_TENT);
-  EXPECT_TRUE(main.PuzzleOver);
-}
-
-TEST_F(GameTest, OpenFieldsBehindAWrongTentAreNotCountedEither) {
-  Start();
-  SolveAllBut(32);
-  Put(34, CELL_TENT);
-  Put(35, CELL_OPEN);
-  Put(32, CELL_TENT);
-  EXPECT_TRUE(main.PuzzleOver);
-}
-
-TEST_F(GameTest, AWrongTentBeforeTheLastRightOneStopsTheTest) {
-  Start();
-  SolveAllBut(32);
-  Put(30, CELL_TENT);
-  Put(32, CELL_TENT);
-  EXPECT_FALSE(main.PuzzleOver);
+TEST_F(GameTest, TheSolvedTestStopsAtTheFirstWrongTent) {
+  struct Case {
+    int Wrong, Opened;
+    bool Solved;
+  };
+  // The last right tent is placed last, at cell 32.
+  for (const Case& c : {Case{35, 32, true}, Case{34, 35, true}, Case{30, 32, false}}) {
+    Start();
+    main.PuzzleOver = false;
+    SolveAllBut(32);
+    Put(c.Wrong, CELL_TENT);
+    Put(c.Opened, CELL_OPEN);
+    EXPECT_FALSE(main.PuzzleOver);
+    Put(32, CELL_TENT);
+    EXPECT_EQ(main.PuzzleOver, c.Solved) << c.Wrong;
+  }
 }
 
 TEST_F(GameTest, ARedoNeverEndsThePuzzle) {
@@ -401,28 +382,23 @@ TEST_F(GameTest, TheWaitingAnimationRunsAlongTheDiagonalsInThreeColours) {
 }
 
 TEST_F(GameTest, EverySizeIsLaidOutInsideTheShield) {
-  struct Case {
-    int Size, Pitch;
-  };
-  for (const Case& c : {Case{6, 1080}, Case{7, 840}, Case{8, 720}, Case{9, 720}, Case{10, 600}, Case{11, 480},
-                        Case{13, 480}, Case{14, 360}, Case{18, 360}}) {
-    main.BoardSize = c.Size;
-    SizeLayout(main);
-    const int last = c.Size - 1;
-    EXPECT_EQ(main.Grid[c.Size + 2].At,
-              (Place{360 + 2 * c.Pitch, 360 + c.Pitch, c.Pitch + 15, c.Pitch + 15}));
-    EXPECT_EQ(main.ColCnt[last].At, (Place{360 + last * c.Pitch, 120, c.Pitch + 15, 255}));
-    EXPECT_EQ(main.RowCnt[1].At, (Place{105, 360 + c.Pitch + (c.Pitch - 255) / 2, 255, 255}));
-    EXPECT_LE(main.Grid[main.CellCount - 1].At.Left + c.Pitch + 15, 120 + 6795);
-    EXPECT_TRUE(main.Grid[main.CellCount - 1].Visible);
-    if (c.Size < 18) {
-      EXPECT_FALSE(main.Grid[main.CellCount].Visible);
-      EXPECT_FALSE(main.RowCnt[c.Size].Visible);
-    }
-  }
-  EXPECT_EQ(main.ColCnt[17].At.Left, 6480);
+  constexpr int kPitches[] = {1080, 840, 720, 720, 600, 480, 480, 480, 360, 360, 360, 360, 360};
   main.PuzzleOver = true;
-  for (int size : {5, 19}) {
+  for (int size = kMinSize; size <= kMaxSize; ++size) {
+    SCOPED_TRACE(size);
+    main.BoardSize = size;
+    SizeLayout(main);
+    const int pitch = kPitches[size - kMinSize];
+    EXPECT_EQ(main.Grid[size + 2].At, (Place{360 + 2 * pitch, 360 + pitch, pitch + 15, pitch + 15}));
+    EXPECT_EQ(main.ColCnt[1].At, (Place{360 + pitch, 120, pitch + 15, 255}));
+    EXPECT_EQ(main.RowCnt[1].At, (Place{105, 360 + pitch + (pitch - 255) / 2, 255, 255}));
+    int cells = 0;
+    for (const ImageCell& cell : main.Grid) cells += cell.Visible ? 1 : 0;
+    EXPECT_EQ(cells, size * size);
+    EXPECT_TRUE(main.RowCnt[size - 1].Visible && main.ColCnt[size - 1].Visible);
+    EXPECT_TRUE(size == kMaxSize || !(main.RowCnt[size].Visible || main.ColCnt[size].Visible));
+  }
+  for (const int size : {kMinSize - 1, kMaxSize + 1}) {
     main.BoardSize = size;
     EXPECT_THROW(RefreshButtons(main), RunTimeError) << "only reached with a stored size out of range";
   }
@@ -498,24 +474,28 @@ TEST_F(GameTest, WithoutASoundEngineTheBoxIsDisabled) {
 }
 
 TEST_F(GameTest, TheWebLinkTellsWhatWentWrongAndLeavesNoFile) {
-  const std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "bivouac-web-link";
-  std::filesystem::create_directories(folder);
-  game.global.DataDir = folder.string() + "/";
-  Label2_Click(main);
-  EXPECT_EQ(desktop.Opened.size(), 1u);
-  EXPECT_TRUE(desktop.Boxes.empty());
-  desktop.ShellCode = 2;
-  Label3_Click(main);
-  EXPECT_EQ(desktop.Boxes.back().Title, "URL Failed");
-  for (const ProgramAnswer& answer : {ProgramAnswer{31, "/usr/bin/browser"}, ProgramAnswer{42, "   "}}) {
-    desktop.Browser = answer;
+  const TempFolder folder;
+  game.global.DataDir = folder / "";
+  struct Case {
+    ProgramAnswer Browser;
+    int ShellCode;
+    const char* Title;
+  };
+  for (const Case& c : {Case{{33, "/usr/bin/browser"}, 32, "URL Failed"},
+                        Case{{32, "/usr/bin/browser"}, 33, "Browser Not Found"},
+                        Case{{33, "   "}, 33, "Browser Not Found"}}) {
+    desktop.Browser = c.Browser;
+    desktop.ShellCode = c.ShellCode;
     Label2_Click(main);
-    EXPECT_EQ(desktop.Boxes.back().Text, "Could not find associated Browser");
-    EXPECT_EQ(desktop.Boxes.back().Symbol, BoxSymbol::Warning);
+    EXPECT_EQ(desktop.Titles().back(), c.Title);
+    EXPECT_TRUE(FilesIn(folder / "").empty());
   }
-  EXPECT_EQ(desktop.Opened.size(), 2u);
-  EXPECT_TRUE(std::filesystem::is_empty(folder));
-  std::filesystem::remove_all(folder);
+  EXPECT_EQ(desktop.Boxes.size(), 3U);
+  desktop.Browser = {33, "/usr/bin/browser"};
+  Label3_Click(main);
+  EXPECT_EQ(desktop.Boxes.size(), 3U) << "no word where it opens";
+  EXPECT_EQ(desktop.Opened.size(), 2U);
+  game.global.DataDir += "missing/";
   EXPECT_THROW(Label2_Click(main), RunTimeError);
 }
 

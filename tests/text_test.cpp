@@ -8,42 +8,34 @@ namespace bivouac {
 namespace {
 
 TEST(Text, LeadingNumberReadsWhatItCanAndIgnoresTheRest) {
-  EXPECT_EQ(LeadingNumber("3abc"), 3);
-  EXPECT_EQ(LeadingNumber("  -2.5e1x"), -25);
-  EXPECT_EQ(LeadingNumber("+7"), 7);
-  EXPECT_EQ(LeadingNumber(".5"), 0.5);
-  EXPECT_EQ(LeadingNumber("1e"), 1);
-  EXPECT_EQ(LeadingNumber("abc"), 0);
-  EXPECT_EQ(LeadingNumber("inf"), 0);
-  EXPECT_EQ(LeadingNumber("+-3"), 0);
-  EXPECT_EQ(LeadingNumber(""), 0);
+  const std::pair<const char*, double> cases[] = {
+      {"3abc", 3}, {"  -2.5e1x", -25}, {"+7", 7},  {".5", 0.5}, {"1e", 1},
+      {"abc", 0},  {"inf", 0},         {"+-3", 0}, {"", 0},     {"1e-999", 0},
+  };
+  for (const auto& [text, number] : cases) EXPECT_EQ(LeadingNumber(text), number) << text;
   EXPECT_GT(LeadingNumber("1e999"), 1e300);
-  EXPECT_EQ(LeadingNumber("1e-999"), 0);
 }
 
 TEST(Text, IntegerFromTextIsStrictAndRoundsHalvesToEven) {
-  EXPECT_EQ(IntegerFromText(" 12 "), 12);
-  EXPECT_EQ(IntegerFromText("2.5"), 2);
-  EXPECT_EQ(IntegerFromText("3.5"), 4);
-  EXPECT_EQ(IntegerFromText("-32768"), -32768);
-  const auto errorOf = [](const char* text) {
+  const std::pair<const char*, int> numbers[] = {{" 12 ", 12}, {"2.5", 2}, {"3.5", 4}, {"-32768", -32768}};
+  for (const auto& [text, number] : numbers) EXPECT_EQ(IntegerFromText(text), number) << text;
+  const std::pair<const char*, ErrorNumber> errors[] = {{"", ErrorNumber::NotANumber},
+                                                        {"12 trees", ErrorNumber::NotANumber},
+                                                        {"32768", ErrorNumber::Overflow},
+                                                        {"-1e300", ErrorNumber::Overflow}};
+  for (const auto& [text, number] : errors) {
     try {
-      IntegerFromText(text);
+      ADD_FAILURE() << IntegerFromText(text);
     } catch (const RunTimeError& error) {
-      return error.Number();
+      EXPECT_EQ(error.Number(), number) << text;
     }
-    return ErrorNumber::InvalidCall;
-  };
-  EXPECT_EQ(errorOf(""), ErrorNumber::NotANumber);
-  EXPECT_EQ(errorOf("12 trees"), ErrorNumber::NotANumber);
-  EXPECT_EQ(errorOf("32768"), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf("-1e300"), ErrorNumber::Overflow);
+  }
 }
 
 TEST(Text, TwoDigitsKeepsTheLastTwo) {
-  EXPECT_EQ(TwoDigits(6), "06");
-  EXPECT_EQ(TwoDigits(100), "00");
-  EXPECT_EQ(TwoDigits(105), "05");
+  for (const auto& [number, text] : {std::pair{6, "06"}, {100, "00"}, {105, "05"}}) {
+    EXPECT_EQ(TwoDigits(number), text);
+  }
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace bivouac {
 
-/// All records of a pack, by its path below the source tree. Fails the test if it cannot be read.
+/// All records of a pack, by its path below the source tree.
 std::vector<PackRecord> ReadPack(const std::string& path);
 
 /// The lines of a table of worked results, cut at the tabs.

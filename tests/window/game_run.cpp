@@ -11,9 +11,10 @@
 
 namespace bivouac {
 
-GameRun::GameRun() {
+GameRun::GameRun(const char* size) {
   QSettings settings("Bivouac", "Bivouac");
   settings.clear();
+  settings.setValue("Options/Size", size);
   settings.sync();
   QDir(DataFolder()).removeRecursively();
   QDir().mkpath(DataFolder());
@@ -52,13 +53,22 @@ void GameRun::Expect(const QString& title, Answer answer) {
 int GameRun::Run(const Script& script) {
   Program program;
   QTimer::singleShot(0, &program.Window(), [&] {
-    if (program.Window().isVisible()) script(program);
+    if (!program.Window().isVisible()) return;
+    script(program);
+    program.Window().close();
   });
   const int status = program.Run();
   // A program that ended before its event loop began leaves Qt in the mood to leave every loop at once.
   QTimer::singleShot(0, qApp, [] { QApplication::exit(); });
   QApplication::exec();
   return status;
+}
+
+int GameRun::Play(int puzzle, const Script& script) {
+  return Run([&](Program& program) {
+    OpenPuzzle(*this, program, puzzle);
+    script(program);
+  });
 }
 
 bool GameRun::eventFilter(QObject* watched, QEvent* event) {

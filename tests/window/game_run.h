@@ -18,14 +18,17 @@ class GameRun : public QObject {
   using Answer = std::function<void(QDialog& box)>;
 
   /// Clears the settings and the data folder of the tests, and puts the packs into it.
-  GameRun();
+  explicit GameRun(const char* size = "12");
   ~GameRun() override;
 
   void Setting(const char* key, const QString& value);
   /// Answers the next box, which must have that title. Boxes without an answer fail the test.
   void Expect(const QString& title, Answer answer);
-  /// Runs the program until it ends; the script runs when the window has been shown. Returns the status.
+  /// Runs the program until it ends; the script runs when the window has been shown. Whatever goes on after
+  /// it is ended by the close box. Returns the status.
   int Run(const Script& script);
+  /// The same with a puzzle of the pack opened first, by its number.
+  int Play(int puzzle, const Script& script);
 
   /// Titles and texts of the boxes so far.
   std::vector<QString> Titles;

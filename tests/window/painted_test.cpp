@@ -132,8 +132,7 @@ void ResizeTo(Program& program, double scale) {
 TEST(Painted, EachCellShowsItsTileAtEverySizeAndInBothPhasesOfAHint) {
   for (const char* size : {"6", "17"}) {
     SCOPED_TRACE(size);
-    GameRun run;
-    run.Setting("Options/Size", size);
+    GameRun run(size);
     run.Run([&](Program& program) {
       // Wholly on the screen, in its own proportions.
       const QRect screen = program.Window().screen()->availableGeometry();
@@ -168,7 +167,6 @@ TEST(Painted, EachCellShowsItsTileAtEverySizeAndInBothPhasesOfAHint) {
       program.Window().resize(900, 700);  // Too wide: the rest lies on both sides.
       QCoreApplication::processEvents();
       ExpectTilesOfTheirCells(program);
-      program.Window().close();
     });
   }
 }
@@ -196,10 +194,8 @@ TEST(Painted, SoItIsOnASmallScreenAndWhereAPixelIsOneAndAHalf) {
 }
 
 TEST(Painted, TextsStandWhereTheirValuesSay) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("6");
+  run.Play(1, [&](Program& program) {
     Main& main = program.State();
     // A clue in its three colours, and in no other than its own.
     for (Label* clue : {&main.RowCnt[0], &main.ColCnt[5]}) {
@@ -241,7 +237,6 @@ TEST(Painted, TextsStandWhereTheirValuesSay) {
       *caption = "11:11";
       EXPECT_GT(Difference(Painted(program, name), text), 0.1);
     }
-    program.Window().close();
   });
 }
 
@@ -294,15 +289,12 @@ TEST(Painted, ControlsHaveTheirFaceTheirTextAndTheirState) {
       EXPECT_EQ(CountNear(looks[3].copy(middle), static_cast<QRgb>(row.Background)),
                 middle.width() * middle.height());
     }
-    program.Window().close();
   });
 }
 
 TEST(Painted, APauseShowsItsPictureAndAFrameStandsRoundOneCell) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("6");
+  run.Play(1, [&](Program& program) {
     BoardWidget& board = program.Window().Board();
     const QImage plain = board.grab().toImage();
     program.Window().activateWindow();
@@ -331,13 +323,11 @@ TEST(Painted, APauseShowsItsPictureAndAFrameStandsRoundOneCell) {
     for (const QPoint corner : {shield.topLeft() + QPoint(2, 2), shield.bottomRight() - QPoint(2, 2)}) {
       EXPECT_EQ(window.pixel(corner), 0xFF000000U | static_cast<QRgb>(ControlNamed("Shield").Background));
     }
-    program.Window().close();
   });
 }
 
 TEST(Painted, ATimerTicksAsLongAsItsValueSays) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
+  GameRun run("6");
   run.Run([&](Program& program) {
     Main& main = program.State();
     struct Row {
@@ -371,7 +361,6 @@ TEST(Painted, ATimerTicksAsLongAsItsValueSays) {
     Tick(program, "Timer1");
     EXPECT_EQ(main.Grid[0].Picture, CELL_GRASS);
     ExpectTilesOfTheirCells(program);
-    program.Window().close();
   });
 }
 

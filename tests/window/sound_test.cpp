@@ -90,7 +90,6 @@ TEST(Sound, BoxFollowsTheSettings) {
     EXPECT_TRUE(program.State().SoundOn);
     ClickOn(program, "optSound");
     EXPECT_FALSE(program.State().SoundOn);
-    program.Window().close();
   });
   EXPECT_EQ(QSettings("Bivouac", "Bivouac").value("Options/Sound").toString(), "False");
 }
@@ -111,13 +110,11 @@ TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
     EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
     return;
   }
-  GameRun run;
-  run.Setting("Options/Size", "6");
+  GameRun run("6");
   const int status = run.Run([&](Program& program) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !Find(program, "optSound")->isEnabled(); }));
     OpenPuzzle(run, program, 1);
     ClickOn(program, "cmdSolution");
-    program.Window().close();
   });
   EXPECT_EQ(status, 0);
 }

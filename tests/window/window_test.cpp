@@ -46,8 +46,7 @@ class PaintWatch : public QObject {
 };
 
 TEST(Window, PlaysAWholeGameWithTheMouse) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
+  GameRun run("6");
   const int status = run.Run([&](Program& program) {
     EXPECT_FALSE(Find(program, "cmdNext")->isEnabled());
     OpenPuzzle(run, program, 3);
@@ -91,10 +90,8 @@ TEST(Window, PlaysAWholeGameWithTheMouse) {
 }
 
 TEST(Window, BothPressesOfADoubleClickCountAndOnlyTheCellIsPainted) {
-  GameRun run;
-  run.Setting("Options/Size", "18");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("18");
+  run.Play(1, [&](Program& program) {
     Main& main = program.State();
     BoardWidget& board = program.Window().Board();
     int cell = 40;
@@ -116,7 +113,6 @@ TEST(Window, BothPressesOfADoubleClickCountAndOnlyTheCellIsPainted) {
     program.Window().Draw();
     QCoreApplication::processEvents();
     EXPECT_TRUE(watch.Painted.isEmpty());
-    Quit(program);
   });
 }
 
@@ -140,13 +136,11 @@ TEST(Window, TabWalksTheEnabledControlsInTheOrderOfTheTableAndThenTheBoard) {
     }
     EXPECT_EQ(walked, expected);
     EXPECT_EQ(program.Window().focusWidget()->objectName(), "cmdOptions");
-    Quit(program);
   });
 }
 
 TEST(Window, PlaysWithTheKeyboard) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
+  GameRun run("6");
   run.Run([&](Program& program) {
     Main& main = program.State();
     run.Expect("Select Puzzle", Type("1"));
@@ -179,13 +173,11 @@ TEST(Window, PlaysWithTheKeyboard) {
     QTest::keyClick(Find(program, "Picture1"), Qt::Key_Return);
     EXPECT_FALSE(main.Paused);
     EXPECT_EQ(program.Window().focusWidget(), &board);
-    Quit(program);
   });
 }
 
 TEST(Window, KeysPressEnabledButtonsAndWhatChangedIsSaid) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
+  GameRun run("6");
   run.Run([&](Program& program) {
     Main& main = program.State();
     BoardWidget& board = program.Window().Board();
@@ -270,10 +262,8 @@ TEST(Window, KeysPressEnabledButtonsAndWhatChangedIsSaid) {
 }
 
 TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
-  GameRun run;
-  run.Setting("Options/Size", "8");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("8");
+  run.Play(1, [&](Program& program) {
     for (const bool byEscape : {true, false}) {
       Find(program, "cmdHint")->setFocus();
       QTest::keyClick(Find(program, "cmdHint"), Qt::Key_Return);
@@ -289,15 +279,12 @@ TEST(Window, EscapeAnywhereAndEnterOnTheTextEndAHint) {
       EXPECT_TRUE(program.State().BoardLive);
       EXPECT_EQ(text->cursor().shape(), Qt::ArrowCursor);
     }
-    Quit(program);
   });
 }
 
 TEST(Window, EnterEndsTheBlinkingOfWrongFieldsBehindItsQuestions) {
-  GameRun run;
-  run.Setting("Options/Size", "8");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("8");
+  run.Play(1, [&](Program& program) {
     Main& main = program.State();
     int wrong = 0;
     while (main.Board[wrong] != CELL_GRASS) ++wrong;
@@ -310,7 +297,6 @@ TEST(Window, EnterEndsTheBlinkingOfWrongFieldsBehindItsQuestions) {
     QTest::keyClick(program.Window().focusWidget(), Qt::Key_Return);
     EXPECT_FALSE(main.Timer2.Enabled);
     EXPECT_TRUE(main.BoardLive);
-    Quit(program);
   });
 }
 
@@ -324,10 +310,8 @@ TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
       {[](Main&) { throw std::logic_error("a strange one"); }, "Error: a strange one"},
   };
   for (const Row& row : rows) {
-    GameRun run;
-    run.Setting("Options/Size", "6");
-    const int status = run.Run([&](Program& program) {
-      OpenPuzzle(run, program, 1);
+    GameRun run("6");
+    const int status = run.Play(1, [&](Program& program) {
       program.State().global.CurrentPlayer = 1;
       program.State().RecordTimes = row.Fail;
       run.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
@@ -341,8 +325,7 @@ TEST(Window, AnUnhandledErrorIsReportedAndEndsTheProgramWithStatusOne) {
 
 TEST(Window, AnErrorAtStartNamesTheSettingsFile) {
   for (const char* size : {"5", "many"}) {
-    GameRun run;
-    run.Setting("Options/Size", size);
+    GameRun run(size);
     run.Expect("Bivouac", Press(Qt::Key_Escape));
     EXPECT_EQ(run.Run([](Program&) { FAIL() << "the window was shown"; }), 1);
     EXPECT_TRUE(run.Texts.back().contains(GameRun::SettingsFile())) << run.Texts.back().toStdString();
@@ -355,8 +338,7 @@ TEST(Window, ClosesAndExitsWhileANewPuzzleIsMade) {
     return PackBytes("BVPack18.bvq");
   }();
   for (const bool byCloseBox : {true, false}) {
-    GameRun run;
-    run.Setting("Options/Size", "18");
+    GameRun run("18");
     if (!byCloseBox) run.Expect("Quit Bivouac", Press(Qt::Key_Return));
     bool unwound = false;
     const int status = run.Run([&](Program& program) {
@@ -378,8 +360,7 @@ TEST(Window, ClosesAndExitsWhileANewPuzzleIsMade) {
 }
 
 TEST(Window, MakesANewPuzzleAndGoesOnWhereExitIsDeclined) {
-  GameRun run;
-  run.Setting("Options/Size", "7");
+  GameRun run("7");
   run.Run([&](Program& program) {
     const qint64 before = PackBytes("BVPack07.bvq");
     run.Expect("Quit Bivouac", Press(Qt::Key_Escape));
@@ -388,7 +369,6 @@ TEST(Window, MakesANewPuzzleAndGoesOnWhereExitIsDeclined) {
     ClickOn(program, "cmdGenerate");
     EXPECT_EQ(PackBytes("BVPack07.bvq"), before + 1376);
     EXPECT_EQ(TextOf(program, "StatusBar1.Panels(3)"), QString("Puzzle #: %1").arg(before / 1376 + 1));
-    Quit(program);
   });
 }
 
@@ -421,10 +401,8 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
       "the tent of that tree can be placed, the blinking field between those two other options must be "
       "grass! "
       "Tents can be placed on the fields with a blinking tent! Click HERE to continue...";
-  GameRun run;
-  run.Setting("Options/Size", "18");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("18");
+  run.Play(1, [&](Program& program) {
     Main& main = program.State();
     MainWindow& window = program.Window();
     for (const std::string& text : {std::string(RulesText()), hint}) {
@@ -451,7 +429,6 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
         EXPECT_TRUE(EdgesAreClear(*Find(program, "lblHint"), 6)) << scale;
       }
     }
-    Quit(program);
   });
 }
 
@@ -470,24 +447,19 @@ QRect Ink(Program& program, TextColour colour) {
 }
 
 TEST(Window, FinishedAndTooManyShowWithoutColourToo) {
-  GameRun run;
-  run.Setting("Options/Size", "18");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("18");
+  run.Play(1, [&](Program& program) {
     const QRect plain = Ink(program, TextColour::WindowText);
     const QRect finished = Ink(program, TextColour::Green);
     const QRect tooMany = Ink(program, TextColour::Red);
     EXPECT_GE(finished.width(), plain.width() + 3);   // The tick.
     EXPECT_GE(tooMany.bottom(), plain.bottom() + 2);  // The line.
-    Quit(program);
   });
 }
 
 TEST(Window, TellsAssistiveToolsWhatItShows) {
-  GameRun run;
-  run.Setting("Options/Size", "6");
-  run.Run([&](Program& program) {
-    OpenPuzzle(run, program, 1);
+  GameRun run("6");
+  run.Play(1, [&](Program& program) {
     Main& main = program.State();
     BoardWidget& board = program.Window().Board();
     QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&board);
@@ -513,7 +485,6 @@ TEST(Window, TellsAssistiveToolsWhatItShows) {
     EXPECT_TRUE(Find(program, "ColCnt(2)")->accessibleDescription().contains("column 3"));
     QAccessibleInterface* link = QAccessible::queryAccessibleInterface(Find(program, "Label3"));
     EXPECT_TRUE(link->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
-    Quit(program);
   });
 }
 
@@ -578,7 +549,6 @@ TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
     run.Expect("Players", [&](QDialog& dialog) { dialog.findChild<QPushButton*>("CommandFree")->click(); });
     ClickOn(program, "cmdPlayers");
     EXPECT_EQ(program.State().global.CurrentPlayer, 0);
-    Quit(program);
   });
   const QSettings kept("Bivouac", "Bivouac");
   EXPECT_EQ(kept.fileName(), GameRun::SettingsFile());
@@ -609,7 +579,6 @@ TEST(Window, OpensTheWebSiteOrSaysWhyNot) {
     ASSERT_TRUE(asked.open(QFile::ReadOnly));
     EXPECT_TRUE(asked.readAll().startsWith("https://"));
     EXPECT_FALSE(QFile::exists(GameRun::DataFolder() + "/temphtm.HTM"));
-    Quit(program);
   });
   qputenv("PATH", path);
 }
