@@ -86,8 +86,12 @@ const char* News(TextColour colour, bool ofBoth) {
 
 }  // namespace
 
+std::string SpokenFieldAlone(const Main& main, int cell) {
+  return Sentence(PlaceName(main, cell) + ", " + Content(main, cell));
+}
+
 std::string SpokenField(const Main& main, int cell) {
-  std::string text = Sentence(PlaceName(main, cell) + ", " + Content(main, cell));
+  const std::string text = SpokenFieldAlone(main, cell);
   if (main.PuzzleOver || Making(main)) return text;
   const int row = RowOf(main, cell);
   const int col = ColOf(main, cell);
@@ -190,8 +194,7 @@ std::string Told::WhichFields(const Main& main, const Listener& listener) const 
 
   const int cell = changed.front();
   const bool known = listener.Clicked && cell == listener.Frame;
-  const std::string text =
-      Sentence(known ? Content(main, cell) : PlaceName(main, cell) + ", " + Content(main, cell));
+  const std::string text = known ? Sentence(Content(main, cell)) : SpokenFieldAlone(main, cell);
   const int row = RowOf(main, cell);
   const int col = ColOf(main, cell);
   const auto newOf = [this](TextColour now, int before) {

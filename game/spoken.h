@@ -12,6 +12,8 @@ namespace bivouac {
 /// finished." A field that a hint marks is named by its mark. Nothing is said of lines while no game is on.
 /// Requires: the cell lies on the board.
 std::string SpokenField(const Main& main, int cell);
+/// Its first sentence.
+std::string SpokenFieldAlone(const Main& main, int cell);
 
 /// The sentence of the hint without its words about clicking; other texts of lblHint as they are.
 std::string SpokenHint(const Main& main);

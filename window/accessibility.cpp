@@ -122,8 +122,9 @@ class AccessibleButton : public QAccessibleWidget {
   explicit AccessibleButton(ColourButton* button) : QAccessibleWidget(button, QAccessible::Button) {}
 
   QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Accelerator ? Own().Keys().join(QStringLiteral(", "))
-                                            : QAccessibleWidget::text(kind);
+    if (kind == QAccessible::Accelerator) return Own().Keys().join(QStringLiteral(", "));
+    if (kind == QAccessible::Description && Own().WindowCameBack()) return {};
+    return QAccessibleWidget::text(kind);
   }
   QStringList actionNames() const override {
     return QStringList{pressAction()} + QAccessibleWidget::actionNames();
@@ -181,10 +182,15 @@ class AccessibleAnnouncement : public QAccessibleObject {
 /// itself says nothing that is worth a word.
 void PassOn(QAccessibleEvent* event) {
   QAccessible::installUpdateHandler(nullptr);
-  auto* board = event->type() == QAccessible::Focus ? dynamic_cast<BoardWidget*>(event->object()) : nullptr;
+  QObject* const focus = event->type() == QAccessible::Focus ? event->object() : nullptr;
+  auto* board = dynamic_cast<BoardWidget*>(focus);
   if (board != nullptr && board->Size() > 0) {
     board->TellFocus();
   } else {
+    if (dynamic_cast<ColourButton*>(focus) != nullptr) {
+      QAccessibleEvent described(focus, QAccessible::DescriptionChanged);  // Tools keep what they were told.
+      QAccessible::updateAccessibility(&described);
+    }
     QAccessible::updateAccessibility(event);
   }
   QAccessible::installUpdateHandler(PassOn);

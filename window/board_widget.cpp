@@ -60,7 +60,9 @@ void BoardWidget::Draw() {
     if (drawn == main_.Grid[i].Picture) continue;
     drawn = main_.Grid[i].Picture;
     update(CellRect(i));
-    if (!main_.Timer2.Enabled) TellName(i);  // While cells blink, their names stay.
+    if (main_.Timer2.Enabled) continue;  // While cells blink, their names stay.
+    windowCameBack_ = false;
+    TellName(i);
   }
 }
 
@@ -131,7 +133,7 @@ int BoardWidget::CellAt(QPoint point) const {
 }
 
 QString BoardWidget::SpokenName(int index) const {
-  return QString::fromStdString(SpokenField(main_, index));
+  return QString::fromStdString(windowCameBack_ ? SpokenFieldAlone(main_, index) : SpokenField(main_, index));
 }
 
 void BoardWidget::paintEvent(QPaintEvent* event) {
@@ -231,6 +233,7 @@ bool BoardWidget::ShowsFrameFirst() {
 
 void BoardWidget::focusInEvent(QFocusEvent* event) {
   const Qt::FocusReason reason = event->reason();
+  windowCameBack_ = reason == Qt::ActiveWindowFocusReason;
   SetFrameShown(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || frameShown_);
   if (size_ > 0) update(CellRect(current_));
 }
@@ -247,6 +250,7 @@ void BoardWidget::SetFrameShown(bool shown) {
 
 void BoardWidget::MoveFrame(int index) {
   if (index == current_) return;
+  windowCameBack_ = false;
   if (frameShown_) update(CellRect(current_));
   current_ = index;
   if (frameShown_) update(CellRect(current_));

@@ -90,6 +90,8 @@ class BoardWidget : public QWidget {
 
   int current_ = 0;
   bool frameShown_ = false;
+  /// The focus is here because the window came back. Readers name the window then, so less is said.
+  bool windowCameBack_ = false;
 };
 
 }  // namespace bivouac

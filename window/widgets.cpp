@@ -99,6 +99,11 @@ void ColourButton::keyPressEvent(QKeyEvent* event) {
   QWidget::keyPressEvent(event);
 }
 
+void ColourButton::focusInEvent(QFocusEvent* event) {
+  windowCameBack_ = event->reason() == Qt::ActiveWindowFocusReason;
+  QPushButton::focusInEvent(event);
+}
+
 void ColourButton::enterEvent(QEnterEvent* event) {
   QPushButton::enterEvent(event);
   update();

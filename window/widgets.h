@@ -19,18 +19,22 @@ class ColourButton : public QPushButton {
   /// The keys that press the button wherever the focus is, for its tool tip and for assistive tools.
   void SetKeys(const QStringList& keys) { keys_ = keys; }
   const QStringList& Keys() const { return keys_; }
+  /// The focus is here because the window came back. Readers name the window then, so less is said.
+  bool WindowCameBack() const { return windowCameBack_; }
   /// Fits the text. `unit` is the length of a pixel of the window's opening size.
   void FitText(double unit);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
   QColor colour_;
   QStringList keys_;
+  bool windowCameBack_ = false;
   double unit_ = 1;
 };
 
