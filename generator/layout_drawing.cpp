@@ -63,7 +63,7 @@ class Drawing {
   int size_;
   Random random_;
   Directions directions_{random_};
-  CellNumber order_[kMaxCells];
+  CellNumber order_[kMaxCells] = {};
   int visits_ = 0;  // Cells at the head of the order that a pass has to visit.
   BitRows open_, trees_, tents_;
   int tentsInRow_[kMaxSize + 2] = {};

@@ -1,6 +1,7 @@
 #include "generator/unique_solution.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "game/board.h"
 #include "generator/bit_rows.h"
@@ -90,6 +91,7 @@ class Search {
   bool Settle(Position& position);
   bool PitchWhereOneSideIsLeft(Position& position);
   bool HoldRowsAgainstClues(Position& position);
+  bool CrossBetweenRows(Position& position);
   bool UseTightRow(Position& position, int row);
   bool UseTightPair(Position& position, int upper);
   bool GiveToOnlyTrees(Position& position, int row, RowBits tents);
@@ -180,17 +182,18 @@ void Search::Explore(Position position) {
   }
 }
 
-/// The first tree with two sides left; the first of all if each has more. Bit 0 if no tree is left.
+/// A tree with two sides left, any tree if each has more, bit 0 if none is left. The lowest rows come first:
+/// about them most is known.
 BitCell Search::TreeToBranchOn(const Position& position) const {
-  BitCell first{1, 0};
-  for (int row = 1; row <= size_; ++row) {
+  BitCell any{1, 0};
+  for (int row = size_; row >= 1; --row) {
     const RowBits trees = position.Trees[row];
     if (trees == 0) continue;
     const RowBits withTwo = trees & ~Sides(position.Open, row).MoreThanTwo();
     if (withTwo != 0) return {row, LowestOf(withTwo)};
-    if (first.Bit == 0) first = {row, LowestOf(trees)};
+    if (any.Bit == 0) any = {row, LowestOf(trees)};
   }
-  return first;
+  return any;
 }
 
 /// All trees but the first have their tents: one way for each side that the first can have.
@@ -209,7 +212,9 @@ void Search::CountWays(const Position& position) {
 bool Search::Settle(Position& position) {
   do {
     changed_ = false;
-    if (!PitchWhereOneSideIsLeft(position) || (!changed_ && !HoldRowsAgainstClues(position))) return false;
+    if (!PitchWhereOneSideIsLeft(position)) return false;
+    if (!changed_ && !CrossBetweenRows(position)) return false;
+    if (!changed_ && !HoldRowsAgainstClues(position)) return false;
   } while (changed_);
   return true;
 }
@@ -245,8 +250,8 @@ bool Search::PitchWhereOneSideIsLeft(Position& position) {
 /// neighbouring columns.
 bool Search::HoldRowsAgainstClues(Position& position) {
   RowBits tooTight = 0;
-  int room[kMaxSize + 2];
-  int roomOfPair[kMaxSize + 2];
+  int room[kMaxSize + 2] = {};
+  int roomOfPair[kMaxSize + 2] = {};
   for (int row = 1; row <= size_; ++row) {
     room[row] = CountOf(Packed(position.Open[row])) - position.RowLeft[row];
     roomOfPair[row] = CountOf(Packed(position.Open[row] | position.Open[row + 1])) - position.RowLeft[row] -
@@ -259,6 +264,28 @@ bool Search::HoldRowsAgainstClues(Position& position) {
     if (exact_[row] == 0) continue;
     if (room[row] == 0 && !UseTightRow(position, row)) return false;
     if (exact_[row + 1] != 0 && roomOfPair[row] == 0 && !UseTightPair(position, row)) return false;
+  }
+  return true;
+}
+
+/// Where all rows below a line between two rows hold their clues exactly, so many tents of trees below it
+/// must stand above it, less tents of trees above it that stand below.
+bool Search::CrossBetweenRows(Position& position) {
+  int upwards = 0;
+  for (int row = size_; row >= 3 && exact_[row] != 0; --row) {
+    upwards += CountOf(position.Trees[row]) - position.RowLeft[row];
+    if (upwards == 0) continue;
+    const int from = upwards > 0 ? row : row - 1;
+    const int to = upwards > 0 ? row - 1 : row;
+    const RowBits crossing = position.Trees[from] & position.Open[to];
+    const int needed = std::abs(upwards);
+    if (CountOf(Packed(crossing)) < needed) return false;
+    if (CountOf(crossing) > needed) continue;
+    for (RowBits left = crossing; left != 0; left &= left - 1) {
+      if (!Pitch(position, {from, LowestOf(left)}, {to, LowestOf(left)})) return false;
+    }
+    changed_ = true;
+    upwards = 0;
   }
   return true;
 }
