@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Installs the build into an empty folder: the pack maker runs from there, and the game brings a new user its packs.
+# Usage: installed_test.sh BUILD-FOLDER VERSION
+set -euo pipefail
+root=$(mktemp -d)
+trap 'kill "${game:-}" 2>/dev/null; rm -rf "$root"' EXIT
+cmake --install "$1" --prefix "$root/usr" >/dev/null
+"$root/usr/games/bivouac-packs" --version | grep -qF "$2"
+
+export QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME=$root/config XDG_DATA_HOME=$root/data ALSOFT_DRIVERS=null
+"$root/usr/games/bivouac" &
+game=$!
+until cmp -s "$root/usr/share/games/bivouac/BVPack18.bvq" "$root/data/Bvc/BVPack18.bvq"; do
+  kill -0 "$game"  # Fails if the game has ended.
+  sleep 0.05
+done
