@@ -22,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t kNewFileMode = 0666;      // Less what the user's mask takes away.
+constexpr std::uintmax_t kPage = 4096;     // The smallest of any machine.
 constexpr std::size_t kBlockRecords = 64;  // Read in one go while writers wait.
 constexpr auto kShortPatience = std::chrono::milliseconds(100);
 constexpr auto kLongPatience = std::chrono::seconds(30);
@@ -82,15 +83,15 @@ Answer TryToLock(int descriptor, Lock lock) {
   return errno == EWOULDBLOCK ? Answer::Busy : Answer::NotHere;
 }
 
-/// Returns false if another program's turn did not end. A file system without locks lets everybody go on.
-bool WaitForLock(int descriptor, Lock lock, Patience patience) {
+/// Waits for other programs' turns; Busy if one did not end.
+Answer WaitForLock(int descriptor, Lock lock, Patience patience) {
   const auto end = std::chrono::steady_clock::now() +
                    (patience == Patience::Short ? kShortPatience : std::chrono::milliseconds(kLongPatience));
-  while (TryToLock(descriptor, lock) == Answer::Busy) {
-    if (std::chrono::steady_clock::now() >= end) return false;
+  for (;;) {
+    const Answer answer = TryToLock(descriptor, lock);
+    if (answer != Answer::Busy || std::chrono::steady_clock::now() >= end) return answer;
     std::this_thread::sleep_for(kBetweenTries);
   }
-  return true;
 }
 
 /// Writes all bytes at an offset. Returns 0, or the platform's number for what failed.
@@ -137,6 +138,27 @@ std::string BehindLinks(const std::string& path) {
     target = target.parent_path() / next;
   }
   return target.string();
+}
+
+/// A mark beside a file, only there while a record is added that lies on two pages of memory: the length of
+/// the file before, as eight bytes. The kernel breaks the write of a program that is killed off between two
+/// pages; the next turn finds the mark then, and cuts what is no record.
+std::string EndMark(const std::string& path) {
+  const fs::path target = BehindLinks(path);
+  return (target.parent_path() / (".bivouac-end-" + target.filename().string())).string();
+}
+
+/// Returns false if there is no room for the mark: then it is done without.
+bool MarkEnd(const std::string& path, std::uint64_t length) {
+  const std::string mark = EndMark(path);
+  const int descriptor = Repeating([&] {
+    return open(mark.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kNewFileMode);
+  });
+  if (descriptor < 0) return false;
+  const bool written = write(descriptor, &length, sizeof length) == sizeof length;
+  close(descriptor);
+  if (!written) unlink(mark.c_str());
+  return written;
 }
 
 /// Calls visit(field) for every integer of a record, in the order of the file.
@@ -191,6 +213,7 @@ RecordCounts CountsOf(std::uintmax_t length) {
 
 SharedFile::SharedFile(std::string path, Patience patience) : path_(std::move(path)), patience_(patience) {
   Open();
+  if (FileExists(EndMark(path_))) IgnoringFileErrors([this] { const Turn cuts(*this); });
 }
 
 SharedFile::~SharedFile() {
@@ -229,7 +252,7 @@ std::uintmax_t SharedFile::Length() const {
 
 void SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) {
   // A reader who waited in vain reads all the same: at worst it sees half of a write.
-  const bool locked = turns_ == 0 && WaitForLock(descriptor_, Lock::Shared, Patience::Short);
+  const bool locked = turns_ == 0 && WaitForLock(descriptor_, Lock::Shared, Patience::Short) == Answer::Done;
   int reason = 0;
   while (!bytes.empty() && reason == 0) {
     const ssize_t count =
@@ -252,11 +275,27 @@ void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> by
   const Turn turn(*this);
   const std::uintmax_t before = Length();
   if (before == 0) maybeNew_ = true;
-  const int reason = WriteAll(descriptor_, offset, bytes);
-  if (reason == 0) return;
-  if (Length() > before && ftruncate(descriptor_, static_cast<off_t>(before)) != 0)
-    ThrowFileError(errno, path_);
-  ThrowFileError(reason, path_);
+  const std::uintmax_t last = offset + bytes.size() - 1;
+  const bool marked = last >= before && offset / kPage != last / kPage && MarkEnd(path_, before);
+  int reason = WriteAll(descriptor_, offset, bytes);
+  if (reason != 0 && Length() > before && ftruncate(descriptor_, static_cast<off_t>(before)) != 0)
+    reason = errno;
+  if (marked) unlink(EndMark(path_).c_str());
+  if (reason != 0) ThrowFileError(reason, path_);
+}
+
+void SharedFile::CutWhatAKilledProgramLeft() {
+  const std::string mark = EndMark(path_);
+  const int descriptor = Repeating([&] { return open(mark.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
+  if (descriptor < 0) return;
+  std::uint64_t end = 0;
+  const bool known = read(descriptor, &end, sizeof end) == sizeof end;
+  close(descriptor);
+  const std::uintmax_t length = Length();
+  // A file that has grown by whole records since, or was replaced, is left alone.
+  const bool half = length > end && length < end + 2 * sizeof(PackRecord) && length % sizeof(PackRecord) != 0;
+  if (known && half && ftruncate(descriptor_, static_cast<off_t>(end)) != 0) return;
+  unlink(mark.c_str());
 }
 
 void SharedFile::Sync() {
@@ -268,7 +307,8 @@ void SharedFile::Sync() {
 Turn::Turn(SharedFile& file) : file_(file) {
   // Of a file that cannot be written nothing changes.
   while (file_.turns_ == 0 && file_.writable_) {
-    if (!WaitForLock(file_.descriptor_, Lock::Exclusive, file_.patience_)) {
+    const Answer answer = WaitForLock(file_.descriptor_, Lock::Exclusive, file_.patience_);
+    if (answer == Answer::Busy) {
       ThrowFileError(ErrorNumber::PermissionDenied, "another program holds the file", file_.path_);
     }
     // Whoever held the lock may have put another file in the place of this one.
@@ -276,6 +316,7 @@ Turn::Turn(SharedFile& file) : file_(file) {
     struct stat named {};
     if (fstat(file_.descriptor_, &opened) == 0 && stat(file_.path_.c_str(), &named) == 0 &&
         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino) {
+      if (answer == Answer::Done) file_.CutWhatAKilledProgramLeft();
       break;
     }
     file_.Close();
@@ -326,6 +367,7 @@ RecordCounts RecordFile<Record>::Counts() const {
 
 template <class Record>
 RecordCounts CountRecords(const std::string& path) {
+  if (FileExists(path) && FileExists(EndMark(path))) IgnoringFileErrors([&] { RecordFile<Record>{path}; });
   std::error_code error;
   const std::uintmax_t length = fs::file_size(path, error);
   return CountsOf<Record>(error ? 0 : length);

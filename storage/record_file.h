@@ -70,6 +70,7 @@ class SharedFile {
   friend class Turn;
   void Open();
   void Close();
+  void CutWhatAKilledProgramLeft();
 
   std::string path_;
   Patience patience_;
