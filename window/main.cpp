@@ -2,15 +2,22 @@
 #include <QApplication>
 #include <fontconfig/fontconfig.h>
 #include <future>
+#include <vector>
 
 #include "window/program.h"
 
 int main(int argc, char** argv) {
   // Reading what fonts there are takes as long as reaching the display, and needs none.
   const std::future<FcBool> fonts = std::async(std::launch::async, FcInit);
-  const QApplication application(argc, argv);
+  // One id for the window, wherever the desktop looks for it: X11 has it from the arguments.
+  char name[] = "-name";
+  char id[] = "org.bivouac.Bivouac";
+  std::vector<char*> arguments(argv, argv + argc);
+  arguments.insert(arguments.end(), {name, id, nullptr});
+  int count = argc + 2;
+  const QApplication application(count, arguments.data());
   QApplication::setApplicationName("Bivouac");
-  QApplication::setDesktopFileName("org.bivouac.Bivouac");
+  QApplication::setDesktopFileName(id);
   fonts.wait();
   return bivouac::Program().Run();
 }
