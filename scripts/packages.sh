@@ -11,9 +11,9 @@ DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev)
 CHECK_PACKAGES=(
   "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}"
   git
-  libgtest-dev libcli11-dev libbenchmark-dev libcadical-dev
+  libgtest-dev libcli11-dev libbenchmark-dev libcadical-dev libxcb-damage0-dev
   poppler-utils cmark tidy
-  desktop-file-utils appstream mandoc
+  desktop-file-utils appstream mandoc weston qt6-wayland
 )
 # Of one version, so that everybody's code is held to the same: not every release of Debian has it.
 LINT_PACKAGES=(clang-format-14 clang-tidy-14)
