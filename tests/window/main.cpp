@@ -6,7 +6,8 @@
 
 int main(int argc, char** argv) {
   const QTemporaryDir folder;
-  qputenv("QT_QPA_PLATFORM", qgetenv("BIVOUAC_TEST_SCREEN").prepend("offscreen"));
+  if (!qEnvironmentVariableIsSet("BIVOUAC_TEST_WAYLAND"))
+    qputenv("QT_QPA_PLATFORM", qgetenv("BIVOUAC_TEST_SCREEN").prepend("offscreen"));
   qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
   qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
   qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
