@@ -13,8 +13,8 @@ namespace bivouac {
 /// one beside and one below the first tree; leaning right (mirrored when leaning left), with the names that
 /// the cases use:
 ///
-///     corner of first   .         .
-///     .                 first     beside
+///     corner of first   .         .         .
+///     .                 first     beside    .
 ///     .                 below     second    .
 ///     .                 .         .         corner of second
 ///

@@ -1,4 +1,7 @@
-// The rules of the chain and what each says. The texts are fixed, slips and double blanks included.
+// The rules of the chain and what each says, in their order. What a rule looks for is told with its find, in
+// deduction/finds.h, wings.h and hint_finds.h; the pass of the rater that acts on the same find stands in the
+// table of rating/rating.cpp, under the rule's name with "Pass" before it. The texts are fixed, slips and
+// double blanks included.
 #include "deduction/finds.h"
 #include "hints/hint_finds.h"
 #include "hints/hints.h"
@@ -36,7 +39,7 @@ constexpr FixedArray<std::string_view, 9> kTwins{{
     "to continue...",
 }};
 
-constexpr FixedArray<HintRule, kHintRules> kRules{{
+constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
     {"AwayFromTrees",
      1,
      kRow,
@@ -298,7 +301,7 @@ constexpr FixedArray<HintRule, kHintRules> kRules{{
 
 }  // namespace
 
-const FixedArray<HintRule, kHintRules>& HintRules() {
+const FixedArray<HintRule, kHintRuleCount>& HintRules() {
   return kRules;
 }
 

@@ -44,8 +44,8 @@ struct HintRule {
 };
 
 /// The rules in the order in which the chain tries them.
-inline constexpr int kHintRules = 25;
-const FixedArray<HintRule, kHintRules>& HintRules();
+inline constexpr int kHintRuleCount = 25;
+const FixedArray<HintRule, kHintRuleCount>& HintRules();
 
 /// A hint before it is shown: the rule, the fields with what becomes of each and those that explain it.
 struct FoundHint {

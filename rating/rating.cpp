@@ -22,7 +22,9 @@ bool FindSupply(Lines& lines, Find& find) {
   return FindTreeSupply(lines, BeyondLastLine::IsAnError, find);
 }
 
-constexpr FixedArray<Pass, kPasses> kTable{{
+// What a pass looks for is told with its find, in deduction/finds.h, wings.h and shared_field.h; the sentence
+// that explains it stands in hints/hint_rules.cpp, under the pass's name without "Pass".
+constexpr FixedArray<Pass, kPassCount> kPasses{{
     {"PassLoneOption", 1, kRow, FindLoneOption, AlsoDoes::LeavesOneMark},
     {"PassServedNeighbour", 1, kRow, FindServed},
     {"PassRowComplete", 1, kRow, FindComplete},
@@ -61,8 +63,8 @@ int Rate(Main& main, RatingTrace* trace) {
   if (FindAwayFromTrees(rater.rows, rater.find)) rater.Act();
   while (true) {
     const Pass* found = nullptr;
-    for (const Pass& pass : kTable) {
-      if (trace) trace->FaultyPass = static_cast<int>(&pass - kTable.begin());
+    for (const Pass& pass : kPasses) {
+      if (trace) trace->FaultyPass = static_cast<int>(&pass - kPasses.begin());
       if (RunPass(rater, pass)) {
         found = &pass;
         break;
@@ -73,7 +75,7 @@ int Rate(Main& main, RatingTrace* trace) {
     const double price = found ? static_cast<double>(stepWeight) * found->Tier : kNothingFound;
     main.Difficulty = static_cast<float>(static_cast<double>(main.Difficulty) + price);
     if (found) {
-      if (trace) trace->Passes.push_back(static_cast<int>(found - kTable.begin()));
+      if (trace) trace->Passes.push_back(static_cast<int>(found - kPasses.begin()));
       if (topTier < found->Tier) topTier = found->Tier;
     }
     if (rater.wrong == 0) return topTier;
@@ -101,8 +103,8 @@ bool RunPass(Rater& rater, const Pass& pass) {
   return true;
 }
 
-const FixedArray<Pass, kPasses>& PassTable() {
-  return kTable;
+const FixedArray<Pass, kPassCount>& PassTable() {
+  return kPasses;
 }
 
 std::string PassNames(const RatingTrace& trace) {
@@ -110,7 +112,7 @@ std::string PassNames(const RatingTrace& trace) {
   const auto add = [&](const char* mark, int pass) {
     if (!names.empty()) names += ',';
     names += mark;
-    names += kTable[pass].Name;
+    names += kPasses[pass].Name;
   };
   for (const int pass : trace.Passes) add("", pass);
   if (trace.FaultyPass >= 0) add("!", trace.FaultyPass);

@@ -38,8 +38,8 @@ struct Pass {
 };
 
 /// The passes in the order in which the frame walks them.
-inline constexpr int kPasses = 23;
-const FixedArray<Pass, kPasses>& PassTable();
+inline constexpr int kPassCount = 23;
+const FixedArray<Pass, kPassCount>& PassTable();
 
 /// Runs a pass. True if it changed the board. May end in a RunTimeError.
 bool RunPass(Rater& rater, const Pass& pass);

@@ -180,12 +180,12 @@ Texts Tell(const Main& main, std::string_view name) {
   const auto* rule =
       std::find_if(rules.begin(), rules.end(), [&](const HintRule& it) { return it.Name == name; });
   if (rule == rules.end()) throw std::logic_error("no such rule");
-  const Clues clues(main.RowCnt);
-  Lines rows(main.Board, {LineKind::Row, main.BoardSize}, clues, clues);
-  rows.ReadBoard();
+  const Clues clues(rule->Along == LineKind::Row ? main.RowCnt : main.ColCnt);
+  Lines lines(main.Board, {rule->Along, main.BoardSize}, clues, clues);
+  lines.ReadBoard();
   FoundHint hint{rule, {}};
   try {
-    if (!rule->Look(rows, hint.Found)) return {"-", "-"};
+    if (!rule->Look(lines, hint.Found)) return {"-", "-"};
   } catch (const RunTimeError&) {
     return {"FAULT", "-"};
   }
@@ -195,8 +195,9 @@ Texts Tell(const Main& main, std::string_view name) {
   return {marks, std::string(hint.Text())};
 }
 
-// Cases of the rules that play hardly reaches: two trees around a field, leaning and turned either way, and
-// wings at the edge and out of the mirror. Columns: name, rule, board, last marks, text; a dash for nothing.
+// Cases of the rules that play hardly reaches: two trees around a field, leaning and turned either way, wings
+// at the edge and out of the mirror, and trees too many in the last line. All clues are 0. Columns: name,
+// rule, board, last marks, text; a dash for nothing.
 TEST(Hints, RarePositions) {
   for (const Texts& columns : ReadTable("tests/data/rare_hints.tsv")) {
     ASSERT_EQ(columns.size(), 5u);
@@ -213,8 +214,8 @@ TEST(Hints, RarePositions) {
 // From a hint to its pass in one step, and back: after the two rules that the rater does besides its passes,
 // both tables go together.
 TEST(Hints, EachRuleAfterTheSecondBearsTheNameOfItsPass) {
-  static_assert(kHintRules == kPasses + 2);
-  for (int i = 2; i < kHintRules; ++i) {
+  static_assert(kHintRuleCount == kPassCount + 2);
+  for (int i = 2; i < kHintRuleCount; ++i) {
     const HintRule& rule = HintRules()[i];
     const Pass& pass = PassTable()[i - 2];
     EXPECT_EQ("Pass" + std::string(rule.Name), pass.Name);
