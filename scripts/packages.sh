@@ -18,7 +18,7 @@ CHECK_PACKAGES=(
 # Of one version, so that everybody's code is held to the same: not every release of Debian has it.
 LINT_PACKAGES=(clang-format-14 clang-tidy-14)
 PACKAGE_PACKAGES=(
-  "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
+  "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}" cmark
   debhelper dpkg-dev lintian libcli11-dev
   openbox xdotool imagemagick
 )

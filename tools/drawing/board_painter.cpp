@@ -13,7 +13,8 @@ namespace {
 
 constexpr double kTileSide = 540;    // Of the sources.
 constexpr double kClueMargin = 0.8;  // Fields' worth of room for the clues, at the left and on top.
-constexpr Colour kMarkedInk{0.83, 0.83, 0.83};
+constexpr Colour kMarkedInk{0.75, 0.75, 0.75};
+constexpr Colour kReasonFrame{1, 0.5, 0.15};  // As the marked tiles.
 constexpr Colour kDecidedFrame{0.0, 0.16, 0.55};
 
 /// A tile as a list of strokes, which a PDF or SVG keeps once, however often it is painted.
@@ -97,23 +98,21 @@ BoardPainter::BoardPainter(Look look) : look_(look) {
     tiles_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle : std::string_view());
     marked_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle : kMarkedStyle);
   }
+  bareTent_ = Record(kTileSources[CELL_TENT], look == Look::Ink ? kInkStyle : "rect { fill: none; }");
 }
 
 BoardPainter::~BoardPainter() {
+  cairo_surface_destroy(bareTent_);
   for (cairo_surface_t* tile : tiles_) cairo_surface_destroy(tile);
   for (cairo_surface_t* tile : marked_) cairo_surface_destroy(tile);
 }
 
-void BoardPainter::PaintTile(cairo_t* pen, cairo_surface_t* tile, const Box& field, double opacity) const {
+void BoardPainter::PaintTile(cairo_t* pen, cairo_surface_t* tile, const Box& field) const {
   cairo_save(pen);
   cairo_translate(pen, field.X, field.Y);
   cairo_scale(pen, field.Width / kTileSide, field.Height / kTileSide);
   cairo_set_source_surface(pen, tile, 0, 0);
-  if (opacity < 1) {
-    cairo_paint_with_alpha(pen, opacity);
-  } else {
-    cairo_paint(pen);
-  }
+  cairo_paint(pen);
   cairo_restore(pen);
 }
 
@@ -175,8 +174,15 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
   cairo_t* pen = canvas.Pen();
   for (const FieldMark& mark : board.Marks) {
     const Box field = geometry.Field(mark.Cell);
-    if (mark.What == FieldMark::Kind::Option) PaintTile(pen, tiles_[CELL_TENT], field, 0.4);
-    if (mark.What != FieldMark::Kind::Decided) continue;
+    if (mark.What == FieldMark::Kind::Option) {
+      const double rim = 0.2 * geometry.Pitch;
+      PaintTile(pen, bareTent_,
+                {field.X + rim, field.Y + rim, field.Width - 2 * rim, field.Height - 2 * rim});
+    }
+    const int code = board.Fields[static_cast<std::size_t>(mark.Cell)];
+    const bool hasMarkedTile = code == CELL_OPEN || code == CELL_TREE;
+    const bool reason = mark.What == FieldMark::Kind::Reason;
+    if (reason ? look_ == Look::Ink || hasMarkedTile : mark.What != FieldMark::Kind::Decided) continue;
     const double width = 0.1 * geometry.Pitch;
     const auto frame = [&](double lineWidth, Colour colour) {
       canvas.SetColour(colour);
@@ -186,8 +192,8 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
       cairo_stroke(pen);
     };
     // A light rim keeps the frame apart from a dark field.
-    if (look_ == Look::Colour) frame(width * 1.6, kWhite);
-    frame(width, look_ == Look::Ink ? kBlack : kDecidedFrame);
+    if (look_ == Look::Colour && !reason) frame(width * 1.6, kWhite);
+    frame(width, look_ == Look::Ink ? kBlack : reason ? kReasonFrame : kDecidedFrame);
   }
 }
 

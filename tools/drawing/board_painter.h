@@ -18,7 +18,7 @@ enum class Look {
 struct FieldMark {
   enum class Kind {
     Reason,   ///< The deduction stands on this field.
-    Option,   ///< A tent may stand here: drawn faintly.
+    Option,   ///< A tent may stand here: drawn small.
     Decided,  ///< This field is what the deduction is about.
   };
   int Cell = 0;
@@ -64,11 +64,12 @@ class BoardPainter {
              ClueLabels clues = ClueLabels::Shown) const;
 
  private:
-  void PaintTile(cairo_t* pen, cairo_surface_t* tile, const Box& field, double opacity = 1) const;
+  void PaintTile(cairo_t* pen, cairo_surface_t* tile, const Box& field) const;
   void PaintMarks(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
 
   Look look_;
   std::array<cairo_surface_t*, 4> tiles_{};   // By cell code.
+  cairo_surface_t* bareTent_ = nullptr;       // Without ground.
   std::array<cairo_surface_t*, 4> marked_{};  // The same, when a deduction stands on them.
 };
 

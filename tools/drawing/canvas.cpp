@@ -63,6 +63,7 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
   cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
   pango_cairo_context_set_font_options(context, options);
+  pango_context_set_round_glyph_positions(context, FALSE);
   cairo_font_options_destroy(options);
   pango_layout_context_changed(layout_);
 }
