@@ -1,0 +1,262 @@
+// Every file and text that the programs read: bytes become a pack, a player's file, settings, positions on
+// standard input, or answers to boxes. Nothing may come of them but the errors that are named here.
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "fuzz/bytes.h"
+#include "fuzz/headless_game.h"
+#include "fuzz/target.h"
+#include "game/layout.h"
+#include "storage/best_times.h"
+#include "storage/navigation.h"
+#include "storage/pack_files.h"
+#include "storage/record_file.h"
+#include "tools/commands.h"
+#include "tools/pack_access.h"
+
+namespace bivouac {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kBytes = RecordFile<PackRecord>::kBytes;
+constexpr int kLargestProved = 8;  // Larger boards of nonsense may take the proof for ever.
+
+/// An installation with small packs, for the whole run of the program.
+struct Place {
+  Place() {
+    std::string name = (fs::temp_directory_path() / "bivouac-fuzz-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) Fault("no temporary folder");
+    Top = name;
+    fs::create_directories(Top / "program");
+    fs::create_directories(Data());
+    for (int size = kMinSize; size <= kMaxSize; ++size) {
+      std::ifstream pack(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size), std::ios::binary);
+      std::string records(3 * kBytes, '\0');
+      pack.read(records.data(), static_cast<std::streamsize>(records.size()));
+      Write(Top / "program" / PackName(size), records);
+      Packs[size - kMinSize] = records;
+    }
+  }
+  ~Place() { fs::remove_all(Top); }
+  Place(const Place&) = delete;
+  Place& operator=(const Place&) = delete;
+  fs::path Data() const { return Top / "local" / "Bvc"; }
+  static void Write(const fs::path& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+  }
+
+  /// The packs as installed, and no player's file.
+  void Refresh() const {
+    for (int player = 1; player <= GameDesktop::kPlayers; ++player) {
+      fs::remove(Data() / ("PLBest0" + std::to_string(player) + ".bvq"));
+    }
+    for (int size = kMinSize; size <= kMaxSize; ++size)
+      Write(Data() / PackName(size), Packs[size - kMinSize]);
+  }
+
+  fs::path Top;
+  std::string Packs[kSizes];
+};
+
+const Place& ThePlace() {
+  static const Place place;
+  return place;
+}
+
+/// A game whose settings and answers are bytes.
+class TextDesktop : public GameDesktop {
+ public:
+  explicit TextDesktop(Bytes& bytes)
+      : GameDesktop((ThePlace().Top / "program").string(), (ThePlace().Top / "local").string()),
+        bytes_(bytes) {}
+
+  bool StrangeSettings = false;
+  using GameDesktop::Show;
+  /// An empty answer at last: a box that finds no number in the text comes back.
+  std::string Show(const InputBox&) override { return bytes_.AtEnd() ? "" : bytes_.Text(bytes_.Below(12)); }
+  std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override {
+    if (!StrangeSettings || bytes_.Once(3)) return GameDesktop::GetSetting(section, key, fallback);
+    return bytes_.Once(2) ? std::to_string(bytes_.Below(40000) - 100) : bytes_.Text(bytes_.Below(20));
+  }
+  std::string SettingsFile() override { return "/settings"; }
+
+ private:
+  Bytes& bytes_;
+};
+
+/// Runs a step. File errors and indexes that a damaged file leads to may end it.
+template <class Step>
+void Allowing(Step step) {
+  CountEvent();
+  try {
+    step();
+  } catch (const InputError&) {
+  } catch (const RunTimeError& error) {
+    const bool named = error.IsFileError() || error.Number() == ErrorNumber::IndexOutsideArray ||
+                       error.Number() == ErrorNumber::Overflow;
+    if (!named) Fault(error.what());
+  }
+}
+
+/// A pack of real records, hurt in some places, sometimes cut, sometimes nothing but bytes.
+std::string StrangePack(Bytes& bytes, int size) {
+  if (bytes.Once(8)) return bytes.Text(4 * static_cast<int>(kBytes));
+  std::string pack = ThePlace().Packs[size - kMinSize];
+  for (int hurts = bytes.Below(40); hurts > 0; --hurts) {
+    // Half of them where clues, level, size and times stand.
+    const int field = bytes.Once(2) ? 1296 / 2 + bytes.Below(40) : bytes.Below(1376 / 2);
+    const std::size_t at =
+        static_cast<std::size_t>(bytes.Below(3)) * kBytes + 2 * static_cast<std::size_t>(field);
+    pack[at] = static_cast<char>(bytes.Once(2) ? bytes.Below(8) : bytes.Next());
+    if (bytes.Once(8)) pack[at + 1] = static_cast<char>(bytes.Next());
+  }
+  if (bytes.Once(6)) pack.resize(static_cast<std::size_t>(bytes.Below(static_cast<int>(pack.size()))));
+  return pack;
+}
+
+void PlayGameOn(Bytes& bytes, int size) {
+  TextDesktop desktop(bytes);
+  Global global;
+  Main main{global, desktop};
+  FormNamen form{main};
+  Allowing([&] {
+    Form_Load(main, form);
+    global.CurrentPlayer = bytes.Below(3);
+    main.BoardSize = size;
+    SizeLayout(main);
+    for (int turn = 0; turn < 4; ++turn) {
+      cmdOpen_Click(main);
+      if (bytes.Once(2) && main.PuzzleNo < main.PuzzleCount[size - kMinSize]) cmdNext_Click(main);
+      main.Elapsed = bytes.Below(60000);
+      if (global.CurrentPlayer > 0 && main.PuzzleNo > 0) RecordTimes(main);
+      if (bytes.Once(6)) cmdResetTime_Click(main);
+    }
+  });
+}
+
+void UsePack(Bytes& bytes) {
+  const int size = bytes.Once(2) ? kMinSize + bytes.Below(3) : kMinSize + bytes.Below(kSizes);
+  const std::string path = (ThePlace().Data() / PackName(size)).string();
+  Place::Write(path, StrangePack(bytes, size));
+  std::istringstream in;
+  std::ostringstream out, err;
+  Terminal terminal{.In = in, .Out = out, .Err = err};
+  Allowing([&] { ListPacks({path}, Format::Words, terminal); });
+  Allowing([&] { RatePacks({.Packs = {path}, .Steps = true}, terminal); });
+  for (long number = 1; number <= 3; ++number) {
+    Allowing([&] { ShowPuzzle(path, number, Reveal::Solution, terminal); });
+    std::string board;
+    for (int cell = bytes.Below(2) * size * size; cell > 0; --cell)
+      board += static_cast<char>('0' + bytes.Below(4));
+    Allowing([&] { GiveHint({.Pack = path, .Number = number, .Board = board}, terminal); });
+  }
+  if (size <= kLargestProved) {
+    Allowing([&] { ProvePacks({path}, Format::Table, terminal); });
+    Allowing([&] { CheckPacks({path}, terminal); });
+  }
+  PlayGameOn(bytes, size);
+  Allowing([&] { RatePacks({.Packs = {path}, .Write = true}, terminal); });
+  Allowing([&] { SortPack(path, terminal); });
+  const std::string other = (ThePlace().Top / "other").string();
+  fs::remove(other);
+  Allowing([&] { MergePacks(other, {path}, terminal); });
+}
+
+void UsePlayersFile(Bytes& bytes) {
+  const int size = kMinSize + bytes.Below(3);
+  Place::Write(ThePlace().Data() / "PLBest01.bvq", bytes.Text(8 * bytes.Below(20) + bytes.Below(8)));
+  PlayGameOn(bytes, size);
+}
+
+void UseSettings(Bytes& bytes) {
+  TextDesktop desktop(bytes);
+  desktop.StrangeSettings = true;
+  Global global;
+  Main main{global, desktop};
+  FormNamen form{main};
+  CountEvent();
+  try {
+    Form_Load(main, form);
+  } catch (const RunTimeError& error) {
+    if (std::string(error.what()).find("Change it in /settings") == std::string::npos) Fault(error.what());
+  }
+}
+
+void UseStandardInput(Bytes& bytes) {
+  std::string lines;
+  for (int count = 1 + bytes.Below(3); count > 0; --count) {
+    // A line in the right form, but for what the bytes change.
+    const int size = bytes.Once(8) ? bytes.Below(30) : kMinSize + bytes.Below(kSizes);
+    lines += std::to_string(size);
+    for (int clues = 0; clues < 2; ++clues) {
+      for (int i = 0; i < size; ++i) {
+        lines += i == 0 ? '\t' : ',';
+        lines += std::to_string(bytes.Below(5));
+      }
+    }
+    for (int board = 0; board < 2; ++board) {
+      lines += '\t';
+      for (int cell = 0; cell < size * size; ++cell) lines += static_cast<char>('0' + bytes.Below(4));
+    }
+    if (bytes.Once(4))
+      lines.insert(static_cast<std::size_t>(bytes.Below(static_cast<int>(lines.size()))), bytes.Text(6));
+    lines += '\n';
+  }
+  std::istringstream in(bytes.Once(8) ? bytes.Text(2000) : lines);
+  std::ostringstream out, err;
+  Terminal terminal{.In = in, .Out = out, .Err = err};
+  Allowing([&] { GiveHintsForInput(terminal); });
+}
+
+void UseAnswers(Bytes& bytes) {
+  TextDesktop desktop(bytes);
+  Global global;
+  Main main{global, desktop};
+  FormNamen form{main};
+  Form_Load(main, form);
+  while (!bytes.AtEnd()) {
+    const int size = main.BoardSize;
+    if (bytes.Once(2)) {
+      CountEvent();
+      cmdOpen_Click(main);
+      if (main.PuzzleNo > 3) Fault("a puzzle that there is not");
+    } else {
+      Allowing([&] { cmdOptions_Click(main); });
+      if (main.BoardSize < kMinSize || main.BoardSize > 20) Fault("a size that the box does not let through");
+      // 19 and 20 end the program.
+      if (main.BoardSize > kMaxSize) main.BoardSize = size;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace bivouac
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace bivouac;
+  ThePlace().Refresh();
+  Bytes bytes(data, size);
+  switch (bytes.Below(6)) {
+    case 0:
+    case 1:
+      UsePack(bytes);
+      break;
+    case 2:
+      UsePlayersFile(bytes);
+      break;
+    case 3:
+      UseSettings(bytes);
+      break;
+    case 4:
+      UseStandardInput(bytes);
+      break;
+    default:
+      UseAnswers(bytes);
+  }
+  return 0;
+}
