@@ -3,10 +3,14 @@
 #include <QAbstractButton>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QFontInfo>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace bivouac {
 namespace {
@@ -74,6 +78,19 @@ void NameButtons(const QDialogButtonBox& box) {
   }
 }
 
+/// Qt wraps the text of a box at a width that does not grow with the font, and at half of a small screen: a
+/// long text would be taller than the screen.
+void WidenWhereNarrow(QMessageBox& dialog) {
+  constexpr int kCharacters = 40;
+  auto* label = dialog.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  if (label == nullptr) return;
+  const int screen = dialog.screen()->availableGeometry().width();
+  const int wrapped = std::min(500, screen / 2);  // About where Qt wraps.
+  const int wished = std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), screen * 8 / 10);
+  const int natural = QFontMetrics(dialog.font()).boundingRect({}, 0, dialog.text()).width();
+  if (wished > wrapped && natural > wrapped) label->setMinimumWidth(std::min(wished, natural));
+}
+
 }  // namespace
 
 BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
@@ -91,6 +108,7 @@ BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   dialog.setDefaultButton(choice.Enter);
   dialog.setEscapeButton(choice.Escape);
   NameButtons(*dialog.findChild<QDialogButtonBox*>());
+  WidenWhereNarrow(dialog);
   // A box that is taken away because the program ends counts as closed.
   const int answer = dialog.exec();
   return AnswerOf(dialog.clickedButton() == nullptr ? choice.Escape : answer);

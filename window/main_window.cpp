@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "game/blinking.h"
@@ -27,12 +28,10 @@ constexpr const char* kProgressKey = "S";
 /// Seen from the program's folder.
 constexpr const char* kGuide = "../share/doc/bivouac/guide/index.html";
 constexpr const char* kOtherKeys =
-    "\nS: the time, the steps and the tents left are said aloud"
-    "\nTab: from control to control, the board last"
-    "\nArrows, Page Up, Page Down, Home, End, Ctrl+Home, Ctrl+End: move the frame on the board"
-    "\nSpace or Enter: click"
-    "\nG, T, O: click the field on until it is grass, tent or open"
-    "\nEnter or Escape: end a hint";
+    ". S says the time, the steps and the tents left. Tab goes from control to control, the board comes last."
+    "\nON THE BOARD: Arrow keys, Page Up, Page Down, Home, End, Ctrl+Home and Ctrl+End move the frame. Space "
+    "and Enter click. G, T and O click the field on until it is grass, tent or open. Enter or Escape ends a "
+    "hint.";
 constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
 
 QString Text(std::string_view text) {
@@ -223,12 +222,13 @@ void MainWindow::ShowHelp() {
       return;
     }
   }
-  QString text = Text(RulesText()) + QStringLiteral("\n");
+  QStringList keys;
   for (const PlacedButton& button : buttons_) {
     const ColourButton& widget = *button.Widget;
     if (widget.Keys().isEmpty()) continue;
-    text += QStringLiteral("\n%1: %2").arg(widget.Keys().join(QStringLiteral(", ")), widget.text());
+    keys += QStringLiteral("%1: %2").arg(widget.Keys().join(QStringLiteral(" or ")), widget.text());
   }
+  QString text = Text(RulesText()) + QStringLiteral("\n\nKEYS: ") + keys.join(QStringLiteral(", "));
   text += QLatin1String(kOtherKeys);
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text.toStdString()});
 }
@@ -401,9 +401,8 @@ void MainWindow::ShowFirst() {
 void MainWindow::LayOut() {
   scale_ = Scale::ToFit(size());
   const double unit = Unit();
-  // For the boxes that come up over the window; they stay readable when it is small.
-  QFont boxes = font();
-  boxes.setPixelSize(std::max(kBoxText, scale_.Pixels(kBoxText)));
+  QFont boxes = font();  // They have the font of the window that they come up over.
+  boxes.setPixelSize(static_cast<int>(std::lround(kBoxText * BoxUnit())));
   setFont(boxes);
   for (const Placed& placed : placed_) {
     placed.Widget->setGeometry(scale_.Map(placed.At));
@@ -426,6 +425,13 @@ void MainWindow::LayOut() {
   status_->setGeometry(0, height() - bar, width(), bar);
   status_->LayOut(unit);
   board_->SetScale(scale_);
+}
+
+double MainWindow::BoxUnit() const {
+  const QFont desktop = QApplication::font();
+  const double pixels =
+      desktop.pixelSize() > 0 ? desktop.pixelSize() : desktop.pointSizeF() * logicalDpiY() / 72;
+  return std::max({1.0, Unit(), pixels / kBoxText});
 }
 
 void MainWindow::resizeEvent(QResizeEvent*) {

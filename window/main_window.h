@@ -30,6 +30,9 @@ class MainWindow : public QWidget {
   void SetIcon();
   /// Length of a pixel of the window's opening size, in present pixels.
   double Unit() const { return scale_.Factor * kTwipsPerPixel; }
+  /// The same for boxes and dialogs, which stay readable over a small window and follow a desktop's large
+  /// font.
+  double BoxUnit() const;
   BoardWidget& Board() const { return *board_; }
   const Announcer& Voice() const { return *announcer_; }
 

@@ -78,7 +78,7 @@ std::string QtDesktop::Show(const InputBox& box) {
 void QtDesktop::ShowPlayerDialog() {
   road_->ThrowIfEnded();
   road_->Draw();
-  players_->ShowModal(window_->Unit());
+  players_->ShowModal(window_->BoxUnit());
   road_->ThrowIfEnded();
 }
 

@@ -241,7 +241,7 @@ TEST(Window, KeysPressEnabledButtonsAndWhatChangedIsSaid) {
     EXPECT_EQ(board.Current(), 30);
 
     run.Expect("Help", [&](QDialog& box) {
-      EXPECT_TRUE(run.Texts.back().contains("Ctrl+Shift+Z, Ctrl+Y: Redo"));
+      EXPECT_TRUE(run.Texts.back().contains("Ctrl+Shift+Z or Ctrl+Y: Redo"));
       EXPECT_TRUE(Find(program, "cmdRedo")->toolTip().contains("(Ctrl+Shift+Z, Ctrl+Y)"));
       QTest::keyClick(&box, Qt::Key_Escape);
     });
