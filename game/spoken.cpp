@@ -91,7 +91,7 @@ std::string SpokenFieldAlone(const Main& main, int cell) {
 }
 
 std::string SpokenField(const Main& main, int cell) {
-  const std::string text = SpokenFieldAlone(main, cell);
+  std::string text = SpokenFieldAlone(main, cell);
   if (main.PuzzleOver || Making(main)) return text;
   const int row = RowOf(main, cell);
   const int col = ColOf(main, cell);

@@ -220,6 +220,14 @@ TEST(Painted, TextsStandWhereTheirValuesSay) {
         EXPECT_GT(Difference(Painted(program, name), eight), 1);
       }
     }
+    for (const ControlRow& row : ControlTable()) {
+      if (row.Kind != ControlKind::Figure && row.Kind != ControlKind::Text && row.Kind != ControlKind::Link)
+        continue;
+      SCOPED_TRACE(row.Name);
+      const QImage label = Painted(program, Text(row.Name));
+      EXPECT_GT(CountNear(label, static_cast<QRgb>(row.Background)), label.width() * label.height() / 2);
+      EXPECT_GT(CountNear(label, static_cast<QRgb>(row.Foreground)), 10);
+    }
     const std::pair<QString, std::string*> labels[] = {
         {"LabelTijd", &main.LabelTijd.Caption},
         {"LabelStap", &main.LabelStap.Caption},
