@@ -18,9 +18,12 @@ const QPixmap& Tiles::At(int number, int side) {
   const int picture = kPictureOf[static_cast<std::size_t>(number)];
   Tile& tile = tiles_[static_cast<std::size_t>(picture)];
   if (tile.Stretched.width() != side) {
-    if (tile.Original.isNull()) tile.Original = picture == 0 ? open_.get() : Read(picture);
+    const bool resized = !tile.Stretched.isNull();
+    if (tile.Original.isNull()) tile.Original = picture == 0 && open_.valid() ? open_.get() : Read(picture);
     tile.Stretched =
         QPixmap::fromImage(tile.Original.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    // A megabyte each, for a window that mostly keeps its size.
+    if (!resized) tile.Original = {};
   }
   return tile.Stretched;
 }
