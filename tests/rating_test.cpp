@@ -23,29 +23,6 @@ struct RatingTest : testing::Test {
   Main& main = game.main;
 };
 
-TEST_F(RatingTest, WorkedResultsComeOutTheSame) {
-  std::map<std::string, std::vector<PackRecord>> packs;
-  const auto table = ReadTable("tests/data/rating.tsv");
-  ASSERT_EQ(table.size(), 391u);
-  for (const auto& columns : table) {
-    auto& pack = packs[columns[0]];
-    if (pack.empty()) pack = ReadPack("tests/data/rating/" + columns[0]);
-    SCOPED_TRACE(columns[0] + " record " + columns[1]);
-    PackRecord record = pack.at(static_cast<std::size_t>(std::stoi(columns[1]) - 1));
-    record.LevelSize = LevelSizeOf(0, std::stoi(columns[2]));
-    LayOutRecord(main, record);
-    int level = 0;
-    RatingTrace trace;
-    RatePuzzle(main, level, trace);
-    char difficulty[32];
-    std::snprintf(difficulty, sizeof difficulty, "%.9g", static_cast<double>(main.Difficulty));
-    EXPECT_EQ(std::to_string(level), columns[3]);
-    EXPECT_EQ(difficulty, columns[4]);
-    EXPECT_EQ(BoardDigits(main), columns[5]);
-    EXPECT_EQ(PassNames(trace), columns.size() > 6 ? columns[6] : "");
-  }
-}
-
 /// Runs a pass on the board as it stands, the clues being those of PuzzleRec. Returns 1 if it changed the
 /// board, 0 if not, and the number of an error that ended it, less than zero.
 int TryPass(Main& main, const Pass& pass) {

@@ -70,20 +70,36 @@ std::string InputErrorOf(Run run) {
   return "no error";
 }
 
+/// Says in which lines two tables differ, and how.
+void ExpectSameLines(const std::string& actual, const std::string& expected) {
+  std::istringstream actualLines(actual), expectedLines(expected);
+  std::string is, shouldBe;
+  for (int line = 1; std::getline(expectedLines, shouldBe); ++line) {
+    is.clear();
+    std::getline(actualLines, is);
+    EXPECT_EQ(is, shouldBe) << "line " << line;
+  }
+  EXPECT_FALSE(std::getline(actualLines, is)) << is;
+}
+
+// The worked results of the rating, the proof and the hints: held here, by the program that people run, and
+// nowhere else.
 TEST_F(Tool, TablesEqualTheWorkedResults) {
   RatePacks({.Packs = PacksIn(kData + "rating"), .Output = Format::Table}, terminal);
-  EXPECT_TRUE(Output() == BytesOf(kData + "rating.tsv"));
+  ExpectSameLines(Output(), BytesOf(kData + "rating.tsv"));
   ProvePacks(PacksIn(kData + "layouts"), Format::Table, terminal);
-  EXPECT_TRUE(Output() == BytesOf(kData + "proof.tsv"));
+  ExpectSameLines(Output(), BytesOf(kData + "proof.tsv"));
 
   std::string expected;
-  for (const std::vector<std::string>& row : ReadTable("tests/data/hints.tsv")) {
+  const auto hints = ReadTable("tests/data/hints.tsv");
+  EXPECT_EQ(hints.size(), 529U);
+  for (const std::vector<std::string>& row : hints) {
     for (std::size_t column = 5; column < row.size(); ++column)
       expected += row[column] + (column == 9 ? "\n" : "\t");
   }
   in.str(BytesOf(kData + "hints.tsv"));
   GiveHintsForInput(terminal);
-  EXPECT_TRUE(Output() == expected);
+  ExpectSameLines(Output(), expected);
 }
 
 TEST_F(Tool, TheSeedDecidesWhateverTheJobs) {
@@ -365,7 +381,6 @@ TEST_F(Tool, RateStoresLevelsAndSortOrdersByThem) {
     std::getline(rows, rest);
   }
   EXPECT_EQ(number, 60);
-  EXPECT_FALSE(fs::exists(path + ".new"));
 }
 
 TEST_F(Tool, ListAndShowReadWell) {
