@@ -81,7 +81,9 @@ class TextDesktop : public GameDesktop {
   std::string Show(const InputBox&) override { return bytes_.AtEnd() ? "" : bytes_.Text(bytes_.Below(12)); }
   std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override {
     if (!StrangeSettings || bytes_.Once(3)) return GameDesktop::GetSetting(section, key, fallback);
-    return bytes_.Once(2) ? std::to_string(bytes_.Below(40000) - 100) : bytes_.Text(bytes_.Below(20));
+    // Each player has a file that the start opens: thousands of them only take long.
+    const int limit = key == "Count" ? 300 : 40000;
+    return bytes_.Once(2) ? std::to_string(bytes_.Below(limit) - 100) : bytes_.Text(bytes_.Below(20));
   }
   std::string SettingsFile() override { return "/settings"; }
 
