@@ -194,6 +194,17 @@ TEST(Painted, TextsStandWhereTheirValuesSay) {
   GameRun run("6");
   run.Play(1, [&](Program& program) {
     Main& main = program.State();
+    // Lines between the panels of the status bar.
+    for (Panel& panel : main.StatusBar1) panel.Text = "";
+    const QImage bar = Painted(program, "StatusBar1");
+    int end = 0;
+    for (const PanelRow& row : PanelTable().first(5)) {
+      end += row.Width;
+      const int x = bar.width() * end / kPanelWidths;
+      for (const int beside : {x - 3, x + 3})
+        EXPECT_NE(bar.pixel(x, bar.height() / 2), bar.pixel(beside, bar.height() / 2));
+    }
+
     // A clue in its three colours, and in no other than its own.
     for (Label* clue : {&main.RowCnt[0], &main.ColCnt[5]}) {
       const QString name = clue == &main.RowCnt[0] ? "RowCnt(0)" : "ColCnt(5)";
@@ -292,7 +303,8 @@ TEST(Painted, APauseShowsItsPictureAndAFrameStandsRoundOneCell) {
     program.Window().activateWindow();
     QCoreApplication::processEvents();
     board.setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&board, Qt::Key_Down);  // Shows the frame.
+    QTest::keyClick(&board, Qt::Key_Space);  // Shows the frame, and no more.
+    EXPECT_EQ(program.State().StepCount, 0);
     EXPECT_EQ(board.Current(), 0);
     QTest::keyClick(&board, Qt::Key_Down);
     const QImage framed = board.grab().toImage();
