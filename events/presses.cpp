@@ -4,6 +4,7 @@
 #include <array>
 
 #include "game/clock.h"
+#include "game/layout.h"
 #include "game/moves.h"
 #include "game/play.h"
 #include "game/sound.h"
@@ -39,6 +40,14 @@ bool EndsHint(EndsFirst ends) {
   return ends == EndsFirst::Hint || ends == EndsFirst::HintAndPause;
 }
 
+/// An opening that broke off on a damaged record leaves a board without a clock: no game, so that another
+/// puzzle can be opened.
+void EndBrokenOpening(Main& main) {
+  if (main.PuzzleOver || main.Paused || main.Timer3.Enabled || IsMakingPuzzle(main)) return;
+  main.PuzzleOver = true;
+  RefreshButtons(main);
+}
+
 bool EndsPause(EndsFirst ends) {
   return ends == EndsFirst::Pause || ends == EndsFirst::HintAndPause;
 }
@@ -63,6 +72,7 @@ void PressButton(Main& main, const ButtonRow& row) {
   if (EndsHint(row.Ends) && !main.BoardLive) lblHint_Click(main);
   if (EndsPause(row.Ends) && main.Paused) Picture1_Click(main);
   if ((main.*row.Value).Enabled) row.Click(main);
+  EndBrokenOpening(main);
 }
 
 void PressField(Main& main, int Index) {

@@ -77,14 +77,12 @@ std::string BlinkTimer(Watched& watched) {
 
 std::string ClockTimer(Watched& watched) {
   const Main& main = watched.main;
-  if (watched.OpeningBrokeOff) return "";
   const bool runs = !main.PuzzleOver && !main.Paused && !IsMakingPuzzle(main);
   return main.Timer3.Enabled == runs ? "" : main.Timer3.Enabled ? "the clock runs" : "the clock stands";
 }
 
 std::string Buttons(Watched& watched) {
   Main& main = watched.main;
-  if (watched.OpeningBrokeOff) return "";
   std::array<bool, 13> enabled;
   std::size_t at = 0;
   for (const ButtonRow& row : ButtonTable()) enabled.at(at++) = (main.*row.Value).Enabled;

@@ -24,6 +24,21 @@ class EventRoad {
   /// Brings what changed to the screen in the middle of a handler.
   void Draw() { draw_(); }
 
+  /// Stands for a box or dialog that holds its caller, from before it opens until its answer is used: also in
+  /// the moment in which it is closed and its caller has not gone on.
+  class Modal {
+   public:
+    explicit Modal(EventRoad& road) : road_(road) { ++road_.modals_; }
+    ~Modal() { --road_.modals_; }
+    Modal(const Modal&) = delete;
+    Modal& operator=(const Modal&) = delete;
+
+   private:
+    EventRoad& road_;
+  };
+  /// How many of them there are, one over another. Each holds everything but itself.
+  int Modals() const { return modals_; }
+
   /// Throws ProgramEnd if the program has ended: what a call that let other events run does before it
   /// returns, so that the handler around it unwinds.
   void ThrowIfEnded() const {
@@ -40,6 +55,7 @@ class EventRoad {
   Handler draw_;
   Report report_;
   bool ended_ = false;
+  int modals_ = 0;
   int status_ = 0;
 };
 

@@ -274,7 +274,7 @@ void MainWindow::Run(void (*handler)(Main& main)) {
 
 /// Whatever presses, mouse, key or assistive tool: an open box or dialog holds all of it.
 void MainWindow::Press(const EventRoad::Handler& press) {
-  if (!IsHeld(*this)) road_.Run(press);
+  if (road_.Modals() == 0) road_.Run(press);
 }
 
 void MainWindow::Draw() {

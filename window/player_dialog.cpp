@@ -10,8 +10,6 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "window/widgets.h"
-
 namespace bivouac {
 namespace {
 
@@ -21,6 +19,14 @@ constexpr int kListHeight = 170;
 
 int Scaled(int atOpeningSize, double unit) {
   return std::max(1, static_cast<int>(std::lround(atOpeningSize * unit)));
+}
+
+/// The text with a word in it that no line ends in, though it has hyphens.
+QString Unbroken(QString text, const QString& word) {
+  constexpr QChar kJoiner(0x2060);
+  QString joined;
+  for (const QChar sign : word) joined += QString(joined.isEmpty() ? QString() : QString(kJoiner)) + sign;
+  return text.replace(word, joined);
 }
 
 bool IsEnter(int key) {
@@ -48,11 +54,12 @@ PlayerDialog::PlayerDialog(FormNamen& form, EventRoad& road, QWidget* mainWindow
   setAccessibleName(windowTitle());
   setAccessibleDescription(QStringLiteral("Chooses who plays"));
 
-  auto* text = new QLabel(QString::fromLatin1(kPlayerDialogText), this);
+  const QString words = QString::fromLatin1(kPlayerDialogText);
+  auto* text = new QLabel(Unbroken(words, QStringLiteral("-or-")), this);
   text->setObjectName(QStringLiteral("Label1"));
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
-  text->setAccessibleName(text->text());
+  text->setAccessibleName(words);
   text->setAccessibleDescription(QStringLiteral("What to do here"));
 
   list_ = new QListWidget(this);
@@ -173,12 +180,17 @@ void PlayerDialog::DrawFocus() {
   }
 }
 
+/// Under a box over the dialog; and a hidden dialog does nothing, whoever presses what once was shown.
+bool PlayerDialog::IsHeld() const {
+  return !form_.Visible || road_.Modals() > 1;
+}
+
 void PlayerDialog::Run(void (*handler)(FormNamen& form)) {
-  if (!IsHeld(*this)) road_.Run([this, handler] { handler(form_); });
+  if (!IsHeld()) road_.Run([this, handler] { handler(form_); });
 }
 
 void PlayerDialog::TakeSelection() {
-  if (IsHeld(*this)) return;
+  if (IsHeld()) return;
   const QModelIndexList selected = list_->selectionModel()->selectedRows();
   form_.NaamLijst.ListIndex = selected.isEmpty() ? -1 : selected.front().row();
   Run(NaamLijst_Click);

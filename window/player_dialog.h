@@ -39,6 +39,7 @@ class PlayerDialog : public QDialog {
   static constexpr int kButtons = 5;
   static const std::array<ButtonRow, kButtons> kButtonRows;
 
+  bool IsHeld() const;
   void Run(void (*handler)(FormNamen& form));
   void Resize(double unit);
   void KeepFieldShort(const QString& text);

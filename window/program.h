@@ -23,6 +23,7 @@ class Program {
   Main& State() { return main_; }
   FormNamen& Players() { return form_; }
   MainWindow& Window() { return window_; }
+  const EventRoad& Road() const { return road_; }
   PlayerDialog& Dialog() { return dialog_; }
 
  private:

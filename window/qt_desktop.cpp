@@ -62,6 +62,7 @@ QWidget* QtDesktop::BoxParent() const {
 BoxAnswer QtDesktop::Show(const MessageBox& box) {
   road_->ThrowIfEnded();
   road_->Draw();
+  const EventRoad::Modal modal(*road_);
   const BoxAnswer answer = ShowMessageBox(BoxParent(), box);
   road_->ThrowIfEnded();
   return answer;
@@ -70,6 +71,7 @@ BoxAnswer QtDesktop::Show(const MessageBox& box) {
 std::string QtDesktop::Show(const InputBox& box) {
   road_->ThrowIfEnded();
   road_->Draw();
+  const EventRoad::Modal modal(*road_);
   const std::string answer = ShowInputBox(BoxParent(), box);
   road_->ThrowIfEnded();
   return answer;
@@ -78,6 +80,7 @@ std::string QtDesktop::Show(const InputBox& box) {
 void QtDesktop::ShowPlayerDialog() {
   road_->ThrowIfEnded();
   road_->Draw();
+  const EventRoad::Modal modal(*road_);
   players_->ShowModal(window_->BoxUnit());
   road_->ThrowIfEnded();
 }

@@ -1,6 +1,5 @@
 #include "window/widgets.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -44,11 +43,6 @@ int FontPixels(int atOpeningSize, double unit) {
 }
 
 }  // namespace
-
-bool IsHeld(const QWidget& widget) {
-  const QWidget* const open = QApplication::activeModalWidget();
-  return open != nullptr && open != widget.window();
-}
 
 ColourButton::ColourButton(const QString& text, QColor colour, QWidget* parent)
     : QPushButton(text, parent), colour_(colour) {

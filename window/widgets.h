@@ -8,9 +8,6 @@
 
 namespace bivouac {
 
-/// True while a box or dialog that is open holds this widget's window: nothing in it may act, whoever asks.
-bool IsHeld(const QWidget& widget);
-
 /// A button in a colour of its own. Space and Enter press it.
 class ColourButton : public QPushButton {
  public:
