@@ -156,7 +156,7 @@ void cmdOptions_Click(Main& main) {
   ShowTotal(main);
   ShowNoBestTime(main);
   // Into the tag, which nobody sees: the panel goes on showing the old time.
-  PanelOf(main, 6).Tag = kNoYourTime;
+  PanelOf(main, 6).Tag = NoYourTime();
   RefreshButtons(main);
   SizeLayout(main);
   TellOfLostSettings(main);

@@ -1,5 +1,6 @@
 #include "storage/status_panels.h"
 
+#include "game/controls.h"
 #include "game/text.h"
 #include "storage/players.h"
 
@@ -8,6 +9,11 @@ namespace {
 
 std::string MinutesAndSeconds(int minutes, int seconds) {
   return TwoDigits(minutes) + ":" + TwoDigits(seconds);
+}
+
+/// What a panel shows at first: where no time is known, it says so in the same words.
+std::string FirstText(std::size_t panel) {
+  return std::string(PanelTable()[panel - 1].Text);
 }
 
 }  // namespace
@@ -36,7 +42,7 @@ void ShowBestTime(Main& main) {
 }
 
 void ShowNoBestTime(Main& main) {
-  PanelOf(main, 5).Text = kNoBestTime;
+  PanelOf(main, 5).Text = FirstText(5);
 }
 
 void ShowYourTime(Main& main) {
@@ -44,8 +50,12 @@ void ShowYourTime(Main& main) {
   PanelOf(main, 6).Text = "Your Time: " + MinutesAndSeconds(own.PersonalMinutes, own.PersonalSeconds);
 }
 
+std::string NoYourTime() {
+  return FirstText(6);
+}
+
 void ShowNoYourTime(Main& main) {
-  PanelOf(main, 6).Text = kNoYourTime;
+  PanelOf(main, 6).Text = NoYourTime();
 }
 
 }  // namespace bivouac

@@ -1,12 +1,11 @@
 // The texts of the status bar: what is loaded, and its times.
 #pragma once
 
+#include <string>
+
 #include "game/game_state.h"
 
 namespace bivouac {
-
-inline constexpr const char* kNoBestTime = "Best Time: --:-- (No Best Time Yet)";
-inline constexpr const char* kNoYourTime = "Your Time: --:--";
 
 /// Panel 1, BoardSize.
 void ShowSize(Main& main);
@@ -23,5 +22,7 @@ void ShowNoBestTime(Main& main);
 /// Panel 6, the time in PersonalRec.
 void ShowYourTime(Main& main);
 void ShowNoYourTime(Main& main);
+/// What panel 6 shows where there is no time.
+std::string NoYourTime();
 
 }  // namespace bivouac
