@@ -2,8 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
-#include <QFile>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,7 +14,9 @@
 #include "game/blinking.h"
 #include "game/clock.h"
 #include "game/web_link.h"
+#include "storage/record_file.h"
 #include "storage/start_up.h"
+#include "window/own_files.h"
 
 namespace bivouac {
 namespace {
@@ -25,8 +25,6 @@ constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour 
 constexpr double kSmallest = 0.6;                // Of the opening size.
 constexpr int kBoxText = 13;
 constexpr const char* kProgressKey = "S";
-/// Seen from the program's folder.
-constexpr const char* kGuide = "../share/doc/bivouac/guide/index.html";
 constexpr const char* kOtherKeys =
     ". S says the time, the steps and the tents left. Tab goes from control to control, the board comes last."
     "\nON THE BOARD: Arrow keys, Page Up, Page Down, Home, End, Ctrl+Home and Ctrl+End move the frame. Space "
@@ -213,12 +211,11 @@ void MainWindow::PressByKey(const PlacedButton& button) {
 
 /// The guide in the browser where it is installed, otherwise the rules and the keys in a box.
 void MainWindow::ShowHelp() {
-  const QString guide = QDir::cleanPath(QString::fromStdString(main_.global.AppDir) + QLatin1String(kGuide));
-  if (QFile::exists(guide)) {
-    const ProgramAnswer opener = main_.desktop.FindExecutable(guide.toStdString(), "");
+  const std::string guide = OwnGuide();
+  if (FileExists(guide)) {
+    const ProgramAnswer opener = main_.desktop.FindExecutable(guide, "");
     constexpr int kGood = 33;
-    if (opener.Code >= kGood &&
-        main_.desktop.ShellExecute("open", opener.Program, guide.toStdString(), "", 1) >= kGood) {
+    if (opener.Code >= kGood && main_.desktop.ShellExecute("open", opener.Program, guide, "", 1) >= kGood) {
       return;
     }
   }

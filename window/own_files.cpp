@@ -24,4 +24,10 @@ std::string OwnModule(const std::string& name) {
   return Folder(BIVOUAC_MODULES_FROM_PROGRAM) + '/' + name;
 }
 
+std::string OwnGuide() {
+  const QDir program(QCoreApplication::applicationDirPath());
+  const QString page = program.filePath(QStringLiteral(BIVOUAC_GUIDE_FROM_PROGRAM "/index.html"));
+  return QFile::encodeName(QDir::cleanPath(page)).toStdString();
+}
+
 }  // namespace bivouac

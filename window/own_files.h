@@ -13,4 +13,7 @@ std::string OwnFolder();
 /// Requires: a QCoreApplication.
 std::string OwnModule(const std::string& name);
 
+/// The first page of the guide, which only an installed program has. Requires: a QCoreApplication.
+std::string OwnGuide();
+
 }  // namespace bivouac
