@@ -157,7 +157,9 @@ class AccessibleStatusBar : public QAccessibleWidget {
 
  private:
   int Panels() const { return QAccessibleWidget::childCount(); }
-  Announcement* Voice() const { return widget()->findChild<Announcement*>(); }
+  QObject* Voice() const {
+    return widget()->findChild<QObject*>(kAnnouncementName, Qt::FindDirectChildrenOnly);
+  }
 };
 
 class AccessibleAnnouncement : public QAccessibleObject {

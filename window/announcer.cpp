@@ -7,7 +7,7 @@
 namespace bivouac {
 
 Announcement::Announcement(QWidget* bar) : QObject(bar), bar_(bar) {
-  setObjectName(QStringLiteral("Announcement"));
+  setObjectName(kAnnouncementName);
 }
 
 void Announcement::Show(const QString& text) {

@@ -9,6 +9,8 @@
 
 namespace bivouac {
 
+inline const QString kAnnouncementName = QStringLiteral("Announcement");
+
 /// A text that shows for nobody but assistive tools, as a notification of the status bar. Where a toolkit has
 /// no call to announce something, readers listen to these.
 class Announcement : public QObject {

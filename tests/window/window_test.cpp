@@ -200,6 +200,9 @@ TEST(Window, KeysPressEnabledButtonsAndWhatChangedIsSaid) {
     const int cell = board.Current();
     const std::string place =
         "Row " + std::to_string(cell / 6 + 1) + ", column " + std::to_string(cell % 6 + 1) + ", ";
+    QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(Find(program, "StatusBar1"));
+    EXPECT_EQ(bar->child(bar->childCount() - 1)->role(), QAccessible::Notification);
+    EXPECT_EQ(bar->child(bar->childCount() - 1)->text(QAccessible::Name).toStdString(), opened);
     const struct {
       QKeySequence Keys;
       int Code, Steps;
