@@ -30,6 +30,7 @@ constexpr const char* kOtherKeys =
     "\nON THE BOARD: Arrow keys, Page Up, Page Down, Home, End, Ctrl+Home and Ctrl+End move the frame. Space "
     "and Enter click. G, T and O click the field on until it is grass, tent or open. Enter or Escape ends a "
     "hint.";
+constexpr const char* kPrintKey = "\nON PAPER: Ctrl+P prints the position.";
 constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
 
 QString Text(std::string_view text) {
@@ -191,6 +192,9 @@ void MainWindow::AddKeys() {
   }
   AddKey(QLatin1String(kProgressKey), [this] { announcer_->Say(SpokenProgress(main_)); });
   AddKey(QStringLiteral("F1"), [this] { Press([this] { ShowHelp(); }); });
+  if (printing_.IsOffered()) {
+    AddKey(QStringLiteral("Ctrl+P"), [this] { Press([this] { printing_.PrintPosition(main_); }); });
+  }
 }
 
 void MainWindow::AddKey(const QString& key, const std::function<void()>& press) {
@@ -227,6 +231,7 @@ void MainWindow::ShowHelp() {
   }
   QString text = Text(RulesText()) + QStringLiteral("\n\nKEYS: ") + keys.join(QStringLiteral(", "));
   text += QLatin1String(kOtherKeys);
+  if (printing_.IsOffered()) text += QLatin1String(kPrintKey);
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text.toStdString()});
 }
 

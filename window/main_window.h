@@ -13,6 +13,7 @@
 #include "window/board_widget.h"
 #include "window/clue_label.h"
 #include "window/event_road.h"
+#include "window/printing.h"
 #include "window/scale.h"
 #include "window/status_bar.h"
 #include "window/widgets.h"
@@ -101,6 +102,7 @@ class MainWindow : public QWidget {
 
   Main& main_;
   EventRoad& road_;
+  Printing printing_;
   Scale scale_;
 
   std::vector<Placed> placed_;

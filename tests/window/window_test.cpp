@@ -535,7 +535,7 @@ TEST(Window, TheDialogOfThePlayersTakesItsKeys) {
   EXPECT_EQ(kept.value("Players/Last_Player").toString(), "0");
 }
 
-TEST(Window, OpensTheWebSite) {
+TEST(Window, OpensTheWebSiteAndAPrintedPosition) {
   const QByteArray path = qgetenv("PATH");
   const QString folder = qEnvironmentVariable("BIVOUAC_TEST_FOLDER") + "/programs";
   QDir().mkpath(folder);
@@ -554,6 +554,26 @@ TEST(Window, OpensTheWebSite) {
     ASSERT_TRUE(asked.open(QFile::ReadOnly));
     EXPECT_TRUE(asked.readAll().startsWith("https://"));
     EXPECT_FALSE(QFile::exists(GameRun::DataFolder() + "/temphtm.HTM"));
+
+    // Nothing is printed while no puzzle is on the board, nor where the pack maker is not beside the game.
+    asked.close();
+    asked.remove();
+    const auto print = [&] {
+      program.Window().activateWindow();
+      ASSERT_TRUE(QTest::qWaitForWindowActive(&program.Window()));
+      QTest::keyClick(program.Window().focusWidget(), Qt::Key_P, Qt::ControlModifier);
+    };
+    print();
+    OpenPuzzle(run, program, 1);
+    EXPECT_FALSE(asked.exists());
+    if (!BIVOUAC_PRINTS) return;
+    print();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return asked.exists(); }));
+    ASSERT_TRUE(asked.open(QFile::ReadOnly));
+    QFile page(QString::fromLocal8Bit(asked.readAll()).trimmed());
+    EXPECT_TRUE(page.fileName().endsWith(" 1.pdf")) << page.fileName().toStdString();
+    ASSERT_TRUE(page.open(QFile::ReadOnly));
+    EXPECT_TRUE(page.readAll().startsWith("%PDF"));
   });
   qputenv("PATH", path);
 }
