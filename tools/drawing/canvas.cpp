@@ -9,6 +9,15 @@
 
 #include "tools/pack_access.h"
 
+#ifdef __SANITIZE_ADDRESS__
+// The libraries keep what they set up once, and some of what an SVG's tiles were made of. The sanitizer asks
+// for this.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libfontconfig\nleak:libpango\nleak:libcairo\nleak:librsvg\n";
+}
+#endif
+
 namespace bivouac {
 namespace {
 
