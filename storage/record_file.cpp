@@ -140,22 +140,27 @@ std::string BehindLinks(const std::string& path) {
   return target.string();
 }
 
-/// A mark beside a file, only there while a record is added that lies on two pages of memory: the length of
-/// the file before, as eight bytes. The kernel breaks the write of a program that is killed off between two
-/// pages; the next turn finds the mark then, and cuts what is no record.
-std::string EndMark(const std::string& path) {
+/// A mark beside a file, only there while records are added that lie on several pages of memory. The kernel
+/// breaks the write of a program that is killed off between two pages; the next turn finds the mark then, and
+/// cuts what is no record.
+struct EndMark {
+  std::uint64_t Before;  ///< The length of the file.
+  std::uint64_t After;   ///< What it is to become.
+};
+
+std::string PathOfMark(const std::string& path) {
   const fs::path target = BehindLinks(path);
   return (target.parent_path() / (".bivouac-end-" + target.filename().string())).string();
 }
 
 /// Returns false if there is no room for the mark: then it is done without.
-bool MarkEnd(const std::string& path, std::uint64_t length) {
-  const std::string mark = EndMark(path);
+bool MarkEnd(const std::string& path, const EndMark& end) {
+  const std::string mark = PathOfMark(path);
   const int descriptor = Repeating([&] {
     return open(mark.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kNewFileMode);
   });
   if (descriptor < 0) return false;
-  const bool written = write(descriptor, &length, sizeof length) == sizeof length;
+  const bool written = write(descriptor, &end, sizeof end) == sizeof end;
   close(descriptor);
   if (!written) unlink(mark.c_str());
   return written;
@@ -213,7 +218,7 @@ RecordCounts CountsOf(std::uintmax_t length) {
 
 SharedFile::SharedFile(std::string path, Patience patience) : path_(std::move(path)), patience_(patience) {
   Open();
-  if (FileExists(EndMark(path_))) IgnoringFileErrors([this] { const Turn cuts(*this); });
+  if (FileExists(PathOfMark(path_))) IgnoringFileErrors([this] { const Turn cuts(*this); });
 }
 
 SharedFile::~SharedFile() {
@@ -276,25 +281,27 @@ void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> by
   const std::uintmax_t before = Length();
   if (before == 0) maybeNew_ = true;
   const std::uintmax_t last = offset + bytes.size() - 1;
-  const bool marked = last >= before && offset / kPage != last / kPage && MarkEnd(path_, before);
+  const bool marked = last >= before && offset / kPage != last / kPage && MarkEnd(path_, {before, last + 1});
   int reason = WriteAll(descriptor_, offset, bytes);
   if (reason != 0 && Length() > before && ftruncate(descriptor_, static_cast<off_t>(before)) != 0)
     reason = errno;
-  if (marked) unlink(EndMark(path_).c_str());
+  if (marked) unlink(PathOfMark(path_).c_str());
   if (reason != 0) ThrowFileError(reason, path_);
 }
 
 void SharedFile::CutWhatAKilledProgramLeft() {
-  const std::string mark = EndMark(path_);
+  const std::string mark = PathOfMark(path_);
   const int descriptor = Repeating([&] { return open(mark.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
   if (descriptor < 0) return;
-  std::uint64_t end = 0;
+  EndMark end{};
   const bool known = read(descriptor, &end, sizeof end) == sizeof end;
   close(descriptor);
   const std::uintmax_t length = Length();
-  // A file that has grown by whole records since, or was replaced, is left alone.
-  const bool half = length > end && length < end + 2 * sizeof(PackRecord) && length % sizeof(PackRecord) != 0;
-  if (known && half && ftruncate(descriptor_, static_cast<off_t>(end)) != 0) return;
+  const std::uintmax_t wholeRecords =
+      std::max<std::uintmax_t>(end.Before, length - length % sizeof(PackRecord));
+  // A file that has grown by more since, or was replaced, is left alone.
+  const bool broken = length > end.Before && length < end.After && length > wholeRecords;
+  if (known && broken && ftruncate(descriptor_, static_cast<off_t>(wholeRecords)) != 0) return;
   unlink(mark.c_str());
 }
 
@@ -361,13 +368,25 @@ void RecordFile<Record>::Write(long number, const Record& record) {
 }
 
 template <class Record>
+void RecordFile<Record>::WriteAll(long first, std::span<const Record> records) {
+  if (records.empty()) return;
+  std::vector<std::uint8_t> bytes;
+  bytes.reserve(records.size() * kBytes);
+  for (const Record& record : records) {
+    const auto encoded = Encode(record);
+    bytes.insert(bytes.end(), encoded.begin(), encoded.end());
+  }
+  WriteAt(OffsetOf(first), bytes);
+}
+
+template <class Record>
 RecordCounts RecordFile<Record>::Counts() const {
   return CountsOf<Record>(Length());
 }
 
 template <class Record>
 RecordCounts CountRecords(const std::string& path) {
-  if (FileExists(path) && FileExists(EndMark(path))) IgnoringFileErrors([&] { RecordFile<Record>{path}; });
+  if (FileExists(path) && FileExists(PathOfMark(path))) IgnoringFileErrors([&] { RecordFile<Record>{path}; });
   std::error_code error;
   const std::uintmax_t length = fs::file_size(path, error);
   return CountsOf<Record>(error ? 0 : length);

@@ -113,6 +113,8 @@ class RecordFile : public SharedFile {
   /// Writes a record whole, in a turn of its own unless one is held; one past the end extends the file. A
   /// write that fails leaves every other record, and the length of the file, as they were.
   void Write(long number, const Record& record);
+  /// The same for records that follow one another, in one stroke: all of them or none.
+  void WriteAll(long first, std::span<const Record> records);
   RecordCounts Counts() const;
   /// Bytes behind the last whole record.
   int SpareBytes() const { return static_cast<int>(Length() % kBytes); }

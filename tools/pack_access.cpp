@@ -132,13 +132,22 @@ void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
       if (file_->Openings() != openings_) return false;
       LookAtNewRecords();
     }
-    long number = file_->Counts().Whole;
-    for (std::size_t i = 0; i < puzzles.size(); ++i) {
-      if (twins_ == Twins::LeaveOut && !views_.insert(std::move(views[i])).second) continue;
-      file_->Write(++number, puzzles[i]);
-      ++added_;
+    std::vector<PackRecord> wanted;
+    if (twins_ == Twins::Keep) wanted = puzzles;
+    for (std::size_t i = 0; i < views.size(); ++i) {
+      if (views_.insert(std::move(views[i])).second) wanted.push_back(puzzles[i]);
     }
-    seen_ = number;
+    const long whole = file_->Counts().Whole;
+    if (IgnoringFileErrors([&] { file_->WriteAll(whole + 1, wanted); })) {
+      added_ += static_cast<long>(wanted.size());
+    } else {
+      // As many as there is room for.
+      for (long number = whole; const PackRecord& puzzle : wanted) {
+        file_->Write(++number, puzzle);
+        ++added_;
+      }
+    }
+    seen_ = whole + static_cast<long>(wanted.size());
     return true;
   };
   try {
