@@ -48,7 +48,7 @@ class Blocks {
       if (times == 0) continue;
       canvas_.Text(std::to_string(times), {kMargin + 24, at}, {.Size = 9, .Align = Alignment::Right});
       canvas_.Text(std::string(rule.Name), {kMargin + 36, at}, {.Size = 9});
-      at += canvas_.Text(Counted(times * rule.Seconds, "second"), {kMargin + 240, at},
+      at += canvas_.Text(Counted(static_cast<long>(times) * rule.Seconds, "second"), {kMargin + 240, at},
                          {.Size = 9, .Align = Alignment::Right});
     }
     EndPage();

@@ -90,7 +90,9 @@ BoardGeometry::BoardGeometry(int size, Point corner, double side, ClueLabels clu
 }
 
 Box BoardGeometry::Field(int cell) const {
-  return {Corner.X + cell % Size * Pitch, Corner.Y + cell / Size * Pitch, Pitch, Pitch};
+  const int row = cell / Size;
+  const int col = cell % Size;
+  return {Corner.X + col * Pitch, Corner.Y + row * Pitch, Pitch, Pitch};
 }
 
 BoardPainter::BoardPainter(Look look) : look_(look) {

@@ -159,10 +159,11 @@ void BookWriter::Puzzle(const BookPuzzle& puzzle) {
 }
 
 void BookWriter::NotesBelow(double y) {
-  const double line = kNoteLine * scale_;
-  if (y + 2 * line > foot_) return;
+  const double height = kNoteLine * scale_;
+  if (y + 2 * height > foot_) return;
   canvas_.Text("Notes", {margin_, y}, {.Size = 9 * scale_, .Ink = kGrey});
-  for (double at = y + line; at < foot_; at += line) {
+  for (int line = 1; y + line * height < foot_; ++line) {
+    const double at = y + line * height;
     canvas_.Line({margin_, at}, {layout_.Paper.Width - margin_, at}, 0.4 * scale_, kGrey);
   }
 }
