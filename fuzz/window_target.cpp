@@ -169,11 +169,15 @@ class Hand : public QObject {
     const QPointF global = widget->mapToGlobal(inside);
     const QPointer<QWidget> alive(widget);
     const auto send = [&](QEvent::Type type, Qt::MouseButtons held) {
-      QMouseEvent event(type, inside, global, Qt::LeftButton, held, Qt::NoModifier);
-      if (alive != nullptr) QApplication::sendEvent(alive, &event);
+      Send(alive, QMouseEvent(type, inside, global, Qt::LeftButton, held, Qt::NoModifier));
     };
     send(QEvent::MouseButtonPress, Qt::LeftButton);
     send(QEvent::MouseButtonRelease, Qt::NoButton);
+  }
+
+  /// What came before the event may have ended the widget.
+  static void Send(const QPointer<QWidget>& alive, QEvent&& event) {
+    if (alive != nullptr) QApplication::sendEvent(alive, &event);
   }
 
   void PressSomeButton(QWidget& top) {
@@ -204,8 +208,7 @@ class Hand : public QObject {
   static void Key(QWidget& widget, const Pressed& key) {
     const QPointer<QWidget> alive(&widget);
     for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
-      QKeyEvent event(type, key.Code, key.Modifiers, key.Text);
-      if (alive != nullptr) QApplication::sendEvent(alive, &event);
+      Send(alive, QKeyEvent(type, key.Code, key.Modifiers, key.Text));
     }
   }
   static void Key(QWidget& widget, Qt::Key key) { Key(widget, {key, Qt::NoModifier, {}}); }

@@ -8,7 +8,6 @@
 #include <QScreen>
 #include <QShortcut>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "game/blinking.h"
@@ -32,10 +31,6 @@ constexpr const char* kOtherKeys =
     "hint.";
 constexpr const char* kPrintKey = "\nON PAPER: Ctrl+P prints the position.";
 constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
@@ -75,7 +70,7 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
         AddButton(row);
         break;
       case ControlKind::CheckBox:
-        sound_ = new ScaledCheckBox(Text(row.Caption), this);
+        sound_ = new ScaledCheckBox(QString::fromUtf8(row.Caption), this);
         sound_->setAccessibleDescription(QStringLiteral("Turns sounds on and off"));
         connect(sound_, &QCheckBox::clicked, this,
                 [this](bool checked) { Press([this, checked] { PressSound(main_, checked); }); });
@@ -121,8 +116,8 @@ void MainWindow::SetIcon() {
 }
 
 void MainWindow::AddPlaced(QWidget* widget, const ControlRow& row) {
-  widget->setObjectName(Text(row.Name));
-  widget->setToolTip(Text(row.ToolTip));
+  widget->setObjectName(QString::fromUtf8(row.Name));
+  widget->setToolTip(QString::fromUtf8(row.ToolTip));
   placed_.push_back({widget, row.At});
 }
 
@@ -130,7 +125,7 @@ void MainWindow::AddButton(const ControlRow& control) {
   const ButtonRow& row = ButtonOf(control.ItsButton);
   const auto text = std::find_if(kButtonTexts.begin(), kButtonTexts.end(),
                                  [&](const ButtonText& candidate) { return candidate.Value == row.Value; });
-  auto* button = new ColourButton(Text(control.Caption), ColourOf(control.Background), this);
+  auto* button = new ColourButton(QString::fromUtf8(control.Caption), ColourOf(control.Background), this);
   const QString description = QString::fromLatin1(text->Description);
   button->setAccessibleDescription(description);
   button->SetKeys(QString::fromLatin1(text->Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
@@ -159,7 +154,7 @@ LabelLook MainWindow::LookOf(const ControlRow& row) {
 void MainWindow::AddLabel(const ControlRow& row) {
   auto* label = new TextLabel(LookOf(row), this);
   AddPlaced(label, row);
-  label->SetText(Text(row.Caption));
+  label->SetText(QString::fromUtf8(row.Caption));
   label->setAccessibleDescription(row.ToolTip.empty() ? QStringLiteral("Rules and hints") : label->toolTip());
   if (row.Kind == ControlKind::Figure) labels_.push_back({label, row.ItsLabel});
   if (row.Kind == ControlKind::Link) {
@@ -229,7 +224,8 @@ void MainWindow::ShowHelp() {
     if (widget.Keys().isEmpty()) continue;
     keys += QStringLiteral("%1: %2").arg(widget.Keys().join(QStringLiteral(" or ")), widget.text());
   }
-  QString text = Text(RulesText()) + QStringLiteral("\n\nKEYS: ") + keys.join(QStringLiteral(", "));
+  QString text =
+      QString::fromUtf8(RulesText()) + QStringLiteral("\n\nKEYS: ") + keys.join(QStringLiteral(", "));
   text += QLatin1String(kOtherKeys);
   if (printing_.IsOffered()) text += QLatin1String(kPrintKey);
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text.toStdString()});
@@ -261,7 +257,7 @@ void MainWindow::AddShield() {
   continue_->setCursor(Qt::PointingHandCursor);
   continue_->setFocusPolicy(Qt::TabFocus);
   continue_->SetClick([this] { Press([this] { PressContinue(main_); }); });
-  continue_->setObjectName(Text(picture.Name));
+  continue_->setObjectName(QString::fromUtf8(picture.Name));
 }
 
 void MainWindow::ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main)) {
@@ -282,13 +278,14 @@ void MainWindow::Press(const EventRoad::Handler& press) {
 void MainWindow::Draw() {
   if (main_.Caption != drawnTitle_) {
     drawnTitle_ = main_.Caption;
-    setWindowTitle(Text(drawnTitle_));
+    setWindowTitle(QString::fromUtf8(drawnTitle_));
     setAccessibleName(windowTitle());
   }
   board_->Draw();
   DrawClues();
   status_->Draw(main_.StatusBar1);
-  for (const PlacedLabel& label : labels_) label.Widget->SetText(Text((main_.*label.Value).Caption));
+  for (const PlacedLabel& label : labels_)
+    label.Widget->SetText(QString::fromUtf8((main_.*label.Value).Caption));
   const bool hintWaited = hintTakesClicks_;
   DrawHint();
   // What can be used comes first and what cannot any longer last: the focus goes in between.
@@ -327,7 +324,7 @@ bool MainWindow::HintTakesClicks() const {
 }
 
 void MainWindow::DrawHint() {
-  const QString text = Text(main_.lblHint.Caption);
+  const QString text = QString::fromUtf8(main_.lblHint.Caption);
   if (text == hint_->text()) return;
   hint_->SetText(text);
   hint_->setAccessibleName(QString::fromStdString(SpokenHint(main_)));
@@ -404,7 +401,7 @@ void MainWindow::LayOut() {
   scale_ = Scale::ToFit(size());
   const double unit = Unit();
   QFont boxes = font();  // They have the font of the window that they come up over.
-  boxes.setPixelSize(static_cast<int>(std::lround(kBoxText * BoxUnit())));
+  boxes.setPixelSize(PixelsOf(kBoxText, BoxUnit()));
   setFont(boxes);
   for (const Placed& placed : placed_) {
     placed.Widget->setGeometry(scale_.Map(placed.At));
@@ -423,7 +420,7 @@ void MainWindow::LayOut() {
   picture.Left += box.Left;
   picture.Top += box.Top;
   continue_->setGeometry(scale_.Map(picture).translated(-shield_->pos()));
-  const int bar = scale_.Pixels(static_cast<double>(kStatusBarHeight) / kTwipsPerPixel);
+  const int bar = PixelsOf(static_cast<double>(kStatusBarHeight) / kTwipsPerPixel, unit);
   status_->setGeometry(0, height() - bar, width(), bar);
   status_->LayOut(unit);
   board_->SetScale(scale_);

@@ -30,7 +30,7 @@ class MainWindow : public QWidget {
   /// Shows the icon, which a window can do without while it comes up.
   void SetIcon();
   /// Length of a pixel of the window's opening size, in present pixels.
-  double Unit() const { return scale_.Factor * kTwipsPerPixel; }
+  double Unit() const { return scale_.Unit(); }
   /// The same for boxes and dialogs, which stay readable over a small window and follow a desktop's large
   /// font.
   double BoxUnit() const;

@@ -8,7 +8,9 @@
 #include <QLabel>
 #include <QScreen>
 #include <QVBoxLayout>
-#include <cmath>
+
+#include "window/keys.h"
+#include "window/scale.h"
 
 namespace bivouac {
 namespace {
@@ -17,20 +19,12 @@ constexpr int kText = 13;  // Pixels at the main window's opening size.
 constexpr int kListWidth = 190;
 constexpr int kListHeight = 170;
 
-int Scaled(int atOpeningSize, double unit) {
-  return std::max(1, static_cast<int>(std::lround(atOpeningSize * unit)));
-}
-
 /// The text with a word in it that no line ends in, though it has hyphens.
 QString Unbroken(QString text, const QString& word) {
   constexpr QChar kJoiner(0x2060);
   QString joined;
   for (const QChar sign : word) joined += QString(joined.isEmpty() ? QString() : QString(kJoiner)) + sign;
   return text.replace(word, joined);
-}
-
-bool IsEnter(int key) {
-  return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 }  // namespace
@@ -104,19 +98,20 @@ PlayerDialog::PlayerDialog(FormNamen& form, EventRoad& road, QWidget* mainWindow
 
 void PlayerDialog::Resize(double unit) {
   QFont plain = font();
-  plain.setPixelSize(Scaled(kText, unit));
+  plain.setPixelSize(PixelsOf(kText, unit));
   setFont(plain);
   QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  fixed.setPixelSize(Scaled(kText, unit));
+  fixed.setPixelSize(PixelsOf(kText, unit));
   list_->setFont(fixed);
   field_->setFont(fixed);
   for (QPushButton* button : buttons_) {
     const int textWidth = QFontMetrics(plain).horizontalAdvance(button->text());
-    button->setMinimumSize(textWidth + Scaled(20, unit), Scaled(26, unit));
+    button->setMinimumSize(textWidth + PixelsOf(20, unit), PixelsOf(26, unit));
   }
-  list_->setMinimumSize(Scaled(kListWidth, unit), Scaled(kListHeight, unit));
-  layout()->setContentsMargins(Scaled(12, unit), Scaled(12, unit), Scaled(12, unit), Scaled(12, unit));
-  layout()->setSpacing(Scaled(8, unit));
+  list_->setMinimumSize(PixelsOf(kListWidth, unit), PixelsOf(kListHeight, unit));
+  layout()->setContentsMargins(PixelsOf(12, unit), PixelsOf(12, unit), PixelsOf(12, unit),
+                               PixelsOf(12, unit));
+  layout()->setSpacing(PixelsOf(8, unit));
   adjustSize();
 }
 

@@ -24,8 +24,7 @@ constexpr auto kBetweenEvents = std::chrono::milliseconds(8);
 constexpr int kSoundRestAfter = 3000;  // Milliseconds.
 
 QString SettingName(std::string_view section, std::string_view key) {
-  return QString::fromUtf8(section.data(), static_cast<qsizetype>(section.size())) + QLatin1Char('/') +
-         QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+  return QString::fromUtf8(section) + QLatin1Char('/') + QString::fromUtf8(key);
 }
 
 std::string PathText(const QString& path) {
@@ -122,8 +121,7 @@ std::string QtDesktop::GetSetting(std::string_view section, std::string_view key
 }
 
 bool QtDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
-  settings_.setValue(SettingName(section, key),
-                     QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())));
+  settings_.setValue(SettingName(section, key), QString::fromUtf8(value));
   settings_.sync();
   return settings_.status() != QSettings::AccessError;
 }

@@ -10,6 +10,12 @@
 
 namespace bivouac {
 
+/// A length given in pixels of the window's opening size, such as a font's or a line's, in present pixels: at
+/// least 1. `unit` is the present length of a pixel of the opening size.
+inline int PixelsOf(double atOpeningSize, double unit) {
+  return std::max(1, static_cast<int>(std::lround(atOpeningSize * unit)));
+}
+
 /// One factor for both directions; what is left over in one of them lies in equal parts on both sides.
 struct Scale {
   double Factor = 1.0 / kTwipsPerPixel;  ///< Logical pixels per twip.
@@ -34,10 +40,8 @@ struct Scale {
     return {left, top, right - left, bottom - top};
   }
 
-  /// A length given in pixels of the window's opening size, such as a font's or a line's.
-  int Pixels(double atOpeningSize) const {
-    return std::max(1, static_cast<int>(std::lround(atOpeningSize * Factor * kTwipsPerPixel)));
-  }
+  /// The present length of a pixel of the window's opening size.
+  double Unit() const { return Factor * kTwipsPerPixel; }
 
   friend bool operator==(const Scale&, const Scale&) = default;
 };

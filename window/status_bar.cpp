@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "window/scale.h"
 #include "window/text_fit.h"
 
 namespace bivouac {
@@ -21,7 +22,7 @@ StatusBar::StatusBar(QWidget* parent) : QWidget(parent) {
   setAccessibleDescription(QStringLiteral("What is known of the current puzzle"));
   for (std::size_t i = 0; i < labels_.size(); ++i) {
     const PanelRow& row = PanelTable()[i];
-    const QString tip = QString::fromUtf8(row.ToolTip.data(), static_cast<qsizetype>(row.ToolTip.size()));
+    const QString tip = QString::fromUtf8(row.ToolTip);
     auto* label = new TextLabel({.Alignment = Qt::AlignLeft | Qt::AlignVCenter}, this);
     label->setObjectName(QStringLiteral("StatusBar1.Panels(%1)").arg(i + 1));
     label->setAccessibleDescription(tip);
@@ -57,8 +58,8 @@ void StatusBar::LayOut(double unit) {
 
 /// One size for all texts that fit on a line of at least the smallest size; others are wrapped.
 void StatusBar::FitTexts() {
-  const int smallest = static_cast<int>(std::lround(kSmallestText * unit_));
-  int common = static_cast<int>(std::lround(kLargestText * unit_));
+  const int smallest = PixelsOf(kSmallestText, unit_);
+  int common = PixelsOf(kLargestText, unit_);
   for (TextLabel* label : labels_) {
     const QFont font =
         FittingFont(label->font(), label->text(), label->TextRoom(), common, Wrapping::OneLine);

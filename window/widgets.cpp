@@ -7,6 +7,8 @@
 #include <cmath>
 
 #include "game/controls.h"
+#include "window/keys.h"
+#include "window/scale.h"
 #include "window/text_fit.h"
 
 namespace bivouac {
@@ -17,8 +19,11 @@ constexpr double kCorner = 3.5;
 constexpr QColor kFocus(0x00, 0x2A, 0x8C);
 constexpr QColor kFaintText(0x7A, 0x7A, 0x7A);
 
-bool IsPressKey(const QKeyEvent& event) {
-  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter || event.key() == Qt::Key_Space;
+/// Returns whether the key was Enter, which clicks the button as Space does; held down, it clicks once.
+bool ClickedByEnter(QAbstractButton& button, const QKeyEvent& event) {
+  if (!IsEnter(event.key())) return false;
+  if (!event.isAutoRepeat()) button.click();
+  return true;
 }
 
 QColor Mixed(const QColor& a, const QColor& b, double shareOfB) {
@@ -38,10 +43,6 @@ void PaintFocus(QPainter& painter, const QRectF& rect, double unit) {
   painter.drawRoundedRect(rect.adjusted(inner, inner, -inner, -inner), kCorner * unit, kCorner * unit);
 }
 
-int FontPixels(int atOpeningSize, double unit) {
-  return std::max(1, static_cast<int>(std::lround(atOpeningSize * unit)));
-}
-
 }  // namespace
 
 ColourButton::ColourButton(const QString& text, QColor colour, QWidget* parent)
@@ -54,7 +55,7 @@ void ColourButton::FitText(double unit) {
   unit_ = unit;
   const int margin = static_cast<int>(std::ceil(5 * unit));
   const QSize room = size() - QSize(2 * margin, 2);
-  setFont(FittingFont(font(), text(), room, FontPixels(kButtonText, unit), Wrapping::OneLine));
+  setFont(FittingFont(font(), text(), room, PixelsOf(kButtonText, unit), Wrapping::OneLine));
 }
 
 void ColourButton::paintEvent(QPaintEvent*) {
@@ -84,10 +85,7 @@ void ColourButton::paintEvent(QPaintEvent*) {
 }
 
 void ColourButton::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (!event->isAutoRepeat()) click();
-    return;
-  }
+  if (ClickedByEnter(*this, *event)) return;
   // Arrow keys belong to the board, not to the order of the buttons.
   if (event->key() == Qt::Key_Space) return QPushButton::keyPressEvent(event);
   QWidget::keyPressEvent(event);
@@ -116,7 +114,7 @@ ScaledCheckBox::ScaledCheckBox(const QString& text, QWidget* parent) : QCheckBox
 void ScaledCheckBox::FitText(double unit) {
   unit_ = unit;
   const QSize room(width() - static_cast<int>(std::ceil(24 * unit)), height());
-  setFont(FittingFont(font(), text(), room, FontPixels(kButtonText, unit), Wrapping::OneLine));
+  setFont(FittingFont(font(), text(), room, PixelsOf(kButtonText, unit), Wrapping::OneLine));
 }
 
 void ScaledCheckBox::paintEvent(QPaintEvent*) {
@@ -144,10 +142,7 @@ void ScaledCheckBox::paintEvent(QPaintEvent*) {
 }
 
 void ScaledCheckBox::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (!event->isAutoRepeat()) click();
-    return;
-  }
+  if (ClickedByEnter(*this, *event)) return;
   if (event->key() == Qt::Key_Space) return QCheckBox::keyPressEvent(event);
   QWidget::keyPressEvent(event);
 }
@@ -157,7 +152,6 @@ TextLabel::TextLabel(const LabelLook& look, QWidget* parent) : QLabel(parent), l
   setWordWrap(true);
   QFont own = font();
   own.setBold(look.Bold);
-  own.setUnderline(look.Underlined);
   setFont(own);
 }
 
@@ -196,7 +190,7 @@ QSize TextLabel::TextRoom() const {
 
 void TextLabel::FitText(double unit) {
   unit_ = unit;
-  FitTextBelow(FontPixels(look_.LargestText, unit));
+  FitTextBelow(PixelsOf(look_.LargestText, unit));
 }
 
 void TextLabel::FitTextBelow(int largest) {
@@ -251,7 +245,7 @@ void TextLabel::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TextLabel::keyPressEvent(QKeyEvent* event) {
-  if (!click_ || !IsPressKey(*event)) return QLabel::keyPressEvent(event);
+  if (!click_ || !IsPressKey(event->key())) return QLabel::keyPressEvent(event);
   if (!event->isAutoRepeat()) click_();
 }
 

@@ -58,7 +58,6 @@ struct LabelLook {
   Qt::Alignment Alignment = Qt::AlignCenter;
   int LargestText = 13;  ///< Pixels at the window's opening size.
   bool Bold = false;
-  bool Underlined = false;
 };
 
 /// Plain text that is wrapped at words and shrunk until it lies wholly within the label; or a picture,

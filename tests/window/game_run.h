@@ -5,7 +5,6 @@
 #include <QDialog>
 #include <deque>
 #include <functional>
-#include <string_view>
 #include <vector>
 
 #include "window/program.h"
@@ -55,9 +54,6 @@ GameRun::Answer Press(Qt::Key key);
 /// An answer: a text, and Enter.
 GameRun::Answer Type(const QString& text);
 
-inline QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 QWidget* Find(Program& program, const QString& name);
 /// A click of the left button on the control of that name.
 void ClickOn(Program& program, const QString& name);

@@ -235,7 +235,7 @@ TEST(Painted, TextsStandWhereTheirValuesSay) {
       if (row.Kind != ControlKind::Figure && row.Kind != ControlKind::Text && row.Kind != ControlKind::Link)
         continue;
       SCOPED_TRACE(row.Name);
-      const QImage label = Painted(program, Text(row.Name));
+      const QImage label = Painted(program, QString::fromUtf8(row.Name));
       EXPECT_GT(CountNear(label, static_cast<QRgb>(row.Background)), label.width() * label.height() / 2);
       EXPECT_GT(CountNear(label, static_cast<QRgb>(row.Foreground)), 10);
     }
@@ -262,15 +262,15 @@ TEST(Painted, ControlsHaveTheirFaceTheirTextAndTheirState) {
     program.Window().activateWindow();
     QCoreApplication::processEvents();
     for (const ControlRow& row : ControlTable()) {
-      auto* button = program.Window().findChild<QAbstractButton*>(Text(row.Name));
+      auto* button = program.Window().findChild<QAbstractButton*>(QString::fromUtf8(row.Name));
       if (button == nullptr) continue;
       SCOPED_TRACE(row.Name);
-      EXPECT_EQ(button->text(), Text(row.Caption));
+      EXPECT_EQ(button->text(), QString::fromUtf8(row.Caption));
       EXPECT_EQ(button->geometry(),
                 QRect(row.At.Left / 15, row.At.Top / 15, row.At.Width / 15, row.At.Height / 15));
       const auto reset = [&] {
         program.Window().Board().setFocus();
-        button->setText(Text(row.Caption));
+        button->setText(QString::fromUtf8(row.Caption));
         button->setEnabled(true);
         button->setDown(false);
       };
