@@ -45,7 +45,6 @@ expect 2 "--title" print six.bvq 1 -o one.svg --title Two
 expect 2 "--board: 3 digits" print six.bvq 1 -o one.svg --board 012
 expect 2 "no puzzle 3" explain six.bvq 3
 expect 2 "--from: not the trees" explain six.bvq 1 --from 000000000000000000000000000000000000
-expect 2 "no such file" stats missing.bvq
 expect 0 "0 puzzles added to six.bvq, 2 left out" merge six.bvq six.bvq
 
 "$program" list six.bvq >/dev/full 2>err

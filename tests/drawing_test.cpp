@@ -1,15 +1,17 @@
 #include <atomic>
 #include <cairo.h>
 #include <cstdio>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
 
 #include "game/play.h"
 #include "tests/support/files.h"
-#include "tests/support/packs.h"
+#include "tests/support/picture.h"
 #include "tools/drawing/board_painter.h"
 #include "tools/drawing_commands.h"
 #include "tools/pack_access.h"
+#include "tools/position.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
@@ -191,15 +193,10 @@ TEST_F(Drawing, APictureShowsAPositionInTheColoursOfTheWindow) {
   }
 }
 
-/// The columns of each line of a table.
+/// The columns of each line that was written.
 std::vector<std::vector<std::string>> Rows(const std::string& table) {
   std::vector<std::vector<std::string>> rows;
-  std::istringstream lines(table);
-  for (std::string line; std::getline(lines, line);) {
-    rows.emplace_back();
-    std::istringstream columns(line);
-    for (std::string column; std::getline(columns, column, '\t');) rows.back().push_back(column);
-  }
+  for (const std::string& line : Split(table, '\n')) rows.push_back(Split(line, '\t'));
   return rows;
 }
 
@@ -218,20 +215,16 @@ TEST_F(Drawing, AnExplanationIsTheWayOfTheGamesHints) {
     LayOutRecord(bench.main, record);
     StartPuzzle(bench.main);
     int seconds = 0;
-    const auto digits = [&] {
-      std::string text;
-      for (int cell = 0; cell < bench.main.CellCount; ++cell) text += std::to_string(bench.main.Board[cell]);
-      return text;
-    };
     for (std::size_t step = 0; step + 1 < rows.size(); ++step) {
       out.str("");
-      GiveHint({.Pack = options.Pack, .Number = 100, .Board = digits(), .Output = Format::Table}, terminal);
+      GiveHint(
+          {.Pack = options.Pack, .Number = 100, .Board = BoardDigits(bench.main), .Output = Format::Table},
+          terminal);
       const std::vector<std::string> hint = Rows(out.str()).at(0);
       ASSERT_EQ(rows[step][3], hint[1]) << step;
       ASSERT_EQ(rows[step][5], hint[4]) << step;
       seconds += std::stoi(hint[1]);
-      std::istringstream changes(rows[step][4]);
-      for (std::string change; std::getline(changes, change, ',');) {
+      for (const std::string& change : Split(rows[step][4], ',')) {
         const int cell = std::stoi(change);
         const int code = change.back() - '0';
         ASSERT_EQ(bench.main.Board[cell], CELL_OPEN);
@@ -240,8 +233,8 @@ TEST_F(Drawing, AnExplanationIsTheWayOfTheGamesHints) {
       }
     }
     EXPECT_EQ(rows.back(), (std::vector<std::string>{"SOLVED", std::to_string(rows.size() - 1),
-                                                     std::to_string(seconds), digits()}));
-    EXPECT_EQ(digits().find('0'), std::string::npos);
+                                                     std::to_string(seconds), BoardDigits(bench.main)}));
+    EXPECT_EQ(BoardDigits(bench.main).find('0'), std::string::npos);
 
     options.Drawing.Output = PathOf("explained.pdf");
     options.Drawing.Force = true;
@@ -277,25 +270,26 @@ TEST_F(Drawing, AnExplanationSaysWhereHintsEnd) {
 }
 
 TEST_F(Drawing, BadInputLeavesNoFile) {
-  const auto with = [&](auto change) {
-    BookOptions book = Book("bad.pdf");
-    change(book);
-    return ErrorOf(book);
-  };
-  EXPECT_NE(with([](BookOptions& b) { b.Numbers = {{99, 101}}; }).find("no puzzle 101"), std::string::npos);
-  EXPECT_NE(with([](BookOptions& b) { b.Paper = "a7"; }).find("--paper: 'a7'"), std::string::npos);
-  EXPECT_NE(with([](BookOptions& b) { b.Paper = "40x60"; }).find("too small"), std::string::npos);
-  EXPECT_NE(with([&](BookOptions& b) { b.Drawing.Output = PathOf("bad.png"); }).find("a book is a PDF"),
-            std::string::npos);
-  EXPECT_NE(with([&](BookOptions& b) { b.Drawing.Output = PathOf("none/bad.pdf"); }).find("No such file"),
-            std::string::npos);
   std::string bytes = BytesOf(PackOf(12));
   bytes[2 * 1376 + 648 + 2] = 9;
   WriteBytes(PathOf("damaged.bvq"), bytes);
-  EXPECT_NE(with([&](BookOptions& b) {
-              b.Packs = {PathOf("damaged.bvq")};
-            }).find("record 3 is damaged: it has the code 9 in Layout[1]"),
-            std::string::npos);
+  const std::pair<std::function<void(BookOptions&)>, const char*> cases[] = {
+      {[](BookOptions& b) {
+         b.Numbers = {{99, 101}};
+       },
+       "no puzzle 101"},
+      {[](BookOptions& b) { b.Paper = "a7"; }, "--paper: 'a7'"},
+      {[](BookOptions& b) { b.Paper = "40x60"; }, "too small"},
+      {[&](BookOptions& b) { b.Drawing.Output = PathOf("bad.png"); }, "a book is a PDF"},
+      {[&](BookOptions& b) { b.Drawing.Output = PathOf("none/bad.pdf"); }, "No such file"},
+      {[&](BookOptions& b) { b.Packs = {PathOf("damaged.bvq")}; },
+       "record 3 is damaged: it has the code 9 in Layout[1]"},
+  };
+  for (const auto& [change, words] : cases) {
+    BookOptions book = Book("bad.pdf");
+    change(book);
+    EXPECT_NE(ErrorOf(book).find(words), std::string::npos) << words;
+  }
   stop = true;
   EXPECT_EQ(PrintBook(Book("bad.pdf"), stop, terminal), ExitStatus::Interrupted);
   stop = false;

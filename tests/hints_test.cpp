@@ -4,96 +4,24 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
-#include <sstream>
 
 #include "game/blinking.h"
 #include "game/board.h"
-#include "game/clock.h"
 #include "game/error.h"
-#include "game/layout.h"
 #include "game/moves.h"
 #include "game/play.h"
 #include "game/text.h"
 #include "rating/rating.h"
-#include "tests/support/packs.h"
+#include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
+#include "tools/position.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-Texts Split(const std::string& text, char separator) {
-  Texts parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-  return parts;
-}
-
-/// A game in which the sounds have the ids of their numbers.
-struct HintGame : Game {
-  HintGame() : Game(desktop) {
-    main.SoundOn = true;
-    for (int i = 0; i < 12; ++i) main.SoundId[i] = i;
-  }
-  ScriptedDesktop desktop;
-};
-
-// The columns of the table of worked results: size, clues of the rows, clues of the columns, directions (a
-// dash where the search alone is asked), board, outcome, seconds, sounds, marks, text.
-void Lay(Main& main, const Texts& columns) {
-  main.BoardSize = std::stoi(columns[0]);
-  SizeLayout(main);
-  const Texts rows = Split(columns[1], ',');
-  const Texts cols = Split(columns[2], ',');
-  for (int i = 0; i < main.BoardSize; ++i) {
-    main.RowCnt[i].Caption = rows.at(static_cast<std::size_t>(i));
-    main.ColCnt[i].Caption = cols.at(static_cast<std::size_t>(i));
-  }
-  for (int cell = 0; cell < main.CellCount; ++cell) {
-    main.Board[cell] = columns[4].at(static_cast<std::size_t>(cell)) - '0';
-    if (columns[3] != "-") main.TentDir[cell] = columns[3].at(static_cast<std::size_t>(cell)) - '0';
-  }
-  main.BoardLive = true;
-}
-
-/// What the hint did, in the columns from the outcome on.
-Texts Play(HintGame& game, bool searchAlone) {
-  Main& main = game.main;
-  game.desktop.Answers = {BoxAnswer::No, BoxAnswer::Yes};
-  try {
-    searchAlone ? HintBasic(main) : cmdHint_Click(main);
-  } catch (const RunTimeError& error) {
-    return {error.Number() == ErrorNumber::IndexOutsideArray ? "FAULT" : error.what()};
-  }
-  const bool wrong = !game.desktop.Boxes.empty();
-  const bool find = main.BlinkTop != -1;
-  EXPECT_EQ(main.BoardLive, !find);
-  EXPECT_EQ(main.Timer2.Enabled, find);
-  std::string sounds;
-  for (const int sound : game.desktop.Played) sounds += (sounds.empty() ? "" : ",") + std::to_string(sound);
-  const int shown = wrong ? 10 * (main.BlinkTop + 1) : 0;
-  return {wrong  ? "WRONG"
-          : find ? "FIND"
-                 : "NONE",
-          std::to_string(main.Elapsed - shown), sounds.empty() ? "-" : sounds, find ? Marks(main) : "-",
-          main.lblHint.Caption};
-}
-
-TEST(Hints, WorkedResults) {
-  const auto table = ReadTable("tests/data/hints.tsv");
-  EXPECT_EQ(table.size(), 529u);
-  for (const Texts& columns : table) {
-    ASSERT_EQ(columns.size(), 10u);
-    HintGame game;
-    Lay(game.main, columns);
-    Texts expected(columns.begin() + 5, columns.end());
-    if (expected[0] == "FAULT") expected.resize(1);
-    EXPECT_EQ(Play(game, columns[3] == "-"), expected) << columns[4];
-  }
-}
 
 /// A whole puzzle played by hints alone.
 class Walk {
@@ -159,8 +87,8 @@ class Walk {
     Decide(cell, main_.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS);
   }
 
-  HintGame game_;
-  Main& main_ = game_.main;
+  Workbench bench_;
+  Main& main_ = bench_.main;
   std::map<int, int> fields_;
   bool fault_ = false;
 };
@@ -201,11 +129,11 @@ Texts Tell(const Main& main, std::string_view name) {
 TEST(Hints, RarePositions) {
   for (const Texts& columns : ReadTable("tests/data/rare_hints.tsv")) {
     ASSERT_EQ(columns.size(), 5u);
-    HintGame game;
-    const int size = columns[2].size() == 64 ? 8 : 6;
-    const std::string clues = size == 8 ? "0,0,0,0,0,0,0,0" : "0,0,0,0,0,0";
-    Lay(game.main, {std::to_string(size), clues, clues, "-", columns[2]});
-    const Texts told = Tell(game.main, columns[1]);
+    Workbench bench;
+    const std::string lines = columns[2].size() == 64 ? "8\t0,0,0,0,0,0,0,0\t0,0,0,0,0,0,0,0\t-\t"
+                                                      : "6\t0,0,0,0,0,0\t0,0,0,0,0,0\t-\t";
+    LayPosition(bench.main, lines + columns[2]);
+    const Texts told = Tell(bench.main, columns[1]);
     EXPECT_TRUE(told[0].ends_with(columns[3])) << columns[0] << told[0];
     EXPECT_EQ(told[1], columns[4]) << columns[0];
   }
@@ -229,16 +157,12 @@ class HintFrame : public testing::Test {
  protected:
   HintFrame() {
     LayBoard(main, ">...gg\n gggggg\n g>..gg\n gggggg\n gggggg\n gggggg");
-    ReadClock(main);
-    main.ClockStart = main.ClockNow;
+    main.SoundOn = true;
+    for (int i = 0; i < 10; ++i) main.SoundId[i] = i;
   }
-  /// One click makes grass, two make a tent.
-  void Click(int cell, int times) {
-    for (int i = 0; i < times; ++i) Grid_Click(main, cell);
-  }
-  /// A right field, a wrong one, a right one and two wrong ones.
+  /// A right field, a wrong one, a right one and two wrong ones: one click makes grass, two make a tent.
   void MakeThreeFieldsWrong() {
-    for (const auto& [cell, times] : {std::pair{2, 1}, {1, 1}, {14, 2}, {3, 2}, {15, 2}}) Click(cell, times);
+    for (const int cell : {2, 1, 14, 14, 3, 3, 15, 15}) Grid_Click(main, cell);
     desktop.Played.clear();
   }
   /// Whether the board, the hint button and the pause button take clicks.
@@ -249,9 +173,9 @@ class HintFrame : public testing::Test {
     return live;
   }
 
-  HintGame game;
+  ScriptedDesktop desktop;
+  Game game{desktop};
   Main& main = game.main;
-  ScriptedDesktop& desktop = game.desktop;
 };
 
 TEST_F(HintFrame, WrongFieldsAreUndoneWithTheCorrectMovesAfterThem) {
@@ -305,31 +229,8 @@ TEST_F(HintFrame, FaultsEndInAnErrorThatLeavesThePauseShut) {
   EXPECT_TRUE(main.BoardLive);
 }
 
-TEST_F(HintFrame, AHintOnShowHoldsTheBoardButNotTheClock) {
-  desktop.Now = "23:59:50";
-  StartPuzzle(main);
-  Timer3_Timer(main);
-  cmdHint_Click(main);
-  EXPECT_EQ(Marks(main), "0:3");
-  EXPECT_EQ(main.Elapsed, 15);
-  EXPECT_EQ(Live(), "000");
-  Click(1, 1);
-  EXPECT_EQ(main.StepCount, 0);
-  desktop.Now = "00:00:05";
-  Timer3_Timer(main);
-  EXPECT_EQ(main.Elapsed, 30);
-  main.BlinkPhase = true;
-  Timer2_Timer(main);
-  EXPECT_EQ(main.Grid[0].Picture, CELL_OPEN);
-  lblHint_Click(main);
-  EXPECT_EQ(main.Grid[0].Picture, CELL_TREE);
-  EXPECT_FALSE(main.Timer2.Enabled);
-  Click(1, 1);
-  EXPECT_EQ(main.StepCount, 1);
-}
-
 TEST_F(HintFrame, UndoRestartAndSolutionLeaveAHintOnShow) {
-  Click(3, 1);
+  Grid_Click(main, 3);
   cmdHint_Click(main);
   const auto sounds = desktop.Played;
   cmdUndo_Click(main);

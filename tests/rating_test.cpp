@@ -9,7 +9,7 @@
 #include "game/board.h"
 #include "game/layout.h"
 #include "rating/rater.h"
-#include "tests/support/packs.h"
+#include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
 #include "tools/workbench.h"

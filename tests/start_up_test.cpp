@@ -22,10 +22,6 @@ std::pair<int, std::string> FaultOfStart(Installation& installation) {
   }
 }
 
-int ErrorOfStart(Installation& installation) {
-  return FaultOfStart(installation).first;
-}
-
 TEST(StartUp, FirstStartBringsThePacksAndComesUpInFreePlay) {
   Installation installation;
   ProgramRun run(installation);
@@ -118,10 +114,10 @@ TEST(StartUp, FilesThatAreNotThereEndIt) {
   EXPECT_EQ(words.find("setting"), std::string::npos);
   Installation folderless;
   WriteBytes(folderless.folder / "local/Bvc", "");
-  EXPECT_EQ(ErrorOfStart(folderless), 76);
+  EXPECT_EQ(FaultOfStart(folderless).first, 76);
   Installation parentless;
   parentless.desktop.LocalData.Path = parentless.folder / "home/share/";
-  EXPECT_EQ(ErrorOfStart(parentless), 0);
+  EXPECT_EQ(FaultOfStart(parentless).first, 0);
   EXPECT_TRUE(fs::exists(parentless.folder / "home/share/Bvc/BVPack18.bvq"));
 }
 
@@ -129,10 +125,10 @@ TEST(StartUp, ACopyThatFailsHalfWayLeavesNothing) {
   Installation installation;
   {
     const FileSizeLimit limit(3000);
-    EXPECT_EQ(ErrorOfStart(installation), 61);
+    EXPECT_EQ(FaultOfStart(installation).first, 61);
   }
   EXPECT_TRUE(FilesIn(installation.folder / "local/Bvc").empty());
-  EXPECT_EQ(ErrorOfStart(installation), 0);
+  EXPECT_EQ(FaultOfStart(installation).first, 0);
 }
 
 TEST(StartUp, SoundIsOnForAnythingButFalse) {

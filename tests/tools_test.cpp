@@ -8,11 +8,11 @@
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tests/support/files.h"
-#include "tests/support/packs.h"
 #include "tools/alike.h"
 #include "tools/commands.h"
 #include "tools/faults.h"
 #include "tools/pack_access.h"
+#include "tools/position.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
@@ -25,9 +25,7 @@ const std::string kData = BIVOUAC_SOURCE_DIR "/tests/data/";
 /// The packs of a folder in the order of their names.
 std::vector<std::string> PacksIn(const std::string& folder) {
   std::vector<std::string> packs;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder))
-    packs.push_back(entry.path().string());
-  std::sort(packs.begin(), packs.end());
+  for (const auto& [name, bytes] : FilesIn(folder)) packs.push_back(folder + "/" + name);
   return packs;
 }
 
@@ -72,14 +70,10 @@ std::string InputErrorOf(Run run) {
 
 /// Says in which lines two tables differ, and how.
 void ExpectSameLines(const std::string& actual, const std::string& expected) {
-  std::istringstream actualLines(actual), expectedLines(expected);
-  std::string is, shouldBe;
-  for (int line = 1; std::getline(expectedLines, shouldBe); ++line) {
-    is.clear();
-    std::getline(actualLines, is);
-    EXPECT_EQ(is, shouldBe) << "line " << line;
-  }
-  EXPECT_FALSE(std::getline(actualLines, is)) << is;
+  const std::vector<std::string> lines = Split(actual, '\n');
+  const std::vector<std::string> wanted = Split(expected, '\n');
+  ASSERT_EQ(lines.size(), wanted.size());
+  for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(lines[i], wanted[i]) << "line " << i + 1;
 }
 
 // The worked results of the rating, the proof and the hints: held here, by the program that people run, and
@@ -234,21 +228,16 @@ TEST_F(Tool, RatingTwoPacksOnAFullDiskChangesNeither) {
 TEST(Alike, PuzzlesAreSeenFromAllEightSides) {
   const PackRecord puzzle = ReadPack("tests/data/rating/trial07.bvq").at(0);
   const PackRecord other = ReadPack("tests/data/rating/trial07.bvq").at(1);
-  const auto quarterTurn = [](const PackRecord& from) {
+  const auto transposed = [](const PackRecord& from) {
     PackRecord to = from;
-    for (int row = 0; row < 7; ++row) {
-      to.ColCounts[6 - row] = from.RowCounts[row];
-      to.RowCounts[row] = from.ColCounts[row];
-      for (int col = 0; col < 7; ++col) to.Layout[col * 7 + 6 - row] = from.Layout[row * 7 + col];
-    }
+    std::swap(to.RowCounts, to.ColCounts);
+    for (int cell = 0; cell < 49; ++cell) to.Layout[cell % 7 * 7 + cell / 7] = from.Layout[cell];
     return to;
   };
   const auto mirrorImage = [](const PackRecord& from) {
     PackRecord to = from;
-    for (int col = 0; col < 7; ++col) {
-      to.ColCounts[6 - col] = from.ColCounts[col];
-      for (int row = 0; row < 7; ++row) to.Layout[row * 7 + 6 - col] = from.Layout[row * 7 + col];
-    }
+    for (int col = 0; col < 7; ++col) to.ColCounts[6 - col] = from.ColCounts[col];
+    for (int cell = 0; cell < 49; ++cell) to.Layout[cell / 7 * 7 + 6 - cell % 7] = from.Layout[cell];
     return to;
   };
   const std::string view = ViewedFromAnySide(puzzle);
@@ -256,7 +245,7 @@ TEST(Alike, PuzzlesAreSeenFromAllEightSides) {
   for (int turn = 0; turn < 4; ++turn) {
     EXPECT_EQ(ViewedFromAnySide(turned), view);
     EXPECT_EQ(ViewedFromAnySide(mirrorImage(turned)), view);
-    turned = quarterTurn(turned);
+    turned = mirrorImage(transposed(turned));  // A quarter turn.
     EXPECT_EQ(turned.Layout == puzzle.Layout, turn == 3);
   }
   EXPECT_NE(ViewedFromAnySide(other), view);
@@ -417,14 +406,8 @@ TEST_F(Tool, HintsForAPuzzleStartFromItsFirstPositionOrTheOneGiven) {
   EXPECT_EQ(Output(),
             "FIND\t15\t7\t26:3\tThe blinking tree has only one possible field for a tent! Click HERE to "
             "continue...\n");
-  //                          the tents of the solution but one, and one wrong
-  const std::string board =
-      "132321"
-      "113111"
-      "232112"
-      "300003"
-      "123021"
-      "111231";
+  // Rows of six fields: the tents of the solution but one, and one wrong.
+  const std::string board = "132321113111232112300003123021111231";
   GiveHint({.Pack = path, .Number = 1, .Board = board, .Output = Format::Table}, terminal);
   EXPECT_EQ(Output(),
             "WRONG\t10\t8\t0:1,33:2\tThe blinking fields ar not correct! Click HERE to continue...\n");

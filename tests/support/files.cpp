@@ -5,24 +5,14 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-#include <sys/resource.h>
 #include <unistd.h>
 
+#include "tools/pack_access.h"
+#include "tools/position.h"
+
 namespace bivouac {
-namespace {
 
 namespace fs = std::filesystem;
-
-constexpr uid_t kNobody = 65534;
-
-bool SetSizeLimit(unsigned long bytes) {
-  rlimit limit{};
-  getrlimit(RLIMIT_FSIZE, &limit);
-  limit.rlim_cur = bytes;
-  return setrlimit(RLIMIT_FSIZE, &limit) == 0;
-}
-
-}  // namespace
 
 TempFolder::TempFolder() {
   path_ = (fs::temp_directory_path() / "bivouac-test-XXXXXX").string();
@@ -66,28 +56,26 @@ std::string Integers(std::initializer_list<int> values) {
   return bytes;
 }
 
+std::vector<PackRecord> ReadPack(const std::string& path) {
+  return ReadContent(BIVOUAC_SOURCE_DIR "/" + path).Records;
+}
+
+std::vector<std::vector<std::string>> ReadTable(const std::string& path) {
+  std::vector<std::vector<std::string>> table;
+  for (const std::string& line : Split(BytesOf(BIVOUAC_SOURCE_DIR "/" + path), '\n'))
+    table.push_back(Split(line, '\t'));
+  return table;
+}
+
 FileSizeLimit::FileSizeLimit(unsigned long bytes) {
-  rlimit limit{};
-  getrlimit(RLIMIT_FSIZE, &limit);
-  before_ = limit.rlim_cur;
+  getrlimit(RLIMIT_FSIZE, &before_);
   std::signal(SIGXFSZ, SIG_IGN);
-  if (!SetSizeLimit(bytes)) throw std::runtime_error("cannot limit the length of files");
+  const rlimit limit{bytes, before_.rlim_max};
+  if (setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("cannot limit the length of files");
 }
 
 FileSizeLimit::~FileSizeLimit() {
-  SetSizeLimit(before_);
-}
-
-OrdinaryUser::OrdinaryUser() {
-  if (geteuid() == 0) static_cast<void>(!seteuid(kNobody));
-}
-
-OrdinaryUser::~OrdinaryUser() {
-  if (getuid() == 0) static_cast<void>(!seteuid(0));
-}
-
-bool OrdinaryUser::Works() const {
-  return geteuid() != 0;
+  setrlimit(RLIMIT_FSIZE, &before_);
 }
 
 }  // namespace bivouac

@@ -1,8 +1,13 @@
-// Files for tests: a folder of their own, whole contents as text, and ways to make writing fail.
+// Files for tests: a folder of their own, whole contents as text, packs and tables of the source tree, and a
+// way to make writing fail.
 #pragma once
 
 #include <map>
 #include <string>
+#include <sys/resource.h>
+#include <vector>
+
+#include "game/records.h"
 
 namespace bivouac {
 
@@ -29,6 +34,11 @@ std::map<std::string, std::string> FilesIn(const std::string& folder);
 /// Bytes of 16-bit integers, low byte first.
 std::string Integers(std::initializer_list<int> values);
 
+/// All records of a pack, by its path below the source tree.
+std::vector<PackRecord> ReadPack(const std::string& path);
+/// The lines of a table of worked results, by its path below the source tree, cut at the tabs.
+std::vector<std::vector<std::string>> ReadTable(const std::string& path);
+
 /// While it lives no file of this process can grow beyond that length: the write breaks off there.
 class FileSizeLimit {
  public:
@@ -38,19 +48,7 @@ class FileSizeLimit {
   FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
  private:
-  unsigned long before_;
-};
-
-/// While it lives the process has no more rights on files than anybody, even when root runs the tests.
-class OrdinaryUser {
- public:
-  OrdinaryUser();
-  ~OrdinaryUser();
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
-  /// False if root could not step down: then no permission keeps it from writing.
-  bool Works() const;
+  rlimit before_;
 };
 
 }  // namespace bivouac

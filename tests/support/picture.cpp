@@ -36,10 +36,6 @@ Picture Parse(std::string_view text) {
   for (const std::string& row : picture.Rows) {
     if (row.size() != size) throw std::logic_error("a picture that is not square: " + row);
   }
-  if ((!picture.RowClues.empty() && picture.RowClues.size() != size) ||
-      (!picture.ColClues.empty() && picture.ColClues.size() != size)) {
-    throw std::logic_error("a picture whose clues do not fit");
-  }
   return picture;
 }
 
@@ -79,9 +75,9 @@ void LayBoard(Main& main, std::string_view text) {
   for (int i = 0; i < main.BoardSize; ++i) {
     const auto line = static_cast<std::size_t>(i);
     main.RowCnt[i].Caption =
-        picture.RowClues.empty() ? std::to_string(tentsInRow[line]) : picture.RowClues[line];
+        picture.RowClues.empty() ? std::to_string(tentsInRow[line]) : picture.RowClues.at(line);
     main.ColCnt[i].Caption =
-        picture.ColClues.empty() ? std::to_string(tentsInCol[line]) : picture.ColClues[line];
+        picture.ColClues.empty() ? std::to_string(tentsInCol[line]) : picture.ColClues.at(line);
   }
   for (int cell = 0; cell < main.CellCount; ++cell) SetPicture(main, cell, main.Board[cell]);
   BeginOpening(main);

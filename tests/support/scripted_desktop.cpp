@@ -24,10 +24,6 @@ std::string ScriptedDesktop::Show(const InputBox& box) {
   return input;
 }
 
-void ScriptedDesktop::ShowPlayerDialog() {
-  if (PlayerDialog) PlayerDialog();
-}
-
 void ScriptedDesktop::Yield() {
   ++Yields;
   if (WhileYielding) WhileYielding();
@@ -48,10 +44,6 @@ int ScriptedDesktop::LoadSound(const std::string& path) {
   Loaded.push_back(path);
   const auto found = SoundIds.find(path);
   return found == SoundIds.end() ? static_cast<int>(Loaded.size()) - 1 : found->second;
-}
-
-ProgramAnswer ScriptedDesktop::FindExecutable(const std::string&, const std::string&) {
-  return Browser;
 }
 
 int ScriptedDesktop::ShellExecute(std::string_view, const std::string&, const std::string& parameters,

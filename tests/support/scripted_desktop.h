@@ -48,7 +48,9 @@ class ScriptedDesktop : public Desktop {
 
   BoxAnswer Show(const MessageBox& box) override;
   std::string Show(const InputBox& box) override;
-  void ShowPlayerDialog() override;
+  void ShowPlayerDialog() override {
+    if (PlayerDialog) PlayerDialog();
+  }
   void Beep() override { ++Beeps; }
   void Yield() override;
   [[noreturn]] void End() override { throw ProgramEnd{}; }
@@ -64,7 +66,7 @@ class ScriptedDesktop : public Desktop {
   int SoundReady() override { return SoundEngine; }
   int LoadSound(const std::string& path) override;
   void PlaySound(int id) override { Played.push_back(id); }
-  ProgramAnswer FindExecutable(const std::string& file, const std::string& folder) override;
+  ProgramAnswer FindExecutable(const std::string&, const std::string&) override { return Browser; }
   int ShellExecute(std::string_view verb, const std::string& program, const std::string& parameters,
                    const std::string& folder, int show) override;
 

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProcess>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -93,6 +94,18 @@ void GameRun::AnswerBox(QDialog& box) {
   const Answer act = expected_.front().Act;
   expected_.pop_front();
   act(box);
+}
+
+void RunInItsOwnProcess(const QString& filter, const QString& variable, const QString& value) {
+  QProcess child;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(variable, value);
+  child.setProcessEnvironment(environment);
+  child.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=" + filter});
+  ASSERT_TRUE(child.waitForFinished(120000));
+  const std::string output = child.readAllStandardOutput().toStdString();
+  EXPECT_EQ(child.exitCode(), 0) << output;
+  EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
 }
 
 GameRun::Answer Press(Qt::Key key) {

@@ -49,6 +49,8 @@ class GameRun : public QObject {
   std::deque<Expected> expected_;
 };
 
+/// Runs one test of this program again, in a process of its own with a variable of the environment set.
+void RunInItsOwnProcess(const QString& filter, const QString& variable, const QString& value);
 /// An answer: one key.
 GameRun::Answer Press(Qt::Key key);
 /// An answer: a text, and Enter.

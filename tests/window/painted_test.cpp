@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -178,15 +177,7 @@ TEST(Painted, SoItIsOnASmallScreenAndWhereAPixelIsOneAndAHalf) {
     file.write(screen);
     file.write("}]}");
     file.close();
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("BIVOUAC_TEST_SCREEN", ":configfile=" + file.fileName());
-    child.setProcessEnvironment(environment);
-    child.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=Painted.Each*"});
-    ASSERT_TRUE(child.waitForFinished(120000));
-    const std::string output = child.readAllStandardOutput().toStdString();
-    EXPECT_EQ(child.exitCode(), 0) << output;
-    EXPECT_NE(output.find("[  PASSED  ] 1 test."), std::string::npos) << output;
+    RunInItsOwnProcess("Painted.Each*", "BIVOUAC_TEST_SCREEN", ":configfile=" + file.fileName());
   }
 }
 

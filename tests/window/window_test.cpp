@@ -146,17 +146,16 @@ TEST(Window, PlaysWithTheKeyboard) {
     EXPECT_EQ(program.Window().focusWidget(), &board);  // The button is disabled: play goes on at the board.
 
     // The frame stops at the edges.
-    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down, Qt::Key_Down}) {
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Right, Qt::Key_Left,
+                              Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Up}) {
       QTest::keyClick(&board, key);
     }
     EXPECT_EQ(board.Current(), 2 * 6 + 1);
-    int cell = 0;
-    while (main.Board[cell] != CELL_OPEN) ++cell;
-    QTest::keyClick(&board, Qt::Key_Up);
-    QTest::keyClick(&board, Qt::Key_Up);
     QTest::keyClick(&board, Qt::Key_Home);
-    for (int i = 0; i < cell / 6; ++i) QTest::keyClick(&board, Qt::Key_Down);
-    for (int i = 0; i < cell % 6; ++i) QTest::keyClick(&board, Qt::Key_Right);
+    EXPECT_EQ(board.Current(), 2 * 6);
+    while (main.Board[board.Current()] != CELL_OPEN && board.Current() % 6 != 5)
+      QTest::keyClick(&board, Qt::Key_Right);
+    const int cell = board.Current();
     QTest::keyClick(&board, Qt::Key_Space);
     EXPECT_EQ(main.Board[cell], CELL_GRASS);
     QTest::keyClick(&board, Qt::Key_Enter);
