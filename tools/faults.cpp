@@ -1,7 +1,5 @@
 #include "tools/faults.h"
 
-#include <array>
-
 #include "game/board.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
@@ -102,20 +100,20 @@ class Inspection {
   }
 
   void CheckTents() {
-    std::array<int, kMaxCells> trees{};  // By cell: the trees that have their tent there.
+    FixedArray<int, kMaxCells> trees;  // By cell: the trees that have their tent there.
     for (int tree = 0; tree < main_.CellCount; ++tree) {
       if (record_.Layout[tree] != CELL_TREE) continue;
       bool hasTent = false;
       ForEachSide(main_.BoardSize, tree, [&](int side, int direction) {
         if (direction != record_.TentDirs[tree]) return;
-        ++trees[static_cast<std::size_t>(side)];
+        ++trees[side];
         hasTent = record_.Layout[side] == CELL_TENT;
       });
       if (!hasTent) Add(Indexed("TentDirs", tree), "no tent stands where this tree has its own");
     }
     for (int tent = 0; tent < main_.CellCount; ++tent) {
       if (record_.Layout[tent] != CELL_TENT) continue;
-      const int owners = trees[static_cast<std::size_t>(tent)];
+      const int owners = trees[tent];
       if (owners == 0) Add(Indexed("Layout", tent), "a tent without its tree");
       if (owners > 1) Add(Indexed("Layout", tent), "a tent of " + Number(owners) + " trees");
       AnyAround(main_, tent, [&](int near) {

@@ -42,24 +42,26 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-std::vector<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what) {
+Array<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what) {
   if (digits.size() != static_cast<std::size_t>(cells)) {
     throw InputError(what + ": " + std::to_string(digits.size()) + " digits, not " + std::to_string(cells));
   }
-  std::vector<int> codes;
+  Array<int> codes;
+  codes.Redim(cells - 1);
+  int cell = 0;
   for (const char digit : digits) {
     if (digit < '0' || digit > '0' + highest) {
       throw InputError(what + ": '" + digit + "' is not 0 to " + std::to_string(highest));
     }
-    codes.push_back(digit - '0');
+    codes[cell++] = digit - '0';
   }
   return codes;
 }
 
 void LayFields(Main& main, const std::string& digits, const std::string& what) {
-  const std::vector<int> board = CellDigits(digits, main.CellCount, CELL_TREE, what);
+  const Array<int> board = CellDigits(digits, main.CellCount, CELL_TREE, what);
   for (int cell = 0; cell < main.CellCount; ++cell) {
-    const int code = board[static_cast<std::size_t>(cell)];
+    const int code = board[cell];
     if ((code == CELL_TREE) != (main.Board[cell] == CELL_TREE)) {
       throw InputError(what + ": not the trees of the puzzle, see cell " + std::to_string(cell));
     }
@@ -76,16 +78,16 @@ WrongFields LayPosition(Main& main, const std::string& line) {
   LayOutSize(main, NumberIn(columns[0], kMinSize, kMaxSize, "the size"));
   LayClues(main.RowCnt, columns[1], main.BoardSize, "row clue");
   LayClues(main.ColCnt, columns[2], main.BoardSize, "column clue");
-  const std::vector<int> board = CellDigits(columns[4], main.CellCount, CELL_TREE, "the board");
+  const Array<int> board = CellDigits(columns[4], main.CellCount, CELL_TREE, "the board");
   main.TreeCount = 0;
   for (int cell = 0; cell < main.CellCount; ++cell) {
-    main.Board[cell] = board[static_cast<std::size_t>(cell)];
+    main.Board[cell] = board[cell];
     main.TreeCount += main.Board[cell] == CELL_TREE;
   }
   if (columns[3] == "-") return WrongFields::Skip;
-  const std::vector<int> directions = CellDigits(columns[3], main.CellCount, WEST, "the tent directions");
+  const Array<int> directions = CellDigits(columns[3], main.CellCount, WEST, "the tent directions");
   for (int cell = 0; cell < main.CellCount; ++cell) {
-    main.TentDir[cell] = directions[static_cast<std::size_t>(cell)];
+    main.TentDir[cell] = directions[cell];
   }
   return WrongFields::Look;
 }

@@ -9,7 +9,7 @@
 namespace bivouac {
 
 /// Reads digits from 0 to `highest`, one a cell. Errors: InputError, which begins with `what`.
-std::vector<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what);
+Array<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what);
 
 std::vector<std::string> Split(const std::string& text, char separator);
 

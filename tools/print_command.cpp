@@ -175,7 +175,7 @@ ExitStatus PrintPicture(const PictureOptions& options, Terminal&) {
     LayOutRecord(bench.main, record);
     LayFields(bench.main, options.Board, "--board");
     for (int cell = 0; cell < bench.main.CellCount; ++cell) {
-      picture.Fields[static_cast<std::size_t>(cell)] = bench.main.Board[cell];
+      picture.Fields[cell] = bench.main.Board[cell];
     }
   }
   const BoardPainter painter(LookOf(options.Drawing));

@@ -40,23 +40,22 @@ BoardWidget::BoardWidget(const Main& main, Click click, QWidget* parent)
 
 void BoardWidget::Draw() {
   const int visible = main_.Grid[0].Visible ? main_.CellCount : 0;
-  if (visible != static_cast<int>(cells_.size())) {
+  if (visible != cells_.Upper() + 1) {
     size_ = static_cast<int>(std::lround(std::sqrt(visible)));
     firstCell_ = main_.Grid[0].At;
     current_ = current_ < visible ? current_ : 0;
-    cells_.resize(static_cast<std::size_t>(visible));
-    pictures_.resize(static_cast<std::size_t>(visible));
+    cells_.RedimPreserve(visible - 1);
+    pictures_.RedimPreserve(visible - 1);
     for (int i = 0; i < visible; ++i) {
-      auto& cell = cells_[static_cast<std::size_t>(i)];
-      if (cell == nullptr) cell = std::make_unique<BoardCell>(*this, i);
-      pictures_[static_cast<std::size_t>(i)] = main_.Grid[i].Picture;
+      if (cells_[i] == nullptr) cells_[i] = std::make_unique<BoardCell>(*this, i);
+      pictures_[i] = main_.Grid[i].Picture;
     }
     LayOut();
     update();
     return;
   }
   for (int i = 0; i < visible; ++i) {
-    int& drawn = pictures_[static_cast<std::size_t>(i)];
+    int& drawn = pictures_[i];
     if (drawn == main_.Grid[i].Picture) continue;
     drawn = main_.Grid[i].Picture;
     update(CellRect(i));
@@ -75,39 +74,54 @@ void BoardWidget::SetScale(const Scale& scale) {
 
 void BoardWidget::LayOut() {
   if (size_ == 0) return;
-  const Place last = main_.Grid[size_ * size_ - 1].At;
-  const Place whole{firstCell_.Left, firstCell_.Top, last.Left + last.Width - firstCell_.Left,
-                    last.Top + last.Height - firstCell_.Top};
-  const QRect room = scale_.Map(whole);
   ratio_ = devicePixelRatioF();
+  const QRect room = scale_.Map(PlaceOfCells());
+  LayOutCells(room.topLeft());
+  setGeometry(room.left(), room.top(), LogicalLength(lefts_[size_]), LogicalLength(tops_[size_]));
+}
 
-  // The edges are whole device pixels, also where a logical pixel is none, so that tiles are copied as they
-  // are.
-  const double deviceFactor = scale_.Factor * ratio_;
-  const auto edges = [&](double origin, int corner, const auto& placeOf) {
-    std::vector<int> result;
-    for (int line = 0; line < size_; ++line) {
-      const double at = origin * ratio_ + placeOf(line) * deviceFactor - std::round(corner * ratio_);
-      result.push_back(std::max(0, static_cast<int>(std::lround(at))));
-    }
-    return result;
-  };
-  lefts_ = edges(scale_.Left, room.left(), [&](int line) { return main_.Grid[line].At.Left; });
-  tops_ = edges(scale_.Top, room.top(), [&](int line) { return main_.Grid[line * size_].At.Top; });
-  side_ = std::max(1, static_cast<int>(std::lround(firstCell_.Width * deviceFactor)));
-  for (int line = 1; line < size_; ++line) {
-    const auto i = static_cast<std::size_t>(line);
-    side_ = std::max({side_, lefts_[i] - lefts_[i - 1], tops_[i] - tops_[i - 1]});
+/// All cells together, in twips of the layout.
+Place BoardWidget::PlaceOfCells() const {
+  const Place last = main_.Grid[size_ * size_ - 1].At;
+  return {firstCell_.Left, firstCell_.Top, last.Left + last.Width - firstCell_.Left,
+          last.Top + last.Height - firstCell_.Top};
+}
+
+/// Lays the cells out in device pixels. `corner` is the widget's in the window, in logical pixels.
+void BoardWidget::LayOutCells(QPoint corner) {
+  lefts_.Redim(size_);
+  tops_.Redim(size_);
+  side_ = std::max(1, static_cast<int>(std::lround(firstCell_.Width * DevicePixelsPerTwip())));
+  for (int line = 0; line < size_; ++line) {
+    lefts_[line] = DeviceEdge(main_.Grid[line].At.Left, scale_.Left, corner.x());
+    tops_[line] = DeviceEdge(main_.Grid[line * size_].At.Top, scale_.Top, corner.y());
+    if (line == 0) continue;
+    side_ = std::max({side_, lefts_[line] - lefts_[line - 1], tops_[line] - tops_[line - 1]});
   }
-  lefts_.push_back(lefts_.back() + side_);
-  tops_.push_back(tops_.back() + side_);
-  setGeometry(room.left(), room.top(), static_cast<int>(std::ceil(lefts_.back() / ratio_)),
-              static_cast<int>(std::ceil(tops_.back() / ratio_)));
+  lefts_[size_] = lefts_[size_ - 1] + side_;
+  tops_[size_] = tops_[size_ - 1] + side_;
+}
+
+double BoardWidget::DevicePixelsPerTwip() const {
+  return scale_.Factor * ratio_;
+}
+
+/// Where a place in twips lies, in device pixels from the widget's corner: whole ones, also where a logical
+/// pixel is none, so that tiles are copied as they are. `origin` is the layout's corner in the window and
+/// `corner` the widget's, both in logical pixels.
+int BoardWidget::DeviceEdge(int twips, double origin, int corner) const {
+  const double at = origin * ratio_ + twips * DevicePixelsPerTwip() - std::round(corner * ratio_);
+  return std::max(0, static_cast<int>(std::lround(at)));
+}
+
+/// The logical pixels that hold so many device pixels.
+int BoardWidget::LogicalLength(int devicePixels) const {
+  return static_cast<int>(std::ceil(devicePixels / ratio_));
 }
 
 QRect BoardWidget::DeviceRect(int index) const {
-  const auto row = static_cast<std::size_t>(index / size_);
-  const auto col = static_cast<std::size_t>(index % size_);
+  const int row = index / size_;
+  const int col = index % size_;
   return {lefts_[col], tops_[row], lefts_[col + 1] - lefts_[col], tops_[row + 1] - tops_[row]};
 }
 
@@ -119,11 +133,10 @@ QRect BoardWidget::CellRect(int index) const {
 }
 
 int BoardWidget::CellAt(QPoint point) const {
-  const auto lineAt = [&](const std::vector<int>& edges, int at) {
+  const auto lineAt = [&](const Array<int>& edges, int at) {
     const int device = static_cast<int>(std::floor(at * ratio_));
     for (int line = 0; line < size_; ++line) {
-      const auto i = static_cast<std::size_t>(line);
-      if (device >= edges[i] && device < edges[i + 1]) return line;
+      if (device >= edges[line] && device < edges[line + 1]) return line;
     }
     return -1;
   };
@@ -150,8 +163,7 @@ void BoardWidget::paintEvent(QPaintEvent* event) {
     if (!event->region().intersects(CellRect(i))) continue;
     const QRect at = DeviceRect(i);
     // Neighbours overlap by the last pixels of a tile.
-    painter.drawPixmap(at.topLeft(), tiles_.At(pictures_[static_cast<std::size_t>(i)], side_),
-                       QRect(QPoint(0, 0), at.size()));
+    painter.drawPixmap(at.topLeft(), tiles_.At(pictures_[i], side_), QRect(QPoint(0, 0), at.size()));
   }
   if (frameShown_ && hasFocus()) {
     const int width = std::max(2, side_ / 10);

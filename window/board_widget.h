@@ -4,8 +4,8 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
-#include <vector>
 
+#include "game/array.h"
 #include "game/game_state.h"
 #include "window/scale.h"
 #include "window/tiles.h"
@@ -47,7 +47,7 @@ class BoardWidget : public QWidget {
   QRect CellRect(int index) const;
   /// The cell at a point in logical pixels of this widget, -1 if there is none.
   int CellAt(QPoint point) const;
-  BoardCell& Cell(int index) const { return *cells_[static_cast<std::size_t>(index)]; }
+  BoardCell& Cell(int index) const { return *cells_[index]; }
   /// What is said of a cell.
   QString SpokenName(int index) const;
   /// Tells assistive tools of the cell in the frame. Requires: the board has cells.
@@ -64,6 +64,11 @@ class BoardWidget : public QWidget {
 
  private:
   void LayOut();
+  void LayOutCells(QPoint corner);
+  Place PlaceOfCells() const;
+  double DevicePixelsPerTwip() const;
+  int DeviceEdge(int twips, double origin, int corner) const;
+  int LogicalLength(int devicePixels) const;
   QRect DeviceRect(int index) const;
   void MoveFrame(int index);
   bool ShowsFrameFirst();
@@ -75,16 +80,16 @@ class BoardWidget : public QWidget {
   Click click_;
   Scale scale_;
   Tiles tiles_;
-  std::vector<std::unique_ptr<BoardCell>> cells_;
+  Array<std::unique_ptr<BoardCell>> cells_;
 
   // What was last drawn.
-  std::vector<int> pictures_;
+  Array<int> pictures_;
   Place firstCell_;
   int size_ = 0;
 
   // Edges of the cells in device pixels from the widget's corner, one more than there are cells in a line.
-  std::vector<int> lefts_;
-  std::vector<int> tops_;
+  Array<int> lefts_;
+  Array<int> tops_;
   int side_ = 1;  // Of the stretched tiles, device pixels.
   double ratio_ = 1;
 

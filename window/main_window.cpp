@@ -175,9 +175,8 @@ void MainWindow::AddClueLabels() {
     return label;
   };
   for (int line = 0; line < kMaxSize; ++line) {
-    const auto i = static_cast<std::size_t>(line);
-    rowClues_[i].Widget = add("RowCnt", "row", line);
-    colClues_[i].Widget = add("ColCnt", "column", line);
+    rowClues_[line].Widget = add("RowCnt", "row", line);
+    colClues_[line].Widget = add("ColCnt", "column", line);
   }
 }
 
@@ -303,9 +302,8 @@ void MainWindow::Draw() {
 
 void MainWindow::DrawClues() {
   for (int line = 0; line < kMaxSize; ++line) {
-    const auto i = static_cast<std::size_t>(line);
-    DrawClue(main_.RowCnt[line], rowClues_[i]);
-    DrawClue(main_.ColCnt[line], colClues_[i]);
+    DrawClue(main_.RowCnt[line], rowClues_[line]);
+    DrawClue(main_.ColCnt[line], colClues_[line]);
   }
 }
 

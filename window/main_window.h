@@ -110,8 +110,8 @@ class MainWindow : public QWidget {
   ScaledCheckBox* sound_ = nullptr;
   std::vector<PlacedLabel> labels_;
   TextLabel* hint_ = nullptr;
-  std::array<PlacedClue, kMaxSize> rowClues_;
-  std::array<PlacedClue, kMaxSize> colClues_;
+  FixedArray<PlacedClue, kMaxSize> rowClues_;
+  FixedArray<PlacedClue, kMaxSize> colClues_;
   StatusBar* status_ = nullptr;
   BoardWidget* board_ = nullptr;
   QWidget* shield_ = nullptr;

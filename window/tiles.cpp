@@ -4,7 +4,7 @@ namespace bivouac {
 namespace {
 
 /// Tiles that show the same picture share it: Part(5) is Part(1), and Part(6) is Part(2).
-constexpr std::array<int, kTiles> kPictureOf = {0, 1, 2, 3, 4, 1, 2, 7};
+constexpr FixedArray<int, kTiles> kPictureOf{{0, 1, 2, 3, 4, 1, 2, 7}};
 
 QImage Read(int picture) {
   return QImage(QStringLiteral(":/tiles/part%1.png").arg(picture), kPictureFormat);
@@ -15,8 +15,8 @@ QImage Read(int picture) {
 Tiles::Tiles() : open_(std::async(std::launch::async, Read, 0)) {}
 
 const QPixmap& Tiles::At(int number, int side) {
-  const int picture = kPictureOf[static_cast<std::size_t>(number)];
-  Tile& tile = tiles_[static_cast<std::size_t>(picture)];
+  const int picture = kPictureOf[number];
+  Tile& tile = tiles_[picture];
   if (tile.Stretched.width() != side) {
     const bool resized = !tile.Stretched.isNull();
     if (tile.Original.isNull()) tile.Original = picture == 0 && open_.valid() ? open_.get() : Read(picture);

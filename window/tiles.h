@@ -3,8 +3,9 @@
 
 #include <QImage>
 #include <QPixmap>
-#include <array>
 #include <future>
+
+#include "game/array.h"
 
 namespace bivouac {
 
@@ -25,7 +26,7 @@ class Tiles {
     QImage Original;
     QPixmap Stretched;
   };
-  std::array<Tile, kTiles> tiles_;
+  FixedArray<Tile, kTiles> tiles_;
   std::future<QImage> open_;
 };
 

@@ -46,11 +46,11 @@ BoardPicture PictureOf(const PackRecord& record) {
   BoardPicture picture;
   picture.Size = SizeOf(record.LevelSize);
   for (int cell = 0; cell < picture.Size * picture.Size; ++cell) {
-    picture.Fields.push_back(record.Layout[cell]);
+    picture.Fields.Add(record.Layout[cell]);
   }
   for (int line = 0; line < picture.Size; ++line) {
-    picture.RowClues.push_back(record.RowCounts[line]);
-    picture.ColClues.push_back(record.ColCounts[line]);
+    picture.RowClues.Add(record.RowCounts[line]);
+    picture.ColClues.Add(record.ColCounts[line]);
   }
   return picture;
 }
@@ -96,7 +96,7 @@ Box BoardGeometry::Field(int cell) const {
 }
 
 BoardPainter::BoardPainter(Look look) : look_(look) {
-  for (std::size_t code = 0; code < tiles_.size(); ++code) {
+  for (int code = CELL_OPEN; code <= CELL_TREE; ++code) {
     tiles_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle : std::string_view());
     marked_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle : kMarkedStyle);
   }
@@ -126,19 +126,18 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
   const Box all{geometry.Corner.X, geometry.Corner.Y, pitch * board.Size, pitch * board.Size};
   if (look_ == Look::Ink) canvas.Fill(all, kWhite);
 
-  std::vector<bool> marked(board.Fields.size());
+  FixedArray<bool, kMaxCells> marked;
   for (const FieldMark& mark : board.Marks) {
-    if (mark.What == FieldMark::Kind::Reason) marked[static_cast<std::size_t>(mark.Cell)] = true;
+    if (mark.What == FieldMark::Kind::Reason) marked[mark.Cell] = true;
   }
   for (int cell = 0; cell < board.Size * board.Size; ++cell) {
-    const auto place = static_cast<std::size_t>(cell);
-    const auto code = static_cast<std::size_t>(board.Fields[place]);
+    const int code = board.Fields[cell];
     const Box field = geometry.Field(cell);
     if (look_ == Look::Colour) {
-      PaintTile(pen, (marked[place] ? marked_ : tiles_)[code], field);
+      PaintTile(pen, (marked[cell] ? marked_ : tiles_)[code], field);
       continue;
     }
-    if (marked[place]) canvas.Fill(field, kMarkedInk);
+    if (marked[cell]) canvas.Fill(field, kMarkedInk);
     if (code == CELL_GRASS) {
       canvas.SetColour(kGrey);
       cairo_arc(pen, field.X + pitch / 2, field.Y + pitch / 2, pitch * 0.07, 0, 6.2831853);
@@ -163,10 +162,9 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
   const TextStyle style{.Size = 0.52 * pitch, .Boldness = Weight::Bold};
   const double margin = kClueMargin * pitch;
   for (int line = 0; line < board.Size; ++line) {
-    const auto place = static_cast<std::size_t>(line);
-    canvas.TextInBox(std::to_string(board.RowClues[place]), {corner.X, all.Y + line * pitch, margin, pitch},
+    canvas.TextInBox(std::to_string(board.RowClues[line]), {corner.X, all.Y + line * pitch, margin, pitch},
                      style);
-    canvas.TextInBox(std::to_string(board.ColClues[place]), {all.X + line * pitch, corner.Y, pitch, margin},
+    canvas.TextInBox(std::to_string(board.ColClues[line]), {all.X + line * pitch, corner.Y, pitch, margin},
                      style);
   }
 }
@@ -181,7 +179,7 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
       PaintTile(pen, bareTent_,
                 {field.X + rim, field.Y + rim, field.Width - 2 * rim, field.Height - 2 * rim});
     }
-    const int code = board.Fields[static_cast<std::size_t>(mark.Cell)];
+    const int code = board.Fields[mark.Cell];
     const bool hasMarkedTile = code == CELL_OPEN || code == CELL_TREE;
     const bool reason = mark.What == FieldMark::Kind::Reason;
     if (reason ? look_ == Look::Ink || hasMarkedTile : mark.What != FieldMark::Kind::Decided) continue;

@@ -1,9 +1,9 @@
 // A board with its clues and marks, drawn on a canvas.
 #pragma once
 
-#include <array>
 #include <vector>
 
+#include "game/array.h"
 #include "game/records.h"
 #include "tools/drawing/canvas.h"
 
@@ -29,9 +29,9 @@ struct FieldMark {
 
 struct BoardPicture {
   int Size = 0;
-  std::vector<int> Fields;  ///< Size * Size cell codes.
-  std::vector<int> RowClues;
-  std::vector<int> ColClues;
+  FixedList<int, kMaxCells> Fields;  ///< Size * Size cell codes.
+  FixedList<int, kMaxSize> RowClues;
+  FixedList<int, kMaxSize> ColClues;
   std::vector<FieldMark> Marks;
 };
 
@@ -68,9 +68,9 @@ class BoardPainter {
   void PaintMarks(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
 
   Look look_;
-  std::array<cairo_surface_t*, 4> tiles_{};   // By cell code.
-  cairo_surface_t* bareTent_ = nullptr;       // Without ground.
-  std::array<cairo_surface_t*, 4> marked_{};  // The same, when a deduction stands on them.
+  FixedArray<cairo_surface_t*, 4> tiles_;   // By cell code.
+  cairo_surface_t* bareTent_ = nullptr;     // Without ground.
+  FixedArray<cairo_surface_t*, 4> marked_;  // The same, when a deduction stands on them.
 };
 
 /// The ground that the look has around a board.

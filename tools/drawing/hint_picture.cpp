@@ -7,10 +7,10 @@ namespace bivouac {
 BoardPicture PositionPicture(const Main& main) {
   BoardPicture picture;
   picture.Size = main.BoardSize;
-  for (int cell = 0; cell < main.CellCount; ++cell) picture.Fields.push_back(main.Board[cell]);
+  for (int cell = 0; cell < main.CellCount; ++cell) picture.Fields.Add(main.Board[cell]);
   for (int line = 0; line < main.BoardSize; ++line) {
-    picture.RowClues.push_back(RowClue(main, line));
-    picture.ColClues.push_back(ColClue(main, line));
+    picture.RowClues.Add(RowClue(main, line));
+    picture.ColClues.Add(ColClue(main, line));
   }
   return picture;
 }
