@@ -5,12 +5,17 @@
 #include <QDialogButtonBox>
 #include <QFontInfo>
 #include <QFontMetrics>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace bivouac {
 namespace {
@@ -78,17 +83,67 @@ void NameButtons(const QDialogButtonBox& box) {
   }
 }
 
+QSize RoomOf(const QMessageBox& dialog) {
+  constexpr int kTitleBar = 36;  // What the desktop puts above and below a window, at most.
+  return dialog.screen()->availableGeometry().size() - QSize(0, kTitleBar);
+}
+
+/// About where Qt wraps the text of a box.
+int WrappedWidth(const QMessageBox& dialog) {
+  return std::min(500, RoomOf(dialog).width() / 2);
+}
+
 /// Qt wraps the text of a box at a width that does not grow with the font, and at half of a small screen: a
 /// long text would be taller than the screen.
-void WidenWhereNarrow(QMessageBox& dialog) {
+void WidenWhereNarrow(QMessageBox& dialog, QLabel& label) {
   constexpr int kCharacters = 40;
-  auto* label = dialog.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-  if (label == nullptr) return;
-  const int screen = dialog.screen()->availableGeometry().width();
-  const int wrapped = std::min(500, screen / 2);  // About where Qt wraps.
-  const int wished = std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), screen * 8 / 10);
+  const int wished =
+      std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), RoomOf(dialog).width() * 8 / 10);
   const int natural = QFontMetrics(dialog.font()).boundingRect({}, 0, dialog.text()).width();
-  if (wished > wrapped && natural > wrapped) label->setMinimumWidth(std::min(wished, natural));
+  const int wrapped = WrappedWidth(dialog);
+  if (wished > wrapped && natural > wrapped) label.setMinimumWidth(std::min(wished, natural));
+}
+
+/// Where the box would still be taller than the screen, its text scrolls, by mouse and by the keys that move
+/// in a text.
+void ScrollWhereTall(QMessageBox& dialog, QLabel& label, QGridLayout& grid) {
+  const int room = RoomOf(dialog).height();
+  const int width = std::max(label.minimumWidth(), WrappedWidth(dialog));
+  label.setWordWrap(true);
+  if (grid.totalHeightForWidth(std::max(width, grid.totalMinimumSize().width())) <= room) return;
+
+  auto* area = new QScrollArea(&dialog);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidgetResizable(true);
+  delete grid.replaceWidget(&label, area);
+  label.setMinimumWidth(0);
+  label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  area->setWidget(&label);
+  QScrollBar* bar = area->verticalScrollBar();
+  area->setFixedSize(width + bar->sizeHint().width(), 1);
+  grid.activate();
+  area->setFixedHeight(std::max(1, room - grid.totalMinimumSize().height()));
+  const std::pair<Qt::Key, QAbstractSlider::SliderAction> keys[] = {
+      {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+      {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},
+      {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+      {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub},
+      {Qt::Key_End, QAbstractSlider::SliderToMaximum},
+      {Qt::Key_Home, QAbstractSlider::SliderToMinimum}};
+  for (const auto& [key, action] : keys) {
+    QObject::connect(new QShortcut(QKeySequence(key), &dialog), &QShortcut::activated, bar,
+                     [bar, scroll = action] { bar->triggerAction(scroll); });
+  }
+}
+
+/// A text stays readable, and its box on the screen.
+void FitToScreen(QMessageBox& dialog) {
+  auto* label = dialog.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
+  if (label == nullptr || grid == nullptr) return;
+  WidenWhereNarrow(dialog, *label);
+  ScrollWhereTall(dialog, *label, *grid);
 }
 
 }  // namespace
@@ -108,7 +163,7 @@ BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   dialog.setDefaultButton(choice.Enter);
   dialog.setEscapeButton(choice.Escape);
   NameButtons(*dialog.findChild<QDialogButtonBox*>());
-  WidenWhereNarrow(dialog);
+  FitToScreen(dialog);
   // A box that is taken away because the program ends counts as closed.
   const int answer = dialog.exec();
   return AnswerOf(dialog.clickedButton() == nullptr ? choice.Escape : answer);
