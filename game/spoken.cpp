@@ -173,7 +173,7 @@ std::string Told::WhatHappened(const Main& main, const Listener& listener) const
     return listener.Focus == Listener::On::Hint ? "" : SpokenHint(main) + " " + SpokenMarks(main);
   }
   if (!hint && hint_ && main.StepCount == steps_) {
-    return listener.Focus == Listener::On::Board ? "" : SpokenField(main, listener.Frame);
+    return listener.Focus == Listener::On::Board ? "" : SpokenFieldAlone(main, listener.Frame);
   }
   if (main.lblHint.Caption != hintText_ && main.BoardLive) return main.lblHint.Caption;
   if (main.Paused != paused_) {

@@ -60,7 +60,7 @@ void BoardWidget::Draw() {
     drawn = main_.Grid[i].Picture;
     update(CellRect(i));
     if (main_.Timer2.Enabled) continue;  // While cells blink, their names stay.
-    windowCameBack_ = false;
+    focusCameByItself_ = false;
     TellName(i);
   }
 }
@@ -146,7 +146,8 @@ int BoardWidget::CellAt(QPoint point) const {
 }
 
 QString BoardWidget::SpokenName(int index) const {
-  return QString::fromStdString(windowCameBack_ ? SpokenFieldAlone(main_, index) : SpokenField(main_, index));
+  const bool alone = focusCameByItself_ && index == current_;
+  return QString::fromStdString(alone ? SpokenFieldAlone(main_, index) : SpokenField(main_, index));
 }
 
 void BoardWidget::paintEvent(QPaintEvent* event) {
@@ -245,8 +246,8 @@ bool BoardWidget::ShowsFrameFirst() {
 
 void BoardWidget::focusInEvent(QFocusEvent* event) {
   const Qt::FocusReason reason = event->reason();
-  windowCameBack_ = reason == Qt::ActiveWindowFocusReason;
-  SetFrameShown(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || frameShown_);
+  focusCameByItself_ = reason != Qt::TabFocusReason && reason != Qt::BacktabFocusReason;
+  SetFrameShown(!focusCameByItself_ || reason == kFocusAfterKey || frameShown_);
   if (size_ > 0) update(CellRect(current_));
 }
 
@@ -262,7 +263,7 @@ void BoardWidget::SetFrameShown(bool shown) {
 
 void BoardWidget::MoveFrame(int index) {
   if (index == current_) return;
-  windowCameBack_ = false;
+  focusCameByItself_ = false;
   if (frameShown_) update(CellRect(current_));
   current_ = index;
   if (frameShown_) update(CellRect(current_));

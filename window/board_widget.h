@@ -27,6 +27,9 @@ class BoardCell : public QObject {
   int index_;
 };
 
+/// Why the game gives the focus to a control after a key other than Tab.
+inline constexpr Qt::FocusReason kFocusAfterKey = Qt::ShortcutFocusReason;
+
 class BoardWidget : public QWidget {
  public:
   using Click = std::function<void(int Index)>;
@@ -95,8 +98,9 @@ class BoardWidget : public QWidget {
 
   int current_ = 0;
   bool frameShown_ = false;
-  /// The focus is here because the window came back. Readers name the window then, so less is said.
-  bool windowCameBack_ = false;
+  /// No Tab brought the focus here, but what came before: a box, a hint or a pause ended. Other things are
+  /// said at that moment, so of the field only its content is.
+  bool focusCameByItself_ = false;
 };
 
 }  // namespace bivouac

@@ -354,7 +354,7 @@ void MainWindow::DrawButtons(bool enabled) {
 void MainWindow::DrawFocus(bool hintAppeared) {
   QWidget* const focus = focusWidget();
   QWidget* const next = FocusFrom(focus, hintAppeared);
-  if (next != focus) next->setFocus(keyUsedLast_ ? Qt::TabFocusReason : Qt::OtherFocusReason);
+  if (next != focus) next->setFocus(keyUsedLast_ ? kFocusAfterKey : Qt::OtherFocusReason);
 }
 
 /// Where the focus goes: nowhere, as long as the control that has it can keep it; else to what waits for the
@@ -446,7 +446,15 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::ActivationChange && isActiveWindow()) announcer_->Watch();
+  if (event->type() == QEvent::ActivationChange) {
+    if (isActiveWindow()) {
+      announcer_->Watch();
+    } else {
+      // Readers name a window that comes back: after a box, who plays is known.
+      const bool box = QApplication::activeModalWidget() != nullptr;
+      setAccessibleName(box ? QStringLiteral("Bivouac") : windowTitle());
+    }
+  }
   QWidget::changeEvent(event);
 }
 

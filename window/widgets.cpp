@@ -46,7 +46,9 @@ void PaintFocus(QPainter& painter, const QRectF& rect, double unit) {
 }  // namespace
 
 ColourButton::ColourButton(const QString& text, QColor colour, QWidget* parent)
-    : QPushButton(text, parent), colour_(colour) {
+    : QPushButton(parent), colour_(colour) {
+  // Not sooner: a text makes what assistive tools see of an object, and this is a plain button until here.
+  setText(text);
   setAccessibleName(text);
   setFocusPolicy(Qt::StrongFocus);
 }
