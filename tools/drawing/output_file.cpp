@@ -1,6 +1,7 @@
 #include "tools/drawing/output_file.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -9,6 +10,16 @@
 namespace bivouac {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;  // But for the umask.
+
+std::string EntryOf(int file) {
+  return "/proc/self/fd/" + std::to_string(file);
+}
+
+}  // namespace
 
 OutputFile::OutputFile(const std::string& path, Overwrite overwrite) : path_(path) {
   std::error_code error;
@@ -21,14 +32,30 @@ OutputFile::OutputFile(const std::string& path, Overwrite overwrite) : path_(pat
   } else {
     target_ = path;
   }
-  // Its own name, so that two runs do not write into one another's.
-  partial_ = target_.string() + '.' + std::to_string(getpid()) + ".new";
-  stream_ = std::fopen(partial_.c_str(), "wbx");
+  const fs::path folder = target_.has_parent_path() ? target_.parent_path() : fs::path(".");
+  int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFileMode);
+  if (file >= 0 && !fs::exists(EntryOf(file), error)) {  // Without /proc it could not get a name.
+    close(file);
+    file = -1;
+  }
+  if (file < 0) {
+    const fs::path name = NameBeside();
+    file = open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kNewFileMode);
+    if (file < 0) Fail(errno);
+    partial_ = name;
+  }
+  stream_ = fdopen(file, "wb");
   if (stream_ == nullptr) {
     const int reason = errno;
-    partial_.clear();
+    close(file);
+    if (!partial_.empty()) fs::remove(partial_, error);
     Fail(reason);
   }
+}
+
+// Its own name, so that two runs do not write into one another's.
+fs::path OutputFile::NameBeside() const {
+  return target_.string() + '.' + std::to_string(getpid()) + ".new";
 }
 
 OutputFile::~OutputFile() {
@@ -45,6 +72,15 @@ bool OutputFile::Write(std::string_view bytes) {
 void OutputFile::Keep() {
   const bool synced = std::fflush(stream_) == 0 && fsync(fileno(stream_)) == 0;
   if (!synced && error_ == 0) error_ = errno;
+  if (error_ == 0 && partial_.empty()) {
+    const fs::path name = NameBeside();
+    const std::string entry = EntryOf(fileno(stream_));
+    if (linkat(AT_FDCWD, entry.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+      partial_ = name;
+    } else {
+      error_ = errno;
+    }
+  }
   const bool closed = std::fclose(stream_) == 0;
   stream_ = nullptr;
   if (!closed && error_ == 0) error_ = errno;

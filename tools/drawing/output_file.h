@@ -10,7 +10,8 @@ namespace bivouac {
 
 enum class Overwrite { No, Yes };
 
-/// A new file, written beside the one that it will become. Dropped by the destructor unless Keep was called.
+/// A new file that becomes another when it is whole. Dropped by the destructor unless Keep was called; where
+/// the file system has files without a name, a run that is killed leaves nothing either.
 class OutputFile {
  public:
   /// Errors: InputError if the file exists and may not be overwritten, is no regular file, or if nothing can
@@ -27,10 +28,11 @@ class OutputFile {
 
  private:
   [[noreturn]] void Fail(int error) const;
+  std::filesystem::path NameBeside() const;
 
   std::string path_;
   std::filesystem::path target_;   // Behind links.
-  std::filesystem::path partial_;  // Empty once it took its place.
+  std::filesystem::path partial_;  // Beside the target; empty while there is none of this name.
   std::FILE* stream_ = nullptr;
   int error_ = 0;  // The errno of the first write that failed.
 };
