@@ -49,6 +49,12 @@ void AddDrawingOptions(CLI::App& command, DrawingOptions& options) {
   command.add_flag("--force", options.Force, "Overwrite the file");
 }
 
+/// An option that is given with nothing is no option left out. Errors: CLI::ValidationError.
+void RefuseEmpty(const CLI::App& command, const char* name, const char* words) {
+  const CLI::Option* option = command.get_option(name);
+  if (option->count() != 0 && option->results().front().empty()) throw CLI::ValidationError(name, words);
+}
+
 void AddPrint(CLI::App& app, Command& chosen) {
   struct Input {
     BookOptions Book;
@@ -76,7 +82,7 @@ void AddPrint(CLI::App& app, Command& chosen) {
           ->check(CLI::Range(64, 16384)),
       print->add_option("--board", input->Picture.Board, "Digits of a position, one a cell"),
       print->add_flag("--solution", input->Picture.Solution, "The solution instead of the puzzle")};
-  print->callback([input, ofBooks, ofPictures, &chosen] {
+  print->callback([input, print, ofBooks, ofPictures, &chosen] {
     const auto refuse = [](const std::vector<CLI::Option*>& options, const std::string& words) {
       for (const CLI::Option* option : options) {
         if (option->count() != 0) throw CLI::ValidationError(option->get_name(), words);
@@ -85,6 +91,7 @@ void AddPrint(CLI::App& app, Command& chosen) {
     std::vector<std::string>& packs = input->Book.Packs;
     if (packs.size() == 2 && IsNumber(packs[1])) {
       refuse(ofBooks, "a picture of one puzzle takes no such option");
+      RefuseEmpty(*print, "--board", "no digits");
       input->Picture.Pack = packs[0];
       input->Picture.Number = std::stol(packs[1]);
       input->Picture.Paper = input->Book.Paper;
@@ -114,7 +121,9 @@ void AddExplain(CLI::App& app, Command& chosen) {
       "--tsv", [options] { options->Output = Format::Table; }, "Write a table, separated by tabs");
   AddDrawingOptions(*explain, options->Drawing);
   table->excludes(explain->get_option("--output"));
-  explain->callback([options, &chosen] {
+  explain->callback([options, explain, &chosen] {
+    RefuseEmpty(*explain, "--from", "no digits");
+    RefuseEmpty(*explain, "--output", "no name");
     chosen = [options](Terminal& terminal) { return ExplainPuzzle(*options, terminal); };
   });
 }
@@ -127,7 +136,8 @@ void AddStats(CLI::App& app, Command& chosen) {
       "--tsv", [options] { options->Output = Format::Table; }, "Write a table, separated by tabs");
   stats->add_option("-o,--output", options->Drawing.Output, "A plot to write: an SVG, PDF or PNG");
   stats->add_flag("--force", options->Drawing.Force, "Overwrite the plot");
-  stats->callback([options, &chosen] {
+  stats->callback([options, stats, &chosen] {
+    RefuseEmpty(*stats, "--output", "no name");
     chosen = [options](Terminal& terminal) { return StatsOfPacks(*options, WatchForInterrupts(), terminal); };
   });
 }
