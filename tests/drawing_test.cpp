@@ -149,6 +149,25 @@ TEST_F(Drawing, ABookHasItsPagesInOrderAndTheSameBytesAgain) {
   EXPECT_EQ(PagesOf(PathOf("book-solutions.pdf")), 2);
 }
 
+TEST_F(Drawing, NamesOfPacksAndTitlesStayInTheirRoomWhateverTheirBytes) {
+  const std::string longName = std::string(120, 'n') + "\xff.bvq";
+  std::filesystem::copy_file(PackOf(12), PathOf(longName));
+  BookOptions book = Book("long.pdf");
+  book.Packs.push_back(PathOf(longName));
+  book.Numbers = {{1, 1}};
+  book.PerPage = 6;
+  book.Title = std::string(90, 'W') + '\xff';
+  ASSERT_EQ(PrintBook(book, stop, terminal), ExitStatus::Done);
+  EXPECT_NE(TextOf(PathOf("long.pdf"), 2).find("BVPack12, No. 1 "), std::string::npos);
+  OutputOf("pdftoppm -r 50 -png " + PathOf("long.pdf") + " " + PathOf("long"));
+  for (const int number : {1, 2, 3}) {
+    const Pixels page(PathOf("long-" + std::to_string(number) + ".png"));
+    const double margin = page.Width() * 0.03;
+    EXPECT_EQ(page.DarknessIn({0, 0, margin, page.Height() - 1.0}), 0) << number;
+    EXPECT_EQ(page.DarknessIn({page.Width() - margin, 0, margin - 1, page.Height() - 1.0}), 0) << number;
+  }
+}
+
 TEST_F(Drawing, APageShowsTheBoard) {
   const PackRecord record = ReadPack("assets/packs/BVPack07.bvq").at(4);
   PictureOptions picture = Picture("one.pdf", "BVPack07.bvq");

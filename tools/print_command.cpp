@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <ostream>
 
@@ -62,7 +63,8 @@ class Selection {
   /// How a puzzle is called in the book.
   std::string NameOf(const PackReader& pack, long number) const {
     const std::string name = "No. " + std::to_string(number);
-    return packs_.size() == 1 ? name : FileName(pack.Path()) + ", " + name;
+    return packs_.size() == 1 ? name
+                              : std::filesystem::path(FileName(pack.Path())).stem().string() + ", " + name;
   }
 
  private:

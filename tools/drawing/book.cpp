@@ -22,6 +22,7 @@ constexpr double kSolutionWidth = 110;  // Of a solution with its gap, roughly.
 constexpr double kSolutionGap = 12;
 constexpr double kSolutionCaption = 12;
 constexpr double kNoteLine = 24;
+constexpr double kShortestName = 60;  // "No. 100"
 
 constexpr const char* kRules =
     "Every tree wants a tent of its own on a field directly above, below, to the left or to the right of it. "
@@ -146,13 +147,15 @@ void BookWriter::Puzzle(const BookPuzzle& puzzle) {
   const Point corner{place.X + (place.Width - side) / 2, place.Y + caption};
   // The caption begins where the fields do.
   const BoardGeometry geometry(puzzle.Board.Size, corner, side, ClueLabels::Shown);
-  const TextStyle name{.Size = 11 * scale_, .Boldness = Weight::Bold};
+  const TextStyle name{.Size = 11 * scale_, .Boldness = Weight::Bold, .OneLine = true};
   const TextStyle facts{.Size = 9 * scale_, .Ink = kGrey};
-  const double left =
-      std::min(geometry.Corner.X, place.X + place.Width - canvas_.Measure(puzzle.Name, name).Width -
-                                      8 * scale_ - canvas_.Measure(puzzle.Facts, facts).Width);
-  canvas_.Text(puzzle.Name, {left, place.Y}, name);
-  const double nameWidth = canvas_.Measure(puzzle.Name, name).Width;
+  // A long name may begin in the gap before the place.
+  const double room =
+      place.Width + kPuzzleGap / 2 * scale_ - 8 * scale_ - canvas_.Measure(puzzle.Facts, facts).Width;
+  const double nameWidth =
+      std::min(canvas_.Measure(puzzle.Name, name).Width, std::max(room, kShortestName * scale_));
+  const double left = std::min(geometry.Corner.X, place.X - kPuzzleGap / 2 * scale_ + room - nameWidth);
+  canvas_.Text(puzzle.Name, {left, place.Y}, name, nameWidth + 0.01);
   canvas_.Text(puzzle.Facts, {left + nameWidth + 8 * scale_, place.Y + 1.9 * scale_}, facts);
   painter_.Paint(canvas_, puzzle.Board, corner, side);
   if (layout_.PerPage == 1) NotesBelow(corner.Y + side + 24 * scale_);
@@ -184,7 +187,8 @@ void BookWriter::BeginSolutions(const std::string& heading) {
 void BookWriter::Solution(const PackRecord& record, const std::string& name) {
   const Box place = NextPlace(grid_, foot_);
   const double caption = kSolutionCaption * scale_;
-  canvas_.Text(name, {place.X, place.Y}, {.Size = 8 * scale_, .Boldness = Weight::Bold});
+  canvas_.Text(name, {place.X, place.Y}, {.Size = 8 * scale_, .Boldness = Weight::Bold, .OneLine = true},
+               place.Width);
   BoardPicture picture = SolutionPicture(record);
   // Trees and tents say it all.
   std::replace(picture.Fields.begin(), picture.Fields.end(), int{CELL_GRASS}, int{CELL_OPEN});

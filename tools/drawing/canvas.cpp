@@ -31,6 +31,14 @@ cairo_status_t WriteTo(void* file, const unsigned char* bytes, unsigned int coun
   return static_cast<OutputFile*>(file)->Write(text) ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
+/// Names of files and titles may be any bytes; what is no letter is drawn as such.
+std::string Letters(const std::string& text) {
+  char* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+  std::string letters(valid);
+  g_free(valid);
+  return letters;
+}
+
 }  // namespace
 
 std::optional<PictureFormat> FormatOfName(const std::string& path) {
@@ -49,7 +57,7 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
   switch (format) {
     case PictureFormat::Pdf:
       surface_ = cairo_pdf_surface_create_for_stream(WriteTo, &file_, page.Width, page.Height);
-      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, Letters(title).c_str());
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "bivouac-packs");
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, kDocumentDate);
       break;
@@ -114,7 +122,9 @@ void Canvas::LayText(const std::string& text, const TextStyle& style, double wid
   pango_layout_set_alignment(layout_, style.Align == Alignment::Centre  ? PANGO_ALIGN_CENTER
                                       : style.Align == Alignment::Right ? PANGO_ALIGN_RIGHT
                                                                         : PANGO_ALIGN_LEFT);
-  pango_layout_set_text(layout_, text.data(), static_cast<int>(text.size()));
+  pango_layout_set_wrap(layout_, PANGO_WRAP_WORD_CHAR);
+  pango_layout_set_ellipsize(layout_, style.OneLine ? PANGO_ELLIPSIZE_MIDDLE : PANGO_ELLIPSIZE_NONE);
+  pango_layout_set_text(layout_, Letters(text).c_str(), -1);
 }
 
 Extent Canvas::Measure(const std::string& text, const TextStyle& style, double width) {

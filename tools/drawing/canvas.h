@@ -53,6 +53,7 @@ struct TextStyle {
   Weight Boldness = Weight::Regular;
   Alignment Align = Alignment::Left;
   Colour Ink = kBlack;
+  bool OneLine = false;  ///< Shortened in its middle where lines would be broken.
 };
 
 /// Everything that is drawn goes to `Pen()`; the file is there after Close().
@@ -73,7 +74,8 @@ class Canvas {
   void Line(Point from, Point to, double width, Colour colour);
 
   /// Draws a text whose first line's upper edge is at `at.Y`, on the left, the middle or the right of `at.X`.
-  /// Lines are broken at `width` if it is above 0. Returns the height. A text of no ink returns it only.
+  /// Lines are broken at `width` if it is above 0, in words only where one is wider. Returns the height. A
+  /// text of no ink returns it only.
   double Text(const std::string& text, Point at, const TextStyle& style, double width = 0);
   /// The extent that the text would have.
   Extent Measure(const std::string& text, const TextStyle& style, double width = 0);
