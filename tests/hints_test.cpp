@@ -7,6 +7,7 @@
 
 #include "game/blinking.h"
 #include "game/board.h"
+#include "game/clock.h"
 #include "game/error.h"
 #include "game/moves.h"
 #include "game/play.h"
@@ -232,6 +233,10 @@ TEST_F(HintFrame, FaultsEndInAnErrorThatLeavesThePauseShut) {
 TEST_F(HintFrame, UndoRestartAndSolutionLeaveAHintOnShow) {
   Grid_Click(main, 3);
   cmdHint_Click(main);
+  const int elapsed = main.Elapsed;
+  desktop.Now = "12:00:05";
+  Timer3_Timer(main);
+  EXPECT_EQ(main.Elapsed, elapsed + 5) << "the clock runs on under a hint";
   const auto sounds = desktop.Played;
   cmdUndo_Click(main);
   EXPECT_EQ(desktop.Played, sounds);
