@@ -370,7 +370,7 @@ bool Run() {
                      [&] {
                        CountPacks(game.main);
                        game.global.CurrentPlayer = 1;
-                       game.desktop.Answer = "2";
+                       game.desktop.Answer = std::string("2");
                        cmdOpen_Click(game.main);
                        readFiles();
                      },

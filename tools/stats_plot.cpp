@@ -47,12 +47,14 @@ void PlotPuzzles(Canvas& canvas, const Box& box, const PackStats& stats) {
     return Point{box.X + box.Width * seconds / mostSeconds,
                  box.Y + box.Height * (1 - difficulty / mostDifficulty)};
   };
-  for (double at = 0; at <= mostSeconds; at += StepOf(mostSeconds)) {
+  for (int line = 0; line * StepOf(mostSeconds) <= mostSeconds; ++line) {
+    const double at = line * StepOf(mostSeconds);
     const Point foot = place(at, 0);
     canvas.Line(foot, place(at, mostDifficulty), 0.6, kRule);
     canvas.Text(Short(at), {foot.X, foot.Y + 4}, kLabelCentre);
   }
-  for (double at = 0; at <= mostDifficulty; at += StepOf(mostDifficulty)) {
+  for (int line = 0; line * StepOf(mostDifficulty) <= mostDifficulty; ++line) {
+    const double at = line * StepOf(mostDifficulty);
     const Point left = place(0, at);
     canvas.Line(left, place(mostSeconds, at), 0.6, kRule);
     canvas.Text(Short(at), {left.X - 6, left.Y - 7}, kLabelRight);

@@ -71,7 +71,7 @@ std::string QtDesktop::Show(const InputBox& box) {
   road_->ThrowIfEnded();
   road_->Draw();
   const EventRoad::Modal modal(*road_);
-  const std::string answer = ShowInputBox(BoxParent(), box);
+  std::string answer = ShowInputBox(BoxParent(), box);
   road_->ThrowIfEnded();
   return answer;
 }
