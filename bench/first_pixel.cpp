@@ -39,7 +39,7 @@ class Display {
     if (damage == nullptr || damage->present == 0)
       throw std::runtime_error("the display reports no painting");
     damageEvent_ = static_cast<std::uint8_t>(damage->first_event + XCB_DAMAGE_NOTIFY);
-    Reply<xcb_damage_query_version_reply_t>(
+    const Reply<xcb_damage_query_version_reply_t> version(
         xcb_damage_query_version_reply(connection_, xcb_damage_query_version(connection_, 1, 1), nullptr));
     const std::uint32_t look[] = {kGround, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY};
     xcb_change_window_attributes(connection_, root_, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, look);
@@ -80,7 +80,7 @@ class Display {
 
   /// Forgets what happened so far.
   void Settle() {
-    Reply<xcb_get_input_focus_reply_t>(
+    const Reply<xcb_get_input_focus_reply_t> arrived(
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     while (Reply<xcb_generic_event_t>(xcb_poll_for_event(connection_)) != nullptr) {
     }

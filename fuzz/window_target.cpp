@@ -58,7 +58,7 @@ void Install(Bytes& bytes) {
     QFile shipped(QStringLiteral(BIVOUAC_SOURCE_DIR "/assets/packs/") + name);
     QFile pack(data.filePath(name));
     if (!shipped.open(QFile::ReadOnly) || !pack.open(QFile::WriteOnly)) Fault("no pack");
-    pack.write(shipped.read(3 * kPackBytes));
+    pack.write(shipped.read(qint64{3} * kPackBytes));
   }
   QSettings settings("Bivouac", "Bivouac");
   settings.clear();
@@ -198,8 +198,8 @@ class Hand : public QObject {
                                  Qt::Key_F1,     Qt::Key_PageUp};
     const int kind = bytes_.Below(32);
     if (kind < 14) return {kKeys[kind], Qt::NoModifier, {}};
-    constexpr char kLetters[] = "PHSGTOZNRYQ12367";
-    const int letter = kLetters[bytes_.Below(16)];
+    constexpr char16_t kLetters[] = u"PHSGTOZNRYQ12367";
+    const char16_t letter = kLetters[bytes_.Below(16)];
     const bool control = bytes_.Once(2);
     return {letter, control ? Qt::ControlModifier : Qt::NoModifier,
             control ? QString() : QString(QChar(letter))};
