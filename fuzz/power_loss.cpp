@@ -6,7 +6,11 @@
 // The model is stricter than file systems are: a synced file may still have lost its name, names are lost one
 // by one, and unsynced writes in any order. One write is kept as a whole or not at all: a write in place
 // changes only the last eight bytes of a record, which no sector's edge cuts.
+//
+// A kill is tried at every call too, within a write at bytes of every kind: there everything that was done
+// stands, and the next start of the game must find every old record, and nothing but whole ones.
 #include <algorithm>
+#include <csignal>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -18,6 +22,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -236,12 +241,16 @@ struct Disk {
   }
 };
 
+/// What becomes of a trial. Where it is refused, there is nothing to sync.
+enum class End { Done, Refused };
+
 struct Trial {
   const char* Name;
   std::function<void()> Prepare;
   std::function<void()> Act;
   /// True if a world is one that a person could live with; `done` once the program has gone on.
   std::function<bool(const World& world, bool done)> IsSound;
+  End Ends = End::Done;
 };
 
 /// An installation in a temporary folder.
@@ -294,6 +303,54 @@ Verdict Enumerate(const Disk& start, const Trial& trial, Syncs syncs) {
   return verdict;
 }
 
+/// How many bytes of a write may stand when its program was killed.
+std::vector<std::size_t> CutsOf(const Call& call) {
+  if (call.Did != Call::Write) return {call.Bytes.size()};
+  constexpr std::size_t kPage = 4096;
+  constexpr std::size_t kRecord = RecordFile<PackRecord>::kBytes;
+  std::vector<std::size_t> cuts = {1, call.Bytes.size() / 2, call.Bytes.size() - 1, call.Bytes.size()};
+  for (const std::size_t edge : {kPage - call.Offset % kPage, kRecord, kRecord + 1}) {
+    if (edge < call.Bytes.size()) cuts.push_back(edge);
+  }
+  return cuts;
+}
+
+Verdict EnumerateKills(const Place& place, const Disk& start, const Trial& trial) {
+  Verdict verdict;
+  const auto isSoundAtNextStart = [&](const World& world) {
+    const fs::path local = place.Top / "killed";
+    fs::create_directories(local / "Bvc");
+    for (const auto& [name, bytes] : world) std::ofstream(local / "Bvc" / name, std::ios::binary) << bytes;
+    const HeadlessGame next((place.Top / "program").string(), local.string());
+    World after;
+    bool whole = true;
+    for (const fs::directory_entry& entry : fs::directory_iterator(local / "Bvc")) {
+      const std::string name = entry.path().filename().string();
+      after[name] = BytesOf(entry.path());
+      if (name.starts_with("BVPack")) whole &= after[name].size() % sizeof(PackRecord) == 0;
+      if (!name.starts_with("PLBest")) continue;
+      // A player's file is looked at when a time is added to it.
+      RecordFile<PersonalRecord> own(entry.path().string());
+      whole &= own.SpareBytes() == 0;
+      after[name] = BytesOf(entry.path());
+    }
+    fs::remove_all(local);
+    return whole && trial.IsSound(after, false);
+  };
+  Names names = start.SafeNames;
+  Contents contents = start.SafeContents;
+  for (const Call& call : calls) {
+    for (const std::size_t kept : CutsOf(call)) {
+      Call last = call;
+      last.Bytes.resize(kept);
+      Disk disk{names, contents, {last}};
+      ++(isSoundAtNextStart(disk.After(1)) ? verdict.Sound : verdict.Unsound);
+    }
+    IsContent(call) ? ApplyToContent(call, contents) : ApplyToNames(call, names);
+  }
+  return verdict;
+}
+
 /// Returns whether every world is sound, and whether some would not be without the syncs.
 bool Passes(const Place& place, const Trial& trial) {
   trial.Prepare();
@@ -310,13 +367,17 @@ bool Passes(const Place& place, const Trial& trial) {
   trial.Act();
   recording = false;
   const Verdict verdict = Enumerate(start, trial, Syncs::Count);
-  const Verdict without = Enumerate(start, trial, Syncs::DoNotCount);
-  std::printf("%s: %zu calls, %ld worlds, %ld of them unsound (without syncs %s)\n", trial.Name, calls.size(),
-              verdict.Sound + verdict.Unsound, verdict.Unsound, without.Unsound > 0 ? "some" : "NONE");
-  return verdict.Unsound == 0 && without.Unsound > 0;
+  const bool tells = trial.Ends == End::Refused || Enumerate(start, trial, Syncs::DoNotCount).Unsound > 0;
+  const Verdict killed = EnumerateKills(place, start, trial);
+  std::printf("%s: %zu calls, %ld worlds, %ld of them unsound (without syncs %s), %ld kills, %ld unsound\n",
+              trial.Name, calls.size(), verdict.Sound + verdict.Unsound, verdict.Unsound,
+              tells ? "some" : "NONE", killed.Sound + killed.Unsound, killed.Unsound);
+  return verdict.Unsound == 0 && killed.Unsound == 0 && tells;
 }
 
 bool Run() {
+  constexpr std::size_t kPartOfRecord = 700;
+  std::signal(SIGXFSZ, SIG_IGN);
   const Place place;
   std::vector<PackRecord> spare = ReadSoundPack(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(Place::kSize));
   std::string packBefore, ownBefore;
@@ -353,6 +414,29 @@ bool Run() {
                      [&](const World& world, bool done) {
                        const std::string bytes = content(world, pack);
                        return bytes.starts_with(packBefore) && (!done || bytes.size() > packBefore.size());
+                     }});
+  passes &=
+      Passes(place, {"no room for a new puzzle", readFiles,
+                     [&] {
+                       rlimit limit{};
+                       getrlimit(RLIMIT_FSIZE, &limit);
+                       const rlimit starved{packBefore.size() + kPartOfRecord, limit.rlim_max};
+                       setrlimit(RLIMIT_FSIZE, &starved);
+                       Save_New(game.main);
+                       setrlimit(RLIMIT_FSIZE, &limit);
+                     },
+                     [&](const World& world, bool) { return content(world, pack).starts_with(packBefore); },
+                     End::Refused});
+  passes &=
+      Passes(place, {"puzzles made", readFiles,
+                     [&] {
+                       PackAppender maker(place.Pack().string(), Place::kSize, PackAppender::Twins::Keep);
+                       maker.Add({spare.begin() + 60, spare.begin() + 65});
+                     },
+                     [&](const World& world, bool done) {
+                       const std::string bytes = content(world, pack);
+                       const std::size_t more = bytes.size() - packBefore.size();
+                       return bytes.starts_with(packBefore) && (!done || more == 5 * sizeof(PackRecord));
                      }});
   passes &= Passes(place, {"first puzzle of a pack",
                            [&] {

@@ -22,7 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t kNewFileMode = 0666;      // Less what the user's mask takes away.
-constexpr std::uintmax_t kPage = 4096;     // The smallest of any machine.
 constexpr std::size_t kBlockRecords = 64;  // Read in one go while writers wait.
 constexpr auto kShortPatience = std::chrono::milliseconds(100);
 constexpr auto kLongPatience = std::chrono::seconds(30);
@@ -140,12 +139,13 @@ std::string BehindLinks(const std::string& path) {
   return target.string();
 }
 
-/// A mark beside a file, only there while records are added that lie on several pages of memory. The kernel
-/// breaks the write of a program that is killed off between two pages; the next turn finds the mark then, and
-/// cuts what is no record.
+/// A mark beside a file, only there while records are added. A program can be killed when a part of a record
+/// is written: the kernel breaks its write off between two pages, a full disk or a limit at any byte. The
+/// next turn finds the mark then, and cuts what is no record.
 struct EndMark {
-  std::uint64_t Before;  ///< The length of the file.
-  std::uint64_t After;   ///< What it is to become.
+  std::uint64_t Before;       ///< The length of the file.
+  std::uint64_t After;        ///< What it is to become.
+  std::uint64_t RecordBytes;  ///< What it grows by.
 };
 
 std::string PathOfMark(const std::string& path) {
@@ -153,17 +153,19 @@ std::string PathOfMark(const std::string& path) {
   return (target.parent_path() / (".bivouac-end-" + target.filename().string())).string();
 }
 
-/// Returns false if there is no room for the mark: then it is done without.
+/// Returns whether the mark stands. In a folder that takes no new files it is done without; where only the
+/// room is missing, there is none for a record either. Errors: DiskFull.
 bool MarkEnd(const std::string& path, const EndMark& end) {
   const std::string mark = PathOfMark(path);
   const int descriptor = Repeating([&] {
     return open(mark.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kNewFileMode);
   });
   if (descriptor < 0) return false;
-  const bool written = write(descriptor, &end, sizeof end) == sizeof end;
+  const ssize_t written = Repeating([&] { return write(descriptor, &end, sizeof end); });
   close(descriptor);
-  if (!written) unlink(mark.c_str());
-  return written;
+  if (written == sizeof end) return true;
+  unlink(mark.c_str());
+  ThrowFileError(ENOSPC, path);
 }
 
 /// Calls visit(field) for every integer of a record, in the order of the file.
@@ -275,13 +277,14 @@ void SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) {
   if (!bytes.empty()) ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", path_);
 }
 
-void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes) {
+void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, int recordBytes) {
   if (!writable_) ThrowFileError(ErrorNumber::PermissionDenied, "the file is read-only", path_);
   const Turn turn(*this);
   const std::uintmax_t before = Length();
   if (before == 0) maybeNew_ = true;
-  const std::uintmax_t last = offset + bytes.size() - 1;
-  const bool marked = last >= before && offset / kPage != last / kPage && MarkEnd(path_, {before, last + 1});
+  const std::uintmax_t after = offset + bytes.size();
+  const bool marked =
+      after > before && MarkEnd(path_, {before, after, static_cast<std::uint64_t>(recordBytes)});
   int reason = WriteAll(descriptor_, offset, bytes);
   if (reason != 0 && Length() > before && ftruncate(descriptor_, static_cast<off_t>(before)) != 0)
     reason = errno;
@@ -294,14 +297,15 @@ void SharedFile::CutWhatAKilledProgramLeft() {
   const int descriptor = Repeating([&] { return open(mark.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
   if (descriptor < 0) return;
   EndMark end{};
-  const bool known = read(descriptor, &end, sizeof end) == sizeof end;
+  const bool known = read(descriptor, &end, sizeof end) == sizeof end && end.RecordBytes > 0;
   close(descriptor);
   const std::uintmax_t length = Length();
-  const std::uintmax_t wholeRecords =
-      std::max<std::uintmax_t>(end.Before, length - length % sizeof(PackRecord));
   // A file that has grown by more since, or was replaced, is left alone.
-  const bool broken = length > end.Before && length < end.After && length > wholeRecords;
-  if (known && broken && ftruncate(descriptor_, static_cast<off_t>(wholeRecords)) != 0) return;
+  if (known && length > end.Before && length < end.After) {
+    const std::uintmax_t wholeRecords =
+        std::max<std::uintmax_t>(end.Before, length - length % end.RecordBytes);
+    if (length > wholeRecords && ftruncate(descriptor_, static_cast<off_t>(wholeRecords)) != 0) return;
+  }
   unlink(mark.c_str());
 }
 
@@ -364,7 +368,7 @@ std::vector<Record> RecordFile<Record>::ReadAll(long first) {
 
 template <class Record>
 void RecordFile<Record>::Write(long number, const Record& record) {
-  WriteAt(OffsetOf(number), Encode(record));
+  WriteAt(OffsetOf(number), Encode(record), kBytes);
 }
 
 template <class Record>
@@ -376,7 +380,7 @@ void RecordFile<Record>::WriteAll(long first, std::span<const Record> records) {
     const auto encoded = Encode(record);
     bytes.insert(bytes.end(), encoded.begin(), encoded.end());
   }
-  WriteAt(OffsetOf(first), bytes);
+  WriteAt(OffsetOf(first), bytes, kBytes);
 }
 
 template <class Record>

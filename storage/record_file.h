@@ -62,7 +62,8 @@ class SharedFile {
 
  protected:
   void ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes);
-  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes);
+  /// Bytes of whole records: what is cut off a write that a killed program left.
+  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, int recordBytes);
   std::uintmax_t Length() const;
   const std::string& Path() const { return path_; }
 
