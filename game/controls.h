@@ -81,6 +81,8 @@ struct ControlRow {
   std::string_view Caption;
   int Background;  ///< Red, green, blue as 0xRRGGBB; kSystemDefault for the system's own.
   std::string_view ToolTip;
+  std::string_view Description;       ///< What it does, where no tool tip says so.
+  std::string_view Keys = "";         ///< That press a button, with blanks between.
   Button Main::*ItsButton = nullptr;  ///< The value of a button.
   Label Main::*ItsLabel = nullptr;    ///< The value of a label whose caption changes.
   int Foreground = 0x000000;

@@ -36,23 +36,11 @@ QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
 }
 
-}  // namespace
+QString DescriptionOf(const ControlRow& row) {
+  return QString::fromUtf8(row.ToolTip.empty() ? row.Description : row.ToolTip);
+}
 
-const std::array<MainWindow::ButtonText, MainWindow::kButtons> MainWindow::kButtonTexts = {{
-    {&Main::cmdOptions, "Chooses the size of the board"},
-    {&Main::cmdPause, "Stops the clock and hides the board", "P"},
-    {&Main::cmdGenerate, "Makes a new puzzle", "Ctrl+N"},
-    {&Main::cmdOpen, "Opens a puzzle by its number", "Ctrl+O"},
-    {&Main::cmdNext, "Opens the next puzzle", "Ctrl+Right"},
-    {&Main::cmdRestart, "Starts the puzzle again", "Ctrl+R"},
-    {&Main::cmdSolution, "Shows the solution and ends the game"},
-    {&Main::cmdUndo, "Takes the last step back", "Ctrl+Z"},
-    {&Main::cmdRedo, "Does the step again that was taken back", "Ctrl+Shift+Z Ctrl+Y"},
-    {&Main::cmdHint, "Explains a step, at a price in seconds", "H"},
-    {&Main::cmdPlayers, "Chooses who plays"},
-    {&Main::cmdExit, "Ends the program", "Ctrl+Q"},
-    {&Main::cmdResetTime, "Clears the times of this size"},
-}};
+}  // namespace
 
 MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   setObjectName(QStringLiteral("Main"));
@@ -71,7 +59,6 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
         break;
       case ControlKind::CheckBox:
         sound_ = new ScaledCheckBox(QString::fromUtf8(row.Caption), this);
-        sound_->setAccessibleDescription(QStringLiteral("Turns sounds on and off"));
         connect(sound_, &QCheckBox::clicked, this,
                 [this](bool checked) { Press([this, checked] { PressSound(main_, checked); }); });
         AddPlaced(sound_, row);
@@ -118,20 +105,18 @@ void MainWindow::SetIcon() {
 void MainWindow::AddPlaced(QWidget* widget, const ControlRow& row) {
   widget->setObjectName(QString::fromUtf8(row.Name));
   widget->setToolTip(QString::fromUtf8(row.ToolTip));
+  widget->setAccessibleDescription(DescriptionOf(row));
   placed_.push_back({widget, row.At});
 }
 
 void MainWindow::AddButton(const ControlRow& control) {
   const ButtonRow& row = ButtonOf(control.ItsButton);
-  const auto text = std::find_if(kButtonTexts.begin(), kButtonTexts.end(),
-                                 [&](const ButtonText& candidate) { return candidate.Value == row.Value; });
   auto* button = new ColourButton(QString::fromUtf8(control.Caption), ColourOf(control.Background), this);
-  const QString description = QString::fromLatin1(text->Description);
-  button->setAccessibleDescription(description);
-  button->SetKeys(QString::fromLatin1(text->Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+  button->SetKeys(QString::fromUtf8(control.Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
   connect(button, &QPushButton::clicked, this, [this, &row] { Press([&] { PressButton(main_, row); }); });
   AddPlaced(button, control);
   if (control.ToolTip.empty()) {
+    const QString description = button->accessibleDescription();
     const QString keys = button->Keys().join(QStringLiteral(", "));
     button->setToolTip(keys.isEmpty() ? description : QStringLiteral("%1 (%2)").arg(description, keys));
   }
@@ -155,7 +140,6 @@ void MainWindow::AddLabel(const ControlRow& row) {
   auto* label = new TextLabel(LookOf(row), this);
   AddPlaced(label, row);
   label->SetText(QString::fromUtf8(row.Caption));
-  label->setAccessibleDescription(row.ToolTip.empty() ? QStringLiteral("Rules and hints") : label->toolTip());
   if (row.Kind == ControlKind::Figure) labels_.push_back({label, row.ItsLabel});
   if (row.Kind == ControlKind::Link) {
     label->setCursor(Qt::PointingHandCursor);
@@ -245,14 +229,13 @@ void MainWindow::AddShield() {
   white.setColor(QPalette::Window, ColourOf(box.Background));
   shield_->setPalette(white);
   shield_->setAccessibleName(QStringLiteral("Shield"));
-  shield_->setAccessibleDescription(QStringLiteral("Hides the board during a pause"));
   shield_->hide();
   AddPlaced(shield_, box);
 
-  ControlRow picture = ControlNamed("Picture1");
+  const ControlRow& picture = ControlNamed("Picture1");
   continue_ = new TextLabel({}, shield_);
   continue_->setAccessibleName(QStringLiteral("CONTINUE"));
-  continue_->setAccessibleDescription(QStringLiteral("Ends the pause"));
+  continue_->setAccessibleDescription(DescriptionOf(picture));
   continue_->setCursor(Qt::PointingHandCursor);
   continue_->setFocusPolicy(Qt::TabFocus);
   continue_->SetClick([this] { Press([this] { PressContinue(main_); }); });
@@ -328,7 +311,7 @@ void MainWindow::DrawHint() {
   hint_->setAccessibleName(QString::fromStdString(SpokenHint(main_)));
   hintTakesClicks_ = HintTakesClicks();
   hint_->setAccessibleDescription(hintTakesClicks_ ? QString::fromStdString(SpokenMarks(main_))
-                                                   : QStringLiteral("Rules and hints"));
+                                                   : DescriptionOf(ControlNamed("lblHint")));
   hint_->setCursor(hintTakesClicks_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
   hint_->setFocusPolicy(hintTakesClicks_ ? Qt::TabFocus : Qt::NoFocus);
 }

@@ -3,7 +3,6 @@
 
 #include <QTimer>
 #include <QWidget>
-#include <array>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -45,14 +44,6 @@ class MainWindow : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  struct ButtonText {
-    Button Main::*Value;
-    const char* Description;
-    const char* Keys = "";  ///< As QKeySequence reads them, with blanks between.
-  };
-  static constexpr int kButtons = 13;
-  static const std::array<ButtonText, kButtons> kButtonTexts;
-
   struct PlacedButton {
     ColourButton* Widget;
     const ButtonRow* Row;

@@ -16,6 +16,11 @@ inline int PixelsOf(double atOpeningSize, double unit) {
   return std::max(1, static_cast<int>(std::lround(atOpeningSize * unit)));
 }
 
+/// The same for the room around a text: rounded up, so that none is lost.
+inline int MarginOf(double atOpeningSize, double unit) {
+  return static_cast<int>(std::ceil(atOpeningSize * unit));
+}
+
 /// One factor for both directions; what is left over in one of them lies in equal parts on both sides.
 struct Scale {
   double Factor = 1.0 / kTwipsPerPixel;  ///< Logical pixels per twip.

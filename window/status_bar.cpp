@@ -1,7 +1,6 @@
 #include "window/status_bar.h"
 
 #include <QPainter>
-#include <cmath>
 
 #include "window/scale.h"
 #include "window/text_fit.h"
@@ -45,7 +44,7 @@ void StatusBar::Draw(const FixedArray<Panel, 6>& panels) {
 
 void StatusBar::LayOut(double unit) {
   unit_ = unit;
-  const int gap = static_cast<int>(std::ceil(4 * unit));
+  const int gap = MarginOf(4, unit);
   int before = 0;
   for (std::size_t i = 0; i < labels_.size(); ++i) {
     const int left = width() * before / kPanelWidths;

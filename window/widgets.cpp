@@ -55,7 +55,7 @@ ColourButton::ColourButton(const QString& text, QColor colour, QWidget* parent)
 
 void ColourButton::FitText(double unit) {
   unit_ = unit;
-  const int margin = static_cast<int>(std::ceil(5 * unit));
+  const int margin = MarginOf(5, unit);
   const QSize room = size() - QSize(2 * margin, 2);
   setFont(FittingFont(font(), text(), room, PixelsOf(kButtonText, unit), Wrapping::OneLine));
 }
@@ -115,7 +115,7 @@ ScaledCheckBox::ScaledCheckBox(const QString& text, QWidget* parent) : QCheckBox
 
 void ScaledCheckBox::FitText(double unit) {
   unit_ = unit;
-  const QSize room(width() - static_cast<int>(std::ceil(24 * unit)), height());
+  const QSize room(width() - MarginOf(24, unit), height());
   setFont(FittingFont(font(), text(), room, PixelsOf(kButtonText, unit), Wrapping::OneLine));
 }
 
@@ -139,7 +139,7 @@ void ScaledCheckBox::paintEvent(QPaintEvent*) {
   }
   if (hasFocus()) PaintFocus(painter, rect(), unit_);
   painter.setPen(isEnabled() ? QColor(Qt::black) : kFaintText);
-  const int textLeft = static_cast<int>(std::ceil(22 * unit_));
+  const int textLeft = MarginOf(22, unit_);
   painter.drawText(rect().adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, text());
 }
 
@@ -183,7 +183,7 @@ void TextLabel::SetClick(Click click) {
 }
 
 int TextLabel::Margin() const {
-  return look_.Background.isValid() ? static_cast<int>(std::ceil(5 * unit_)) : 0;
+  return look_.Background.isValid() ? MarginOf(5, unit_) : 0;
 }
 
 QSize TextLabel::TextRoom() const {
