@@ -20,6 +20,11 @@ int ColClue(const Main& main, int col);
 /// nothing.
 void SetPicture(Main& main, int cell, int tile);
 
+/// Whether a direction is one of the four: a tree with any other has no tent.
+constexpr bool IsDirection(int direction) {
+  return direction >= NORTH && direction <= WEST;
+}
+
 /// What to add to a cell to reach its neighbour in a direction, NORTH to WEST. At the edge of the board that
 /// is no neighbour: past the left or right edge it lands in the next row.
 constexpr int StepOf(int size, int direction) {

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kPenaltyTentFound = 15;  // Seconds for a tree whose tent stands already.
 constexpr int kPenaltyTentMissing = 30;
+constexpr FixedArray<const char*, 5> kDirectionNames{{"", "North", "East", "South", "West"}};
 
 /// The scan stops at the first wrong tent, and counts open fields no further than that.
 bool IsSolved(const Main& main) {
@@ -63,26 +64,11 @@ void TellTentOf(Main& main, int tree) {
       .Symbol = BoxSymbol::Question,
       .Buttons = BoxButtons::YesNo};
   if (main.desktop.Show(question) != BoxAnswer::Yes) return;
-  const char* side = nullptr;
-  int tent = tree;
-  switch (main.TentDir[tree]) {
-    case NORTH:
-      side = "North", tent -= main.BoardSize;
-      break;
-    case EAST:
-      side = "East", tent += 1;
-      break;
-    case SOUTH:
-      side = "South", tent += main.BoardSize;
-      break;
-    case WEST:
-      side = "West", tent -= 1;
-      break;
-    default:
-      return;
-  }
-  main.desktop.Show(
-      MessageBox{.Title = "Tent Check", .Text = std::string("The Tent for this Tree is ") + side});
+  const int direction = main.TentDir[tree];
+  if (!IsDirection(direction)) return;
+  main.desktop.Show(MessageBox{
+      .Title = "Tent Check", .Text = std::string("The Tent for this Tree is ") + kDirectionNames[direction]});
+  const int tent = tree + StepOf(main.BoardSize, direction);
   AddPenalty(main, main.Board[tent] == CELL_TENT ? kPenaltyTentFound : kPenaltyTentMissing);
 }
 

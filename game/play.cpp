@@ -33,22 +33,8 @@ void ClearBoardAndBuildSolution(Main& main) {
     }
     SetPicture(main, cell, CELL_TREE);
     main.Solution[cell] = CELL_TREE;
-    switch (main.TentDir[cell]) {
-      case NORTH:
-        main.Solution[cell - main.BoardSize] = CELL_TENT;
-        break;
-      case EAST:
-        main.Solution[cell + 1] = CELL_TENT;
-        break;
-      case SOUTH:
-        main.Solution[cell + main.BoardSize] = CELL_TENT;
-        break;
-      case WEST:
-        main.Solution[cell - 1] = CELL_TENT;
-        break;
-      default:
-        break;
-    }
+    const int direction = main.TentDir[cell];
+    if (IsDirection(direction)) main.Solution[cell + StepOf(main.BoardSize, direction)] = CELL_TENT;
   }
 }
 
