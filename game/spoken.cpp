@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::string_view kContents[] = {"open", "grass", "tent", "tree"};
 constexpr int kHighlighted = 4;  // Tiles from here on show the contents again.
-constexpr std::string_view kClickHere = " Click HERE to continue...";
 
 bool HintOnShow(const Main& main) {
   return !main.BoardLive && main.Timer2.Enabled;
@@ -47,7 +46,7 @@ std::string_view ContentOfTile(int tile) {
 
 std::string Content(const Main& main, int cell) {
   if (HintOnShow(main)) {
-    for (int i = 0; i <= main.BlinkTop; ++i) {
+    for (int i = main.BlinkTop; i >= 0; --i) {  // Of several marks the last one shows.
       if (main.BlinkCell[i] == cell) return std::string(ContentOfTile(main.BlinkTile[i])) + ", blinking";
     }
   }
@@ -99,33 +98,38 @@ std::string SpokenField(const Main& main, int cell) {
          ". Column: " + LineState(main, main.ColCnt[col], col, main.BoardSize) + ".";
 }
 
+std::string SentenceOf(std::string_view text) {
+  return std::string(text.substr(0, text.find(" Click HERE")));
+}
+
 std::string SpokenHint(const Main& main) {
-  std::string text = main.lblHint.Caption;
-  if (text.ends_with(kClickHere)) text.resize(text.size() - kClickHere.size());
-  return text;
+  return SentenceOf(main.lblHint.Caption);
 }
 
 std::string SpokenMarks(const Main& main) {
   if (!HintOnShow(main)) return "";
   std::string text;
-  std::vector<bool> named(static_cast<std::size_t>(main.CellCount));
+  FixedArray<std::string_view, kMaxCells> unnamed;  // By cell: as what it blinks, until it was named.
+  const auto isOnBoard = [&](int cell) { return cell >= 0 && cell < main.CellCount; };
+  for (int i = 0; i <= main.BlinkTop; ++i) {
+    const int cell = main.BlinkCell[i];
+    if (isOnBoard(cell)) unnamed[cell] = ContentOfTile(main.BlinkTile[i]);
+  }
   // Fields of one row that are marked alike are named together.
   for (int i = 0; i <= main.BlinkTop; ++i) {
     const int first = main.BlinkCell[i];
-    if (first < 0 || first >= main.CellCount || named[static_cast<std::size_t>(first)]) continue;
+    if (!isOnBoard(first) || unnamed[first].empty()) continue;
+    const std::string_view content = unnamed[first];
     std::vector<int> columns;
     for (int k = i; k <= main.BlinkTop; ++k) {
       const int cell = main.BlinkCell[k];
-      if (cell < 0 || cell >= main.CellCount || named[static_cast<std::size_t>(cell)]) continue;
-      if (RowOf(main, cell) != RowOf(main, first)) continue;
-      if (ContentOfTile(main.BlinkTile[k]) != ContentOfTile(main.BlinkTile[i])) continue;
-      named[static_cast<std::size_t>(cell)] = true;
+      if (!isOnBoard(cell) || RowOf(main, cell) != RowOf(main, first) || unnamed[cell] != content) continue;
+      unnamed[cell] = {};
       columns.push_back(ColOf(main, cell) + 1);
     }
     text += text.empty() ? "" : "; ";
     text += "row " + std::to_string(RowOf(main, first) + 1) +
-            (columns.size() == 1 ? " column " : " columns ") + Listed(columns) + ": " +
-            std::string(ContentOfTile(main.BlinkTile[i]));
+            (columns.size() == 1 ? " column " : " columns ") + Listed(columns) + ": " + std::string(content);
   }
   return Sentence(text);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "game/game_state.h"
@@ -15,7 +16,9 @@ std::string SpokenField(const Main& main, int cell);
 /// Its first sentence.
 std::string SpokenFieldAlone(const Main& main, int cell);
 
-/// The sentence of the hint without its words about clicking; other texts of lblHint as they are.
+/// The sentence of a hint without its words about clicking; other texts as they are.
+std::string SentenceOf(std::string_view text);
+/// That of the text in lblHint.
 std::string SpokenHint(const Main& main);
 /// The fields that blink and as what: "Row 3 column 4: grass; row 5 columns 1 and 2: tent." Empty if none
 /// does.

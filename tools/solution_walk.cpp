@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "game/error.h"
+#include "game/spoken.h"
 
 namespace bivouac {
 namespace {
@@ -21,10 +22,6 @@ std::vector<FieldChange> ChangesOf(const Main& main, const FoundHint& hint) {
     if (std::find(changes.begin(), changes.end(), change) == changes.end()) changes.push_back(change);
   }
   return changes;
-}
-
-std::string SentenceOf(std::string_view text) {
-  return std::string(text.substr(0, text.find(" Click HERE")));
 }
 
 std::string SentenceOf(const FoundHint& hint) {

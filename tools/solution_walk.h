@@ -21,7 +21,6 @@ std::vector<FieldChange> ChangesOf(const Main& main, const FoundHint& hint);
 
 /// A hint's sentence, without the words that belong to the window.
 std::string SentenceOf(const FoundHint& hint);
-std::string SentenceOf(std::string_view text);
 
 /// One thing that a hint can say: a rule, and one of its cases.
 struct HintCase {
