@@ -5,21 +5,6 @@
 namespace bivouac {
 namespace {
 
-struct LineCount {
-  int Tents = 0;
-  int Open = 0;
-};
-
-LineCount CountLine(const Main& main, int first, int step) {
-  LineCount count;
-  for (int i = 0; i < main.BoardSize; ++i) {
-    const int code = main.Board[first + i * step];
-    if (code == CELL_TENT) ++count.Tents;
-    if (code == CELL_OPEN) ++count.Open;
-  }
-  return count;
-}
-
 void ColourClue(Label& label, const LineCount& count, LineRule rule) {
   const int clue = IntegerFromText(label.Caption);
   if (count.Tents == clue && (rule == LineRule::Undo || count.Open == 0)) {
@@ -50,6 +35,16 @@ bool TouchesTree(const Main& main, int cell) {
   ForEachSide(main.BoardSize, cell,
               [&](int side, int) { touches = touches || main.Board[side] == CELL_TREE; });
   return touches;
+}
+
+LineCount CountLine(const Main& main, int first, int step) {
+  LineCount count;
+  for (int i = 0; i < main.BoardSize; ++i) {
+    const int code = main.Board[first + i * step];
+    if (code == CELL_TENT) ++count.Tents;
+    if (code == CELL_OPEN) ++count.Open;
+  }
+  return count;
 }
 
 void RefreshLineColours(Main& main, int cell, LineRule rule) {

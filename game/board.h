@@ -67,6 +67,14 @@ bool AnyAround(const Main& main, int cell, Visit visit) {
 /// True if a tree stands north, east, south or west of the cell.
 bool TouchesTree(const Main& main, int cell);
 
+/// What a line holds.
+struct LineCount {
+  int Tents = 0;
+  int Open = 0;
+};
+/// Counts the line that begins with a cell; `step` leads from cell to cell.
+LineCount CountLine(const Main& main, int first, int step);
+
 /// When a line turns green.
 enum class LineRule {
   Click,  ///< Its tents are the clue and nothing is open.

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "game/board.h"
+#include "game/text.h"
 
 namespace bivouac {
 namespace {
@@ -17,10 +18,6 @@ bool HintOnShow(const Main& main) {
 
 bool Making(const Main& main) {
   return main.Timer1.Enabled;
-}
-
-std::string Counted(int number, const char* noun) {
-  return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
 std::string Sentence(std::string text) {
@@ -60,15 +57,10 @@ std::string PlaceName(const Main& main, int cell) {
 /// The line of the clue, from its first cell on.
 std::string LineState(const Main& main, const Label& clue, int first, int step) {
   if (clue.ForeColor == TextColour::Green) return "finished";
-  int tents = 0;
-  int open = 0;
-  for (int i = 0; i < main.BoardSize; ++i) {
-    tents += main.Board[first + i * step] == CELL_TENT ? 1 : 0;
-    open += main.Board[first + i * step] == CELL_OPEN ? 1 : 0;
-  }
-  const std::string count =
-      std::to_string(tents) + " of " + clue.Caption + (clue.Caption == "1" ? " tent, " : " tents, ");
-  return count + (clue.ForeColor == TextColour::Red ? "too many" : std::to_string(open) + " open");
+  const LineCount count = CountLine(main, first, step);
+  return std::to_string(count.Tents) + " of " + clue.Caption +
+         (clue.Caption == "1" ? " tent, " : " tents, ") +
+         (clue.ForeColor == TextColour::Red ? "too many" : std::to_string(count.Open) + " open");
 }
 
 std::string Opened(const Main& main) {

@@ -58,6 +58,10 @@ std::string TwoDigits(long value) {
   return text.size() <= 2 ? text : text.substr(text.size() - 2);
 }
 
+std::string Counted(long number, std::string_view thing) {
+  return std::to_string(number) + ' ' + std::string(thing) + (number == 1 ? "" : "s");
+}
+
 double LeadingNumber(std::string_view text) {
   text = WithoutLeadingBlanks(text);
   return TakeNumber(text).value_or(0.0);

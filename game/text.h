@@ -16,6 +16,9 @@ std::string WithBackslash(std::string path);
 /// shorter only for values below -90, which damaged files may hold.
 std::string TwoDigits(long value);
 
+/// How many of a thing there are: "1 step", "2 steps".
+std::string Counted(long number, std::string_view thing);
+
 /// The numeric value of the leading part of a text: leading blanks, a sign, digits, a point, an exponent.
 /// What follows is ignored; 0 if there is no number.
 double LeadingNumber(std::string_view text);

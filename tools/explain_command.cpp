@@ -2,6 +2,7 @@
 #include <ostream>
 #include <set>
 
+#include "game/text.h"
 #include "tools/board_text.h"
 #include "tools/drawing_commands.h"
 #include "tools/explanation.h"

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "game/text.h"
 #include "tools/drawing/book.h"
 #include "tools/drawing/hint_picture.h"
 #include "tools/drawing_commands.h"

@@ -6,6 +6,7 @@
 #include "game/board.h"
 #include "game/error.h"
 #include "game/play.h"
+#include "game/text.h"
 #include "tools/pack_access.h"
 #include "tools/pack_reader.h"
 #include "tools/position.h"
@@ -71,10 +72,6 @@ const HintRule* WayTally::Hardest() const {
     }
   }
   return hardest;
-}
-
-std::string Counted(long count, const std::string& thing) {
-  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
 }
 
 std::string SumText(const WayTally& tally) {

@@ -39,8 +39,6 @@ class WayTally {
   std::vector<int> times_;  // By place in HintRules().
 };
 
-/// "1 step", "2 steps".
-std::string Counted(long count, const std::string& thing);
 /// "23 steps, 445 seconds of hints", with the hardest rule.
 std::string SumText(const WayTally& tally);
 

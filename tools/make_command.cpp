@@ -3,6 +3,7 @@
 #include <ostream>
 #include <vector>
 
+#include "game/text.h"
 #include "tools/commands.h"
 #include "tools/pack_access.h"
 
@@ -11,10 +12,10 @@ namespace {
 
 constexpr std::size_t kLargestBatch = 512;  // Puzzles made ready between two turns at the pack.
 
-/// How far a command has come, on one line that is written over and over.
-class ProgressLine {
+/// How many puzzles are made, how fast, and how long it will take, on a line that is written over and over.
+class MakingLine {
  public:
-  ProgressLine(Terminal& terminal, long count) : terminal_(terminal), count_(count) {}
+  MakingLine(Terminal& terminal, long count) : terminal_(terminal), count_(count) {}
 
   void Show(long made) const {
     const double seconds = Seconds();
@@ -60,7 +61,7 @@ ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, T
     return pack.Added() < options.Count;
   };
 
-  const ProgressLine progress(terminal, options.Count);
+  const MakingLine progress(terminal, options.Count);
   const auto wait = [&] {
     addBatch();
     if (terminal.Progress) progress.Show(pack.Added());
@@ -76,8 +77,8 @@ ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, T
   const long made = pack.Added();
   char rate[32];
   std::snprintf(rate, sizeof rate, "%.4g", static_cast<double>(made) / progress.Seconds());
-  terminal.Err << made << (made == 1 ? " puzzle" : " puzzles") << " added to " << OnOneLine(options.Pack)
-               << ", " << rate << " a second, seed " << options.Request.Seed << '\n';
+  terminal.Err << Counted(made, "puzzle") << " added to " << OnOneLine(options.Pack) << ", " << rate
+               << " a second, seed " << options.Request.Seed << '\n';
   return made < options.Count ? ExitStatus::Interrupted : ExitStatus::Done;
 }
 

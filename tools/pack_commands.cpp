@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "game/clock.h"
+#include "game/text.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
 #include "storage/best_times.h"
@@ -293,7 +294,7 @@ ExitStatus MergePacks(const std::string& pack, const std::vector<std::string>& o
     appender.Add({begin, begin + static_cast<std::ptrdiff_t>(count)});
   }
   const long added = appender.Added();
-  terminal.Err << added << (added == 1 ? " puzzle" : " puzzles") << " added to " << OnOneLine(pack) << ", "
+  terminal.Err << Counted(added, "puzzle") << " added to " << OnOneLine(pack) << ", "
                << static_cast<long>(puzzles.size()) - added << " left out that were alike\n";
   return ExitStatus::Done;
 }

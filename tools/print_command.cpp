@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 
+#include "game/text.h"
 #include "tools/drawing/book.h"
 #include "tools/drawing_commands.h"
 #include "tools/pack_access.h"
@@ -101,8 +102,7 @@ Survey SurveyOf(Selection& selection) {
 }
 
 std::string SummaryOf(const Survey& survey, const BookOptions& options) {
-  std::string text = std::to_string(survey.Puzzles) + (survey.Puzzles == 1 ? " puzzle, " : " puzzles, ") +
-                     SizeText(survey.SmallestSize);
+  std::string text = Counted(survey.Puzzles, "puzzle") + ", " + SizeText(survey.SmallestSize);
   if (survey.LargestSize != survey.SmallestSize) text += " to " + SizeText(survey.LargestSize);
   if (options.Levels) {
     const auto [lowest, highest] = *options.Levels;

@@ -9,8 +9,8 @@ namespace bivouac {
 
 struct PuzzleFacts {
   int Size = 0;
-  int Level =
-      0;  ///< As stored; as rated where nothing is stored. Below 1 the rater's rules cannot finish it.
+  /// As stored; as rated where nothing is stored. Below 1 the rater's rules cannot finish it.
+  int Level = 0;
   float Difficulty = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <ostream>
 
+#include "game/text.h"
 #include "tools/pack_reader.h"
 #include "tools/pack_stats.h"
 #include "tools/progress.h"
@@ -61,7 +62,7 @@ void ForEachLevel(const PackStats::Pack& pack, Visit visit) {
 }
 
 void WriteLevels(const PackStats::Pack& pack, std::ostream& out) {
-  out << pack.Name << ", " << pack.Puzzles.size() << (pack.Puzzles.size() == 1 ? " puzzle" : " puzzles")
+  out << pack.Name << ", " << Counted(static_cast<long>(pack.Puzzles.size()), "puzzle")
       << "\nlevel  puzzles      difficulty           tents          hints      seconds of hints  "
          "unfinished\n";
   ForEachLevel(pack, [&](int level, const LevelRow& row) {
