@@ -7,8 +7,6 @@
 namespace bivouac {
 namespace {
 
-constexpr int kHighlight = 4;  // Tile number of a code's highlighted form, less the code.
-
 int PlainTile(int tile) {
   if (tile < 0) return CELL_OPEN;
   return tile < kHighlight ? tile : tile - kHighlight;

@@ -31,8 +31,11 @@ struct FolderAnswer {
   std::string Path;  ///< May end in a zero character and what follows it.
 };
 
+/// The least code that tells of success, of calls that look for a program or start one.
+inline constexpr int kFirstGoodCode = 33;
+
 struct ProgramAnswer {
-  int Code = 0;  ///< Below 33: not found.
+  int Code = 0;  ///< Below kFirstGoodCode: not found.
   std::string Program;
 };
 
@@ -93,7 +96,7 @@ class Desktop {
 
   /// Finds the program that opens files like this one.
   virtual ProgramAnswer FindExecutable(const std::string& file, const std::string& folder) = 0;
-  /// Opens a page in that program. Returns a code, below 33 on failure.
+  /// Opens a page in that program. Returns a code, below kFirstGoodCode on failure.
   virtual int ShellExecute(std::string_view verb, const std::string& program, const std::string& parameters,
                            const std::string& folder, int show) = 0;
 };

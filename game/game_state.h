@@ -10,8 +10,10 @@
 
 namespace bivouac {
 
-/// Cell codes. They are also the numbers of the tiles that show them; adding 4 gives the tile for blinking.
+/// Cell codes. They are also the numbers of the tiles that show them.
 enum : int { CELL_OPEN = 0, CELL_GRASS = 1, CELL_TENT = 2, CELL_TREE = 3 };
+/// What the number of a code's highlighted tile, for blinking, is more than the code.
+inline constexpr int kHighlight = 4;
 
 /// Tent directions. Any other value: the tree has no tent.
 enum : int { NORTH = 1, EAST = 2, SOUTH = 3, WEST = 4 };
@@ -91,7 +93,7 @@ struct Main {
   int AnimationPosition = 0;  ///< 0 to 8.
 
   // Sound.
-  FixedArray<int, 12> SoundId{};
+  FixedArray<int, 12> SoundId{};  ///< By number of the sound; the last two are not used.
   bool SoundOn = false;
 
   // The window and its controls.

@@ -10,7 +10,6 @@ namespace bivouac {
 namespace {
 
 constexpr std::string_view kContents[] = {"open", "grass", "tent", "tree"};
-constexpr int kHighlighted = 4;  // Tiles from here on show the contents again.
 
 bool HintOnShow(const Main& main) {
   return !main.BoardLive && main.Timer2.Enabled;
@@ -38,7 +37,7 @@ std::string Listed(const std::vector<int>& numbers) {
 
 std::string_view ContentOfTile(int tile) {
   const int content = tile < 0 ? -tile : tile;
-  return kContents[content % kHighlighted];
+  return kContents[content % kHighlight];
 }
 
 std::string Content(const Main& main, int cell) {

@@ -12,7 +12,6 @@
 namespace bivouac {
 namespace {
 
-constexpr int kFirstGoodCode = 33;
 constexpr int kShowNormal = 1;
 
 /// The look-up of the program needs a file of the type that it opens.

@@ -112,7 +112,6 @@ bool FoundHint::Shows(const FoundField& field) const {
 }
 
 int BlinkTileOf(Role role) {
-  constexpr int kHighlight = 4;  // What the highlighted form of a tile adds to its code.
   switch (role) {
     case Role::Grass:
     case Role::LostToOne:

@@ -196,8 +196,8 @@ void MainWindow::ShowHelp() {
   const std::string guide = OwnGuide();
   if (FileExists(guide)) {
     const ProgramAnswer opener = main_.desktop.FindExecutable(guide, "");
-    constexpr int kGood = 33;
-    if (opener.Code >= kGood && main_.desktop.ShellExecute("open", opener.Program, guide, "", 1) >= kGood) {
+    if (opener.Code >= kFirstGoodCode &&
+        main_.desktop.ShellExecute("open", opener.Program, guide, "", 1) >= kFirstGoodCode) {
       return;
     }
   }

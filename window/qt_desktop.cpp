@@ -16,7 +16,6 @@ namespace {
 
 constexpr int kLocalDataFolder = 28;
 constexpr int kFolderNotFound = 1;
-constexpr int kGoodCode = 42;  // Any code of 33 or above tells of success.
 constexpr int kNotFoundCode = 2;
 constexpr int kNotStartedCode = 31;
 
@@ -156,14 +155,14 @@ void QtDesktop::PlaySound(int id) {
 ProgramAnswer QtDesktop::FindExecutable(const std::string&, const std::string&) {
   const QString program = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
   if (program.isEmpty()) return {kNotFoundCode, ""};
-  return {kGoodCode, PathText(program)};
+  return {kFirstGoodCode, PathText(program)};
 }
 
 int QtDesktop::ShellExecute(std::string_view, const std::string& program, const std::string& parameters,
                             const std::string&, int) {
   const bool started = QProcess::startDetached(QFile::decodeName(QByteArray::fromStdString(program)),
                                                {QString::fromStdString(parameters)});
-  return started ? kGoodCode : kNotStartedCode;
+  return started ? kFirstGoodCode : kNotStartedCode;
 }
 
 }  // namespace bivouac
