@@ -118,8 +118,8 @@ constexpr ByFormation<PairCase> kPairOfB{{
 }};
 
 /// K takes a tent: the three fields that must be open, and K among them.
-struct InnerFieldCase { Field Open1, Open2, Open3, Tent; };
-constexpr ByFormation<InnerFieldCase> kInnerField{{
+struct CommonFieldCase { Field Open1, Open2, Open3, Tent; };
+constexpr ByFormation<CommonFieldCase> kCommonField{{
     {{A,  0, -1}, {A, 0, 1}, {B, 1,  0}, {A, 0, -1}},
     {{A,  0, -1}, {A, 0, 1}, {B, 1,  0}, {A, 0,  1}},
     {{A, -1,  0}, {A, 1, 0}, {B, 0,  1}, {A, 1,  0}},
@@ -151,7 +151,7 @@ class Rules {
 
   bool Decide(BothInner bothInner) {
     return Corner(kOuterA) || Corner(kOpposite) || Corner(kOuterB) || BothInnerTrees(bothInner) ||
-           Corner(kInnerB) || CornerOfInnerA() || InnerField() ||
+           Corner(kInnerB) || CornerOfInnerA() || CommonField() ||
            Pair(2, 3, kOpenOfA[index_], kPairOfA[index_]) || Pair(3, 2, kOpenOfB[index_], kPairOfB[index_]);
   }
 
@@ -267,14 +267,14 @@ class Rules {
     if (IsOpen(pair.Second)) find_.Add(CellOf(pair.Second), Role::Grass);
   }
 
-  bool InnerField() {
-    const InnerFieldCase& it = kInnerField[index_];
+  bool CommonField() {
+    const CommonFieldCase& it = kCommonField[index_];
     if (!(wing_.OpenA + wing_.OpenB == 4 && IsOpen(it.Open1) && IsOpen(it.Open2) && IsOpen(it.Open3)))
       return false;
     find_.Add(CellOf(it.Tent), Role::Tent);
     AddOpen(kPairOfA[index_]);
     AddOpen(kPairOfB[index_]);
-    return Hit(WingInnerField);
+    return Hit(WingCommonField);
   }
 
   bool Pair(int openA, int openB, const OpenCase& it, const PairCase& pair) {

@@ -33,11 +33,11 @@ struct Wing {
 
 /// What a rule concludes.
 enum WingCase : int {
-  WingCorner,      ///< Two sides of another tree are left, the field between them is grass.
-  WingOneSide,     ///< Another tree has one side left.
-  WingBothInner,   ///< The trees on a and b have one side left each.
-  WingInnerField,  ///< A tent on K, and grass on the pairs beyond, if any.
-  WingPair,        ///< Grass on the pair beyond one wing tree.
+  WingCorner,       ///< Two sides of another tree are left, the field between them is grass.
+  WingOneSide,      ///< Another tree has one side left.
+  WingBothInner,    ///< The trees on a and b have one side left each.
+  WingCommonField,  ///< A tent on K, and grass on the pairs beyond, if any.
+  WingPair,         ///< Grass on the pair beyond one wing tree.
 };
 
 /// The hint never uses the rule of trees on both a and b in formation 4; the rater does.

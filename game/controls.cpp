@@ -13,12 +13,9 @@ using enum ControlKind;
 constexpr std::string_view kRules =
     "RULES: Each Tree must have it's own tent next to him, horizontal or vertical. Tents cannot be next to "
     "eachother, even diagonal, there must be at least one field, not containing a Tent, between two Tents. "
-    "For each "
-    "row and column it's indicated how many Tents are in that row or column. While solving, you can click on "
-    "any "
-    "Tree to find out where his Tent is located, or click the \"Hint\" button for other hints. Note that "
-    "this will "
-    "cost a time penalty.";
+    "For each row and column it's indicated how many Tents are in that row or column. While solving, you can "
+    "click on any Tree to find out where his Tent is located, or click the \"Hint\" button for other hints. "
+    "Note that this will cost a time penalty.";
 
 constexpr std::string_view kWebTip = "Click for Fernlark Website";
 

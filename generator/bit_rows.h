@@ -29,7 +29,7 @@ struct BitCell {
 };
 
 /// The neighbours of a cell: north, east, south, west.
-inline std::array<BitCell, 4> SidesOf(BitCell cell) {
+inline std::array<BitCell, 4> NeighboursOf(BitCell cell) {
   return {{{cell.Row - 1, cell.Bit},
            {cell.Row, cell.Bit << 1},
            {cell.Row + 1, cell.Bit},

@@ -43,7 +43,7 @@ RowBits InEveryPacking(RowBits cells) {
 
 /// The first neighbour that is among the cells; with bit 0 if there is none.
 BitCell OnlySide(const BitRows& cells, BitCell cell) {
-  for (const BitCell side : SidesOf(cell)) {
+  for (const BitCell side : NeighboursOf(cell)) {
     if ((cells[side.Row] & side.Bit) != 0) return side;
   }
   return {cell.Row, 0};
@@ -175,7 +175,7 @@ void Search::Explore(Position position) {
     CountWays(position);
     return;
   }
-  for (const BitCell tent : SidesOf(tree)) {
+  for (const BitCell tent : NeighboursOf(tree)) {
     Position next = position;
     if (Pitch(next, tree, tent)) Explore(next);
     if (ways_ >= 2) return;
@@ -201,7 +201,7 @@ void Search::CountWays(const Position& position) {
   for (int row = 1; row <= size_; ++row) {
     if (exact_[row] != 0 && position.RowLeft[row] != 0) return;
   }
-  for (const BitCell side : SidesOf(firstTree_)) {
+  for (const BitCell side : NeighboursOf(firstTree_)) {
     RowBits touched = Widened(position.Tents[side.Row]);
     if (side.Row > 1) touched |= Widened(position.Tents[side.Row - 1]);
     if (side.Row < size_) touched |= Widened(position.Tents[side.Row + 1]);

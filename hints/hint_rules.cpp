@@ -32,8 +32,7 @@ constexpr FixedArray<std::string_view, 9> kTwins{{
     "field(s)! Click HERE to continue...",
     // TwinOneTent
     "The blinking open field must contain a tent to avoid two solutions for the blinking trees! Click HERE "
-    "to "
-    "continue...",
+    "to continue...",
     // TwinTwoTents
     "The blinking open fields must contain a tent to avoid two solutions for the blinking trees! Click HERE "
     "to continue...",
@@ -263,7 +262,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "The 'Wing' formation of red blinking trees are claiming the red blinking open fields. Therefore the "
        "other blinking trees have no other choice to place their tents on the fields with the blinking "
        "tents. Click HERE to continue!",
-       // WingInnerField
+       // WingCommonField
        "The 'Wing' formation of red blinking trees are claiming the red blinking open fields. Therefore a "
        "tent must be on the field with the blinking tent. Also, any open field blinking with grass, must be "
        "grass (if any). Click HERE to continue!",
@@ -298,6 +297,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "one or more blinking trees, their tents must be in the column after them! Click HERE to "
        "continue..."}}},
 }};
+static_assert(kRules[kHintRuleCount - 1].Look != nullptr, "a row is missing");
 
 }  // namespace
 

@@ -20,8 +20,8 @@ class Pair : protected SharedField {
     find_.Add(First.Tree(), Role::Tree);
     find_.Add(Second.Tree(), Role::Tree);
   }
-  void Tent(int cell) { find_.Add(cell, Role::Tent); }
-  void Grass(int cell) { find_.Add(cell, Role::Grass); }
+  void AddTent(int cell) { find_.Add(cell, Role::Tent); }
+  void AddGrass(int cell) { find_.Add(cell, Role::Grass); }
   bool Is(SharedFieldCase which) {
     find_.Case = which;
     return true;
@@ -43,7 +43,7 @@ class PairInLine : public Pair {
     if (secondHasOuter) return DecideBarred(Second, ToSecond);
     Mark(Role::Grass);
     for (const Options* tree : {&First, &Second}) {
-      if (tree->Count() == 2) Tent(tree->Tree() + ToOpenSide(*tree));
+      if (tree->Count() == 2) AddTent(tree->Tree() + ToOpenSide(*tree));
     }
     return Is(find_.Fields.Count() > 3 ? NeitherTakesItTents : NeitherTakesIt);
   }
@@ -54,13 +54,13 @@ class PairInLine : public Pair {
     const int outer = tree.Tree() + Step(toOuter);
     if (tree.Count() == 2) {
       Mark(Role::LostToOne);
-      Tent(outer);
+      AddTent(outer);
       return Is(OneIsLeftItsOnlyOption);
     }
     const int corner = outer + ToOpenSide(tree);
     if (!IsOpen(corner)) return false;
     Mark(Role::LostToOne);
-    Grass(corner);
+    AddGrass(corner);
     return Is(OneIsLeftTwoOptions);
   }
 
@@ -146,25 +146,25 @@ class DiagonalPair : public Pair {
 
   bool OneTakes(int tent) {
     Mark(Role::LostToOne);
-    Tent(tent);
+    AddTent(tent);
     return Is(OneTakesItsOther);
   }
   bool BothTake(int firstTent, int secondTent) {
     Mark(Role::Grass);
-    Tent(firstTent);
-    Tent(secondTent);
+    AddTent(firstTent);
+    AddTent(secondTent);
     return Is(BothTakeTheirOthers);
   }
   bool OneIsLeftTwo(int corner) {
     if (!IsOpen(corner)) return false;
     Mark(Role::LostToOne);
-    Grass(corner);
+    AddGrass(corner);
     return Is(OneIsLeftTwoOptions);
   }
   bool TentsAreKnown(int grass, int firstTent, int secondTent) {
     Mark(Role::Grass, grass);
-    Tent(firstTent);
-    Tent(secondTent);
+    AddTent(firstTent);
+    AddTent(secondTent);
     return Is(BothTentsKnown);
   }
   bool OneFieldIsGrass(int corner) {
@@ -177,8 +177,8 @@ class DiagonalPair : public Pair {
     const bool firstIsOpen = IsOpen(besideFirst);
     if (!firstIsOpen && !secondIsOpen) return false;
     MarkTrees();
-    if (firstIsOpen) Grass(besideFirst);
-    if (secondIsOpen) Grass(besideSecond);
+    if (firstIsOpen) AddGrass(besideFirst);
+    if (secondIsOpen) AddGrass(besideSecond);
     return Is(AllMakeFieldsGrass);
   }
 

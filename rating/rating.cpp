@@ -49,6 +49,7 @@ constexpr FixedArray<Pass, kPassCount> kPasses{{
     {"PassTreeSupplyRow", 5, kRow, FindSupply},
     {"PassTreeSupplyColumn", 5, kColumn, FindSupply},
 }};
+static_assert(kPasses[kPassCount - 1].Look != nullptr, "a row is missing");
 
 constexpr double kNothingFound = 2.0;  // What the last cycle of an unfinished puzzle costs.
 

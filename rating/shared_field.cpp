@@ -35,12 +35,12 @@ class Decision : SharedField {
   }
 
  private:
-  bool Tents(std::initializer_list<int> cells) {
+  bool AddTents(std::initializer_list<int> cells) {
     for (const int cell : cells) find_.Add(cell, Role::Tent);
     return true;
   }
   /// Grass where it is open. It is a find if one of the fields is; those after it are not looked at here.
-  bool Grass(std::initializer_list<int> cells) {
+  bool AddGrass(std::initializer_list<int> cells) {
     if (std::none_of(cells.begin(), cells.end(), [&](int cell) { return IsOpen(cell); })) return false;
     for (const int cell : cells) find_.Add(cell, Role::Grass);
     return true;
@@ -52,10 +52,10 @@ class Decision : SharedField {
     if (first == Second[ToSecond]) return false;
     const Options& tree = first ? First : Second;
     const int far = first ? ToFirst : ToSecond;
-    if (tree.Count() != 3) return Tents({tree.Tree() + Step(far)});
+    if (tree.Count() != 3) return AddTents({tree.Tree() + Step(far)});
     const bool inRow = far == EAST || far == WEST;
     const int side = inRow ? (tree[NORTH] ? NORTH : SOUTH) : (tree[EAST] ? EAST : WEST);
-    return Grass({tree.Tree() + Step(far) + Step(side)});
+    return AddGrass({tree.Tree() + Step(far) + Step(side)});
   }
 
   bool OneCommonField() {
@@ -67,9 +67,9 @@ class Decision : SharedField {
     const bool near2 = Second[it.Near2];
     const int other1 = First.Tree() + Step(near1 ? it.Near1 : it.Far1);
     const int other2 = Second.Tree() + Step(near2 ? it.Near2 : it.Far2);
-    if (near1 && near2) return Tents({other1, other2});
-    if (near1) return Tents({other2});
-    return near2 && Tents({other1});
+    if (near1 && near2) return AddTents({other1, other2});
+    if (near1) return AddTents({other2});
+    return near2 && AddTents({other1});
   }
 
   /// Both fields that touch the two trees are open. One tree will use one of them, and they touch, so the
@@ -79,19 +79,20 @@ class Decision : SharedField {
     const int a = First.Tree();
     const int b = Second.Tree();
     const bool right = LeansRight();
-    if (First.Count() == 4) return Grass({a - n - 1, a - n + 1, right ? a + n - 1 : a + n + 1});
+    if (First.Count() == 4) return AddGrass({a - n - 1, a - n + 1, right ? a + n - 1 : a + n + 1});
     if (Second.Count() == 4) {
       // Leaning left takes fields around the first tree, though the second has the four options, and without
       // a test of the edge.
-      return right ? Grass({b - n + 1, b + n - 1, b + n + 1}) : Grass({a - n - 1, a + n - 1, a + n + 1});
+      return right ? AddGrass({b - n + 1, b + n - 1, b + n + 1})
+                   : AddGrass({a - n - 1, a + n - 1, a + n + 1});
     }
     const bool north = First[NORTH];
     if (First.Count() == 3 && Second.Count() == 3) {
-      if (right) return north ? Grass({a - n + 1, b + n - 1}) : Grass({a + n - 1, b - n + 1});
-      return north ? Grass({a - n - 1, b + n + 1}) : Grass({a + n + 1, b - n - 1});
+      if (right) return north ? AddGrass({a - n + 1, b + n - 1}) : AddGrass({a + n - 1, b - n + 1});
+      return north ? AddGrass({a - n - 1, b + n + 1}) : AddGrass({a + n + 1, b - n - 1});
     }
-    if (First.Count() == 3) return north ? Tents({a - n, a + n}) : Tents({a - 1, a + 1});
-    return Second[right ? EAST : WEST] ? Tents({b - 1, b + 1}) : Tents({b - n, b + n});
+    if (First.Count() == 3) return north ? AddTents({a - n, a + n}) : AddTents({a - 1, a + 1});
+    return Second[right ? EAST : WEST] ? AddTents({b - 1, b + 1}) : AddTents({b - n, b + n});
   }
 
   Find& find_;

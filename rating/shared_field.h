@@ -1,3 +1,5 @@
+// What the rater makes of a field that two trees compete for. Hints have a way of their own: see
+// hints/hint_finds.h.
 #pragma once
 
 #include "deduction/find.h"
