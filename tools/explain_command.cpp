@@ -7,6 +7,7 @@
 #include "tools/drawing_commands.h"
 #include "tools/explanation.h"
 #include "tools/pack_access.h"
+#include "tools/position.h"
 #include "tools/puzzle_facts.h"
 
 namespace bivouac {
@@ -35,12 +36,6 @@ std::string ChangesTable(const std::vector<FieldChange>& changes) {
     text += std::to_string(change.Cell) + ':' + std::to_string(change.Code);
   }
   return text.empty() ? "-" : text;
-}
-
-std::string DigitsOf(const Main& main) {
-  std::string digits;
-  for (int cell = 0; cell < main.CellCount; ++cell) digits += std::to_string(main.Board[cell]);
-  return digits;
 }
 
 void WriteTable(SolutionWalk& walk, const Main& main, Terminal& terminal) {

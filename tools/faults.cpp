@@ -3,7 +3,6 @@
 #include "game/board.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
-#include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tools/workbench.h"
 
@@ -24,9 +23,7 @@ bool IsSize(int size) {
 
 /// The size that the records must have; 0 if nothing says so.
 int SizeOfPack(const std::string& name, const PackContent& content) {
-  for (int size = kMinSize; size <= kMaxSize; ++size) {
-    if (name == PackName(size)) return size;
-  }
+  if (const int named = SizeInName(name); named != 0) return named;
   const int size = content.Records.empty() ? 0 : SizeOf(content.Records.front().LevelSize);
   return IsSize(size) ? size : 0;
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "game/error.h"
+#include "storage/pack_files.h"
 #include "tools/alike.h"
 
 namespace bivouac {
@@ -38,6 +39,13 @@ auto OnPack(Step step) {
 }
 
 }  // namespace
+
+int SizeInName(const std::string& name) {
+  for (int size = kMinSize; size <= kMaxSize; ++size) {
+    if (name == PackName(size)) return size;
+  }
+  return 0;
+}
 
 std::string OnOneLine(std::string text) {
   const auto breaks = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; };

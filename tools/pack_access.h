@@ -25,6 +25,9 @@ std::string OnOneLine(std::string text);
 /// The path without its folder, on one line.
 std::string FileName(const std::string& path);
 
+/// The size that a pack's name such as "BVPack06.bvq" tells; 0 for any other name.
+int SizeInName(const std::string& name);
+
 /// What a file holds, whether it is a sound pack or not.
 struct PackContent {
   std::vector<PackRecord> Records;  ///< The whole records.

@@ -10,11 +10,11 @@
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
 #include "storage/best_times.h"
-#include "storage/pack_files.h"
 #include "tools/alike.h"
 #include "tools/commands.h"
 #include "tools/faults.h"
 #include "tools/pack_access.h"
+#include "tools/position.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
@@ -125,9 +125,8 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
                  const Rating& rating, Terminal& terminal) {
   if (options.Output == Format::Table) {
     RowStart(terminal.Out, path, number, main.BoardSize)
-        << rating.Level << '\t' << Digits(rating.Difficulty, 9) << '\t';
-    for (int cell = 0; cell < main.CellCount; ++cell) terminal.Out << main.Board[cell];
-    terminal.Out << '\t' << PassNames(rating.Trace) << '\n';
+        << rating.Level << '\t' << Digits(rating.Difficulty, 9) << '\t' << DigitsOf(main) << '\t'
+        << PassNames(rating.Trace) << '\n';
     return;
   }
   LineStart(terminal.Out, path, number, main.BoardSize)
@@ -141,22 +140,20 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
 void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order) {
   constexpr int kPlayers = 99;
   for (const fs::path& path : {fs::path(pack), fs::canonical(pack)}) {
+    const int size = SizeInName(path.filename().string());
+    if (size == 0) continue;
     Global folder;
     folder.DataDir = (path.parent_path() / "").string();
-    for (int size = kMinSize; size <= kMaxSize; ++size) {
-      if (path.filename() != PackName(size)) continue;
-      for (int player = 1; player <= kPlayers; ++player) {
-        const std::string file = PersonalPath(folder, player);
-        if (!FileExists(file)) continue;
-        for (const PersonalRecord& own : RecordFile<PersonalRecord>(file, Patience::Long).ReadAll()) {
-          const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
-          const bool moves = place < order.size() && order[place] != place;
-          if (!moves || SizeOf(own.PersonalLevelSize) != size) continue;
-          if (own.PersonalMinutes == 0 && own.PersonalSeconds == 0) continue;
-          throw InputError(pack + ": puzzle " + std::to_string(place + 1) +
-                           " would get another number, and " + FileName(file) +
-                           " holds a player's time under this one; sort a copy elsewhere");
-        }
+    for (int player = 1; player <= kPlayers; ++player) {
+      const std::string file = PersonalPath(folder, player);
+      if (!FileExists(file)) continue;
+      for (const PersonalRecord& own : RecordFile<PersonalRecord>(file, Patience::Long).ReadAll()) {
+        const bool hasTime = own.PersonalMinutes != 0 || own.PersonalSeconds != 0;
+        const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
+        const bool moves = place < order.size() && order[place] != place;
+        if (!hasTime || !moves || SizeOf(own.PersonalLevelSize) != size) continue;
+        throw InputError(pack + ": puzzle " + std::to_string(place + 1) + " would get another number, and " +
+                         FileName(file) + " holds a player's time under this one; sort a copy elsewhere");
       }
     }
   }

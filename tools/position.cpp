@@ -42,6 +42,12 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
+std::string DigitsOf(const Main& main) {
+  std::string digits;
+  for (int cell = 0; cell < main.CellCount; ++cell) digits += std::to_string(main.Board[cell]);
+  return digits;
+}
+
 Array<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what) {
   if (digits.size() != static_cast<std::size_t>(cells)) {
     throw InputError(what + ": " + std::to_string(digits.size()) + " digits, not " + std::to_string(cells));

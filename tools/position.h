@@ -8,6 +8,8 @@
 
 namespace bivouac {
 
+/// The board as digits.
+std::string DigitsOf(const Main& main);
 /// Reads digits from 0 to `highest`, one a cell. Errors: InputError, which begins with `what`.
 Array<int> CellDigits(const std::string& digits, int cells, int highest, const std::string& what);
 
