@@ -2,7 +2,7 @@
 
 PLAY_PACKAGES=(
   g++ cmake ninja-build pkg-config
-  qt6-base-dev libgl-dev libfontconfig-dev libopenal-dev libsndfile1-dev
+  qt6-base-dev libgl-dev libfontconfig-dev libpng-dev libopenal-dev libsndfile1-dev
   fonts-dejavu-core
 )
 DISPLAY_PACKAGES=(xvfb xauth)

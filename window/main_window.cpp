@@ -16,6 +16,7 @@
 #include "storage/record_file.h"
 #include "storage/start_up.h"
 #include "window/own_files.h"
+#include "window/pictures.h"
 
 namespace bivouac {
 namespace {
@@ -98,7 +99,7 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
 void MainWindow::SetIcon() {
   QIcon icon;
   for (const int side : {16, 48, 128})
-    icon.addPixmap(QPixmap(QStringLiteral(":/icon/bivouac-%1.png").arg(side), kPictureFormat));
+    icon.addPixmap(QPixmap::fromImage(ReadPicture(QStringLiteral("icon/bivouac-%1.png").arg(side))));
   setWindowIcon(icon);
 }
 
@@ -318,8 +319,7 @@ void MainWindow::DrawHint() {
 
 void MainWindow::ShowShieldOrBoard() {
   if (!main_.Shield.Visible) return board_->show();
-  if (!continue_->HasPicture())
-    continue_->SetPicture(QImage(QStringLiteral(":/tiles/picture1@4x.png"), kPictureFormat));
+  if (!continue_->HasPicture()) continue_->SetPicture(ReadPicture(QStringLiteral("tiles/picture1@4x.png")));
   shield_->show();
 }
 
