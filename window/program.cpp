@@ -37,9 +37,8 @@ Program::Program()
       main_(global_, desktop_),
       form_(main_),
       road_([this] { Draw(); }, [this](const std::string& line) { Report(line); }),
-      window_(main_, road_),
-      dialog_(form_, road_, &window_) {
-  desktop_.Attach(road_, window_, dialog_);
+      window_(main_, road_) {
+  desktop_.Attach(road_, window_, [this]() -> PlayerDialog& { return Dialog(); });
   new FirstFrame(window_, [this] { FinishStart(); });
   // The program ends by its own road alone, not when a box is closed before the window is shown.
   QApplication::setQuitOnLastWindowClosed(false);
@@ -51,9 +50,14 @@ int Program::Run() {
   return road_.Status();
 }
 
+PlayerDialog& Program::Dialog() {
+  if (dialog_ == nullptr) dialog_ = std::make_unique<PlayerDialog>(form_, road_, &window_);
+  return *dialog_;
+}
+
 void Program::Draw() {
   window_.Draw();
-  dialog_.Draw();
+  if (dialog_ != nullptr) dialog_->Draw();
   if (soundMayOpen_ && main_.SoundOn) sound_.Open();
 }
 

@@ -24,7 +24,8 @@ class Program {
   FormNamen& Players() { return form_; }
   MainWindow& Window() { return window_; }
   const EventRoad& Road() const { return road_; }
-  PlayerDialog& Dialog() { return dialog_; }
+  /// Made when it is first asked for: most runs never show it.
+  PlayerDialog& Dialog();
 
  private:
   void Draw();
@@ -41,7 +42,7 @@ class Program {
   FormNamen form_;
   EventRoad road_;
   MainWindow window_;
-  PlayerDialog dialog_;
+  std::unique_ptr<PlayerDialog> dialog_;
 };
 
 }  // namespace bivouac

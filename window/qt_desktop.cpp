@@ -46,14 +46,14 @@ QtDesktop::QtDesktop(SoundPlayer& sound)
   });
 }
 
-void QtDesktop::Attach(EventRoad& road, MainWindow& window, PlayerDialog& players) {
+void QtDesktop::Attach(EventRoad& road, MainWindow& window, Players players) {
   road_ = &road;
   window_ = &window;
-  players_ = &players;
+  players_ = std::move(players);
 }
 
 QWidget* QtDesktop::BoxParent() const {
-  if (players_ != nullptr && players_->isVisible()) return players_;
+  if (shownPlayers_ != nullptr && shownPlayers_->isVisible()) return shownPlayers_;
   return window_ != nullptr && window_->isVisible() ? window_ : nullptr;
 }
 
@@ -79,7 +79,8 @@ void QtDesktop::ShowPlayerDialog() {
   road_->ThrowIfEnded();
   road_->Draw();
   const EventRoad::Modal modal(*road_);
-  players_->ShowModal(window_->BoxUnit());
+  shownPlayers_ = &players_();
+  shownPlayers_->ShowModal(window_->BoxUnit());
   road_->ThrowIfEnded();
 }
 

@@ -4,6 +4,7 @@
 #include <QSettings>
 #include <QTimer>
 #include <chrono>
+#include <functional>
 
 #include "game/desktop.h"
 #include "window/event_road.h"
@@ -17,8 +18,10 @@ class QtDesktop : public Desktop {
  public:
   explicit QtDesktop(SoundPlayer& sound);
 
+  using Players = std::function<PlayerDialog&()>;
+
   /// Requires: called before any handler runs; all three live as long as handlers do.
-  void Attach(EventRoad& road, MainWindow& window, PlayerDialog& players);
+  void Attach(EventRoad& road, MainWindow& window, Players players);
 
   BoxAnswer Show(const MessageBox& box) override;
   std::string Show(const InputBox& box) override;
@@ -51,7 +54,8 @@ class QtDesktop : public Desktop {
   SoundPlayer& sound_;
   EventRoad* road_ = nullptr;
   MainWindow* window_ = nullptr;
-  PlayerDialog* players_ = nullptr;
+  Players players_;
+  PlayerDialog* shownPlayers_ = nullptr;
   QSettings settings_;
   QTimer soundRest_;
   std::chrono::steady_clock::time_point lastEvents_;
