@@ -73,7 +73,7 @@ void ClueLabel::paintEvent(QPaintEvent*) {
 
   const double unit = Unit();
   const QFontMetricsF metrics(font());
-  const double advance = metrics.horizontalAdvance(text());
+  const double advance = metrics.horizontalAdvance(Text());
   const Look look = LookOf(colour_);
   QPainterPath mark;
   double line = kUnderLine;

@@ -51,6 +51,10 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   own.setColor(QPalette::WindowText, Qt::black);
   setPalette(own);
   setAutoFillBackground(true);
+  // Short captions need no kerning. Scripts that cannot be read unshaped are shaped all the same.
+  QFont plain = font();
+  plain.setStyleStrategy(QFont::PreferNoShaping);
+  setFont(plain);
   qApp->installEventFilter(this);
 
   for (const ControlRow& row : ControlTable()) {
@@ -128,8 +132,7 @@ LabelLook MainWindow::LookOf(const ControlRow& row) {
   LabelLook look{.Background = ColourOf(row.Background),
                  .Text = QColor::fromRgb(static_cast<QRgb>(row.Foreground))};
   look.Bold = row.Kind != ControlKind::Text;
-  if (row.Kind == ControlKind::Figure) look.LargestText = 17;
-  if (row.Kind == ControlKind::Link) look.LargestText = 17;
+  if (row.Kind == ControlKind::Figure || row.Kind == ControlKind::Link) look.LargestText = 15;
   if (row.Kind == ControlKind::Text) {
     look.Alignment = Qt::AlignLeft | Qt::AlignVCenter;
     look.LargestText = 13;
@@ -307,7 +310,7 @@ bool MainWindow::HintTakesClicks() const {
 
 void MainWindow::DrawHint() {
   const QString text = QString::fromUtf8(main_.lblHint.Caption);
-  if (text == hint_->text()) return;
+  if (text == hint_->Text()) return;
   hint_->SetText(text);
   hint_->setAccessibleName(QString::fromStdString(SpokenHint(main_)));
   hintTakesClicks_ = HintTakesClicks();

@@ -61,7 +61,7 @@ void StatusBar::FitTexts() {
   int common = PixelsOf(kLargestText, unit_);
   for (TextLabel* label : labels_) {
     const QFont font =
-        FittingFont(label->font(), label->text(), label->TextRoom(), common, Wrapping::OneLine);
+        FittingFont(label->font(), label->Text(), label->TextRoom(), common, Wrapping::OneLine);
     if (font.pixelSize() >= smallest) common = font.pixelSize();
   }
   for (TextLabel* label : labels_) label->FitTextBelow(common);

@@ -149,17 +149,15 @@ void ScaledCheckBox::keyPressEvent(QKeyEvent* event) {
   QWidget::keyPressEvent(event);
 }
 
-TextLabel::TextLabel(const LabelLook& look, QWidget* parent) : QLabel(parent), look_(look) {
-  setTextFormat(Qt::PlainText);
-  setWordWrap(true);
+TextLabel::TextLabel(const LabelLook& look, QWidget* parent) : QWidget(parent), look_(look) {
   QFont own = font();
   own.setBold(look.Bold);
   setFont(own);
 }
 
 void TextLabel::SetText(const QString& text) {
-  if (text == this->text()) return;
-  setText(text);
+  if (text == text_) return;
+  text_ = text;
   setAccessibleName(text);
   if (unit_ > 0) FitText(unit_);
 }
@@ -183,7 +181,7 @@ void TextLabel::SetClick(Click click) {
 }
 
 int TextLabel::Margin() const {
-  return look_.Background.isValid() ? MarginOf(5, unit_) : 0;
+  return look_.Background.isValid() ? MarginOf(4, unit_) : 0;
 }
 
 QSize TextLabel::TextRoom() const {
@@ -196,7 +194,7 @@ void TextLabel::FitText(double unit) {
 }
 
 void TextLabel::FitTextBelow(int largest) {
-  setFont(FittingFont(font(), text(), TextRoom(), largest, Wrapping::AtWords));
+  setFont(FittingFont(font(), text_, TextRoom(), largest, Wrapping::AtWords));
   update();
 }
 
@@ -230,15 +228,15 @@ void TextLabel::PaintText(QPainter& painter, const QRect& room) const {
     for (int turn = 0; turn < 8; ++turn) {
       const double angle = turn * 3.14159265 / 4;
       const QPointF shift(width * std::cos(angle), width * std::sin(angle));
-      painter.drawText(QRectF(room).translated(shift), flags, text());
+      painter.drawText(QRectF(room).translated(shift), flags, text_);
     }
   }
   painter.setPen(look_.Text);
-  painter.drawText(room, flags, text());
+  painter.drawText(room, flags, text_);
 }
 
 void TextLabel::mousePressEvent(QMouseEvent* event) {
-  if (!click_) return QLabel::mousePressEvent(event);
+  if (!click_) return QWidget::mousePressEvent(event);
   click_();
 }
 
@@ -247,7 +245,7 @@ void TextLabel::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TextLabel::keyPressEvent(QKeyEvent* event) {
-  if (!click_ || !IsPressKey(event->key())) return QLabel::keyPressEvent(event);
+  if (!click_ || !IsPressKey(event->key())) return QWidget::keyPressEvent(event);
   if (!event->isAutoRepeat()) click_();
 }
 

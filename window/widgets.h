@@ -2,7 +2,8 @@
 #pragma once
 
 #include <QCheckBox>
-#include <QLabel>
+#include <QImage>
+#include <QPixmap>
 #include <QPushButton>
 #include <functional>
 
@@ -61,13 +62,14 @@ struct LabelLook {
 };
 
 /// Plain text that is wrapped at words and shrunk until it lies wholly within the label; or a picture,
-/// stretched over it.
-class TextLabel : public QLabel {
+/// stretched over it. Not a QLabel, which would lay the text out for itself, in fonts that are never shown.
+class TextLabel : public QWidget {
  public:
   using Click = std::function<void()>;
 
   TextLabel(const LabelLook& look, QWidget* parent);
 
+  const QString& Text() const { return text_; }
   void SetText(const QString& text);
   /// A valid `rim` goes round the letters, for a colour that hardly shows on the window's ground.
   void SetTextColour(QColor colour, QColor rim = QColor());
@@ -99,6 +101,7 @@ class TextLabel : public QLabel {
   int Margin() const;
 
   LabelLook look_;
+  QString text_;
   QColor rim_;
   Click click_;
   QImage picture_;

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QLabel>
 #include <QMessageBox>
 #include <QProcess>
 #include <QSettings>

@@ -2,7 +2,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
@@ -21,7 +20,7 @@ namespace bivouac {
 namespace {
 
 QString TextOf(Program& program, const QString& name) {
-  return qobject_cast<QLabel*>(Find(program, name))->text();
+  return dynamic_cast<TextLabel&>(*Find(program, name)).Text();
 }
 
 qint64 PackBytes(const char* name) {
@@ -395,11 +394,11 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
         window.resize(static_cast<int>(545 * scale), static_cast<int>(602 * scale));
         window.Draw();
         QCoreApplication::processEvents();
-        for (auto* child : window.findChildren<QLabel*>()) {
+        for (auto* child : window.findChildren<QWidget*>()) {
           auto* label = dynamic_cast<TextLabel*>(child);
-          if (label == nullptr || !label->isVisible() || label->text().isEmpty()) continue;
+          if (label == nullptr || !label->isVisible() || label->Text().isEmpty()) continue;
           SCOPED_TRACE(label->objectName().toStdString() + " at " + std::to_string(scale));
-          EXPECT_TRUE(TextFits(label->font(), label->text(), label->TextRoom(), Wrapping::AtWords));
+          EXPECT_TRUE(TextFits(label->font(), label->Text(), label->TextRoom(), Wrapping::AtWords));
           EXPECT_GE(label->font().pixelSize(), static_cast<int>(8 * scale));
         }
         for (auto* button : window.findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly)) {
