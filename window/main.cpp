@@ -1,5 +1,6 @@
 // Starts the game.
 #include <QApplication>
+#include <cstdlib>
 #include <fontconfig/fontconfig.h>
 #include <future>
 #include <vector>
@@ -19,5 +20,8 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Bivouac");
   QApplication::setDesktopFileName(id);
   fonts.wait();
-  return bivouac::Program().Run();
+  const int status = bivouac::Program().Run();
+  // Qt 6.4 may wait for its own thread for ever when an application is taken down under Wayland.
+  if (QApplication::platformName().startsWith(QLatin1String("wayland"))) std::_Exit(status);
+  return status;
 }

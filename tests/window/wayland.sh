@@ -15,7 +15,7 @@ until [ -S "$folder/screen" ]; do
   sleep 0.1
 done
 # The compositor has no keyboard, which Wayland's own input methods cannot do without.
-export QT_IM_MODULE=none
+export QT_IM_MODULE=none TMPDIR=$folder
 export WAYLAND_DISPLAY=$folder/screen QT_QPA_PLATFORM=wayland BIVOUAC_TEST_WAYLAND=1
 "$1" --gtest_filter='Window.PlaysAWholeGameWithTheMouse:Window.PlaysWithTheKeyboard' | tee "$folder/out"
 grep -q 'PASSED  . 2 tests' "$folder/out"
