@@ -20,11 +20,12 @@ namespace bivouac {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 constexpr mode_t kNewFileMode = 0666;      // Less what the user's mask takes away.
 constexpr std::size_t kBlockRecords = 64;  // Read in one go while writers wait.
-constexpr auto kShortPatience = std::chrono::milliseconds(100);
-constexpr auto kLongPatience = std::chrono::seconds(30);
+constexpr std::chrono::milliseconds kShortPatience = 100ms;
+constexpr std::chrono::milliseconds kLongPatience = 30s;
 constexpr auto kBetweenTries = std::chrono::microseconds(200);
 
 [[noreturn]] void ThrowFileError(ErrorNumber number, const std::string& words, const std::string& path) {
@@ -82,14 +83,23 @@ Answer TryToLock(int descriptor, Lock lock) {
   return errno == EWOULDBLOCK ? Answer::Busy : Answer::NotHere;
 }
 
-/// Waits for other programs' turns; Busy if one did not end.
-Answer WaitForLock(int descriptor, Lock lock, Patience patience) {
-  const auto end = std::chrono::steady_clock::now() +
-                   (patience == Patience::Short ? kShortPatience : std::chrono::milliseconds(kLongPatience));
+std::chrono::milliseconds LengthOf(Patience patience) {
+  return patience == Patience::Short ? kShortPatience : kLongPatience;
+}
+
+/// Waits for other programs' turns; Busy if one did not end. What was waited in vain since the lock was last
+/// free counts.
+Answer WaitForLock(int descriptor, Lock lock, Patience patience, std::chrono::milliseconds& waited) {
+  const std::chrono::milliseconds most = LengthOf(patience);
+  const auto end = std::chrono::steady_clock::now() + most - waited;
   for (;;) {
     const Answer answer = TryToLock(descriptor, lock);
-    if (answer != Answer::Busy || std::chrono::steady_clock::now() >= end) return answer;
-    std::this_thread::sleep_for(kBetweenTries);
+    if (answer == Answer::Busy && std::chrono::steady_clock::now() < end) {
+      std::this_thread::sleep_for(kBetweenTries);
+      continue;
+    }
+    waited = answer == Answer::Busy ? std::max(waited, most) : 0ms;
+    return answer;
   }
 }
 
@@ -117,13 +127,14 @@ std::string FolderOf(const std::string& path) {
   return folder.empty() ? "." : folder.string();
 }
 
-/// Brings the names in a folder to the disk. A folder that nobody may open is left to the platform.
-void SyncFolder(const std::string& folder) {
+/// Brings the names in a folder to the disk. A folder that nobody may open is left to the platform. An error
+/// says what was done before.
+void SyncFolder(const std::string& folder, const std::string& before = "") {
   const int descriptor = Repeating([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   if (descriptor < 0) return;
   const int reason = SyncDescriptor(descriptor);
   close(descriptor);
-  if (reason != 0) ThrowFileError(reason, folder);
+  if (reason != 0) ThrowFileError(reason, folder + before);
 }
 
 /// Where a chain of links ends, whether anything is there or not.
@@ -220,7 +231,11 @@ RecordCounts CountsOf(std::uintmax_t length) {
 
 SharedFile::SharedFile(std::string path, Patience patience) : path_(std::move(path)), patience_(patience) {
   Open();
-  if (FileExists(PathOfMark(path_))) IgnoringFileErrors([this] { const Turn cuts(*this); });
+  if (!FileExists(PathOfMark(path_))) return;
+  // A mark whose program is at work is no leftover, and nothing to wait for.
+  waited_ = LengthOf(patience_);
+  IgnoringFileErrors([this] { const Turn cuts(*this); });
+  waited_ = 0ms;
 }
 
 SharedFile::~SharedFile() {
@@ -251,15 +266,22 @@ void SharedFile::Close() {
   descriptor_ = -1;
 }
 
-std::uintmax_t SharedFile::Length() const {
+/// A reader who waited in vain reads all the same: at worst it sees half of a write.
+bool SharedFile::LockToRead() {
+  return turns_ == 0 && WaitForLock(descriptor_, Lock::Shared, Patience::Short, waited_) == Answer::Done;
+}
+
+std::uintmax_t SharedFile::Length() {
+  const bool locked = LockToRead();
   struct stat status {};
-  if (fstat(descriptor_, &status) != 0) ThrowFileError(errno, path_);
+  const int reason = fstat(descriptor_, &status) == 0 ? 0 : errno;
+  if (locked) TryToLock(descriptor_, Lock::None);
+  if (reason != 0) ThrowFileError(reason, path_);
   return static_cast<std::uintmax_t>(status.st_size);
 }
 
 void SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) {
-  // A reader who waited in vain reads all the same: at worst it sees half of a write.
-  const bool locked = turns_ == 0 && WaitForLock(descriptor_, Lock::Shared, Patience::Short) == Answer::Done;
+  const bool locked = LockToRead();
   int reason = 0;
   while (!bytes.empty() && reason == 0) {
     const ssize_t count =
@@ -316,9 +338,10 @@ void SharedFile::Sync() {
 }
 
 Turn::Turn(SharedFile& file) : file_(file) {
+  bool locked = false;
   // Of a file that cannot be written nothing changes.
   while (file_.turns_ == 0 && file_.writable_) {
-    const Answer answer = WaitForLock(file_.descriptor_, Lock::Exclusive, file_.patience_);
+    const Answer answer = WaitForLock(file_.descriptor_, Lock::Exclusive, file_.patience_, file_.waited_);
     if (answer == Answer::Busy) {
       ThrowFileError(ErrorNumber::PermissionDenied, "another program holds the file", file_.path_);
     }
@@ -327,13 +350,14 @@ Turn::Turn(SharedFile& file) : file_(file) {
     struct stat named {};
     if (fstat(file_.descriptor_, &opened) == 0 && stat(file_.path_.c_str(), &named) == 0 &&
         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino) {
-      if (answer == Answer::Done) file_.CutWhatAKilledProgramLeft();
+      locked = answer == Answer::Done;
       break;
     }
     file_.Close();
     file_.Open();
   }
   ++file_.turns_;
+  if (locked) file_.CutWhatAKilledProgramLeft();
 }
 
 Turn::~Turn() {
@@ -384,7 +408,7 @@ void RecordFile<Record>::WriteAll(long first, std::span<const Record> records) {
 }
 
 template <class Record>
-RecordCounts RecordFile<Record>::Counts() const {
+RecordCounts RecordFile<Record>::Counts() {
   return CountsOf<Record>(Length());
 }
 
@@ -456,7 +480,7 @@ void Replacement::Sync() {
 void Replacement::TakePlace() {
   if (std::rename(hidden_.c_str(), target_.c_str()) != 0) ThrowFileError(errno, target_);
   hidden_.clear();
-  SyncFolder(FolderOf(target_));
+  SyncFolder(FolderOf(target_), ", when the file was changed: " + target_);
 }
 
 void Replacement::TakeFreePlace() {

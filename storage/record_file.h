@@ -22,6 +22,7 @@
 // old one.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -41,7 +42,8 @@ struct RecordCounts {
                      ///< one record and a half counts 2, and yet gets number 2.
 };
 
-/// How long to wait for another program's turn.
+/// How long to wait for another program's turn, in all: a program that was halted in its turn costs this
+/// once.
 enum class Patience {
   Short,  ///< A tenth of a second: a window waits with it.
   Long,   ///< Half a minute.
@@ -64,20 +66,22 @@ class SharedFile {
   void ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes);
   /// Bytes of whole records: what is cut off a write that a killed program left.
   void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, int recordBytes);
-  std::uintmax_t Length() const;
+  std::uintmax_t Length();
   const std::string& Path() const { return path_; }
 
  private:
   friend class Turn;
   void Open();
   void Close();
+  bool LockToRead();
   void CutWhatAKilledProgramLeft();
 
   std::string path_;
   Patience patience_;
   int descriptor_ = -1;
   bool writable_ = false;
-  bool maybeNew_ = false;  ///< Its name may not have reached the disk.
+  bool maybeNew_ = false;                ///< Its name may not have reached the disk.
+  std::chrono::milliseconds waited_{0};  ///< In vain for a turn that has not ended yet.
   int turns_ = 0;
   int openings_ = 0;
 };
@@ -116,9 +120,9 @@ class RecordFile : public SharedFile {
   void Write(long number, const Record& record);
   /// The same for records that follow one another, in one stroke: all of them or none.
   void WriteAll(long first, std::span<const Record> records);
-  RecordCounts Counts() const;
+  RecordCounts Counts();
   /// Bytes behind the last whole record.
-  int SpareBytes() const { return static_cast<int>(Length() % kBytes); }
+  int SpareBytes() { return static_cast<int>(Length() % kBytes); }
 
  private:
   std::uintmax_t OffsetOf(long number) const;
