@@ -230,6 +230,8 @@ const std::atomic<bool>& WatchForInterrupts() {
 }  // namespace bivouac
 
 int main(int argc, char** argv) {
+  // Where files may only become so long, it is told as a full disk is.
+  std::signal(SIGXFSZ, SIG_IGN);
   std::ios::sync_with_stdio(false);
   try {
     return bivouac::Run(argc, argv);

@@ -125,6 +125,16 @@ void PackAppender::LookAtNewRecords() {
   }
 }
 
+/// Whoever waits for the turn finds out that the name is free again.
+void PackAppender::TakeBackEmptyFile() {
+  IgnoringFileErrors([&] {
+    const Turn turn(*file_);
+    std::error_code error;
+    const std::string behindLinks = std::filesystem::canonical(path_, error).string();
+    if (file_->Counts().Whole + file_->SpareBytes() == 0) DeleteWholeFile(behindLinks);
+  });
+}
+
 void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
   if (puzzles.empty()) return;
   std::vector<std::string> views;
@@ -159,13 +169,17 @@ void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
     return true;
   };
   try {
-    if (!file_) file_.emplace(path_, Patience::Long);
+    if (!file_) {
+      created_ = !FileExists(path_);
+      file_.emplace(path_, Patience::Long);
+    }
     while (!addInTurn()) {
     }
     if (added_ != before) file_->Sync();
   } catch (const RunTimeError& error) {
     std::string words = error.what();
     if (added_ > 0) words += "; added before: " + std::to_string(added_);
+    if (file_ && created_ && added_ == 0) TakeBackEmptyFile();
     throw InputError(words);
   }
 }

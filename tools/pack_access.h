@@ -74,13 +74,14 @@ class PackAppender {
 
   /// Adds puzzles and returns when they have reached the disk. With LeaveOut, those that are alike to one of
   /// the pack, turned and mirrored boards included, are left out. Errors: InputError, which says how many
-  /// were added before.
+  /// were added before; a new pack into which none came is not left behind.
   void Add(const std::vector<PackRecord>& puzzles);
   /// How many were added so far.
   long Added() const { return added_; }
 
  private:
   void LookAtNewRecords();
+  void TakeBackEmptyFile();
 
   std::string path_;
   Twins twins_;
@@ -88,6 +89,7 @@ class PackAppender {
   std::unordered_set<std::string> views_;  ///< Of the puzzles in the pack.
   long seen_ = 0;                          ///< Records whose views are known, of the file opened last.
   int openings_ = 0;
+  bool created_ = false;  ///< The file was not there.
   long added_ = 0;
 };
 

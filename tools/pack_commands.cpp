@@ -136,10 +136,14 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
 
 /// Players' own times know their puzzles by number, in files beside the pack. Two files cannot change in one
 /// step: a program that died in between would leave the times to other puzzles. So nothing with times may
-/// move. `order` holds, for each new place, the old one. Errors: InputError.
+/// move. `order` holds, for each new place, the old one. The game may know the pack by any link on the way to
+/// it. Errors: InputError.
 void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order) {
   constexpr int kPlayers = 99;
-  for (const fs::path& path : {fs::path(pack), fs::canonical(pack)}) {
+  std::vector<fs::path> links = {pack};
+  while (fs::is_symlink(links.back()))
+    links.push_back(links.back().parent_path() / fs::read_symlink(links.back()));
+  for (const fs::path& path : links) {
     const int size = SizeInName(path.filename().string());
     if (size == 0) continue;
     Global folder;
@@ -201,6 +205,8 @@ ExitStatus RatePacks(const RateOptions& options, Terminal& terminal) {
     }
     ++path;
   }
+  terminal.Out.flush();
+  if (!terminal.Out) return ExitStatus::Done;  // Whoever runs the command says so; no pack changes.
   // Every new pack is whole on the disk before the first takes its place.
   std::string changed;
   for (std::size_t i = 0; i < rewrites.size(); ++i) {

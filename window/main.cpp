@@ -1,5 +1,6 @@
 // Starts the game.
 #include <QApplication>
+#include <csignal>
 #include <cstdlib>
 #include <fontconfig/fontconfig.h>
 #include <future>
@@ -8,6 +9,8 @@
 #include "window/program.h"
 
 int main(int argc, char** argv) {
+  // Where files may only become so long, it is told as a full disk is.
+  std::signal(SIGXFSZ, SIG_IGN);
   // Reading what fonts there are takes as long as reaching the display, and needs none.
   const std::future<FcBool> fonts = std::async(std::launch::async, FcInit);
   // One id for the window, wherever the desktop looks for it: X11 has it from the arguments.
