@@ -106,7 +106,8 @@ bool IsNameTaken(const FormNamen& form, const std::string& name) {
 void StoreName(FormNamen& form, const std::string& name) {
   Global& global = form.main.global;
   if (!HasSelection(form)) {
-    global.PlayerCount = CheckedInteger(global.PlayerCount + 1);
+    // A damaged setting may have counted below 0: nobody is listed then.
+    global.PlayerCount = CheckedInteger(std::max(global.PlayerCount, 0) + 1);
     global.Players.RedimPreserve(global.PlayerCount);
     form.NaamLijst.Items.push_back(name);
     Select(form, static_cast<int>(form.NaamLijst.Items.size()) - 1);
