@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <unistd.h>
 
 #include "events/presses.h"
@@ -36,8 +35,12 @@ constexpr std::array<const char*, 12> kOddAnswers = {
 };
 
 std::string BytesOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::string bytes;
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  if (!file) return bytes;
+  bytes.resize(static_cast<std::size_t>(file.tellg()));
+  file.seekg(0).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  return bytes;
 }
 
 void WriteBytes(const fs::path& path, const std::string& bytes) {
@@ -83,7 +86,8 @@ int TimeAt(const std::string& bytes, std::size_t at) {
 
 /// One run of the program.
 struct ProgramRun {
-  explicit ProgramRun(Desktop& desktop) : main(global, desktop), form(main), watched{main, Array<int>()} {}
+  explicit ProgramRun(Desktop& desktop)
+      : main(global, desktop), form(main), watched{main, form, Array<int>()} {}
 
   Global global;
   Main main;
@@ -97,7 +101,7 @@ class Season : public PlayerDesktop::Hands {
   void Play();
 
   void AtYield() override;
-  void UnderBox() override;
+  void UnderBox(const std::string& title) override;
   void InPlayerDialog() override;
 
  private:
@@ -116,8 +120,9 @@ class Season : public PlayerDesktop::Hands {
   void MendSettings();
   bool IsNamed(const RunTimeError& error) const;
   void Check();
+  void CheckMadePuzzle();
   void CheckFiles();
-  [[noreturn]] void Wrong(std::string_view sentence, const std::string& what) const;
+  [[noreturn]] void Wrong(const std::string& what) const;
   Main& main() { return run_->main; }
 
   Bytes& bytes_;
@@ -128,8 +133,9 @@ class Season : public PlayerDesktop::Hands {
   bool oddSettings_ = false;
   bool damaged_ = false;
   bool missingPack_ = false;
+  bool fileError_ = false;  ///< Told of since the last press of a button.
   int yields_ = 0;
-  int yieldsBetween_ = 64;
+  int yieldsBetween_ = 8;
   int baseSize_ = kMinSize;
   std::map<std::string, std::string> files_;  ///< As last seen.
 };
@@ -138,9 +144,8 @@ Season::Season(Bytes& bytes) : bytes_(bytes), desktop_(bytes, Folder().string())
   desktop_.Player = this;
 }
 
-void Season::Wrong(std::string_view sentence, const std::string& what) const {
-  Fault(std::string(sentence) + " -- " + (event_.empty() ? "after " + lastEvent_ : "in " + event_) + ": " +
-        what);
+void Season::Wrong(const std::string& what) const {
+  Fault(what + (event_.empty() ? "; after " + lastEvent_ : "; in " + event_));
 }
 
 /// Damages, missing files and odd settings come one in some inputs each: most play an ordinary game.
@@ -220,7 +225,7 @@ void Season::Run(const std::string& name, Handler handler) {
   } catch (const ProgramEnd&) {
     desktop_.Ended = true;
   } catch (const RunTimeError& error) {
-    if (!IsNamed(error)) Wrong("No run-time error but those that are meant.", error.what());
+    if (!IsNamed(error)) Wrong(std::string("No run-time error but those that are meant -- ") + error.what());
     desktop_.Ended = true;
   }
   lastEvent_ = name;
@@ -234,7 +239,7 @@ void Season::StartProgram() {
   oddSettings_ = oddSettings_ || size == "19" || size == "20";
   Run("start", [&] { Form_Load(main(), run_->form); });
   if (oddSettings_ && desktop_.Ended) MendSettings();
-  if (!desktop_.Ended && !main().Visible) Wrong("The window shows once the program has started.", "");
+  if (!desktop_.Ended && !main().Visible) Wrong("The window shows once the program has started");
 }
 
 void Season::Play() {
@@ -286,6 +291,8 @@ void Season::Press(std::size_t button) {
   const ButtonRow& row = ButtonTable()[button];
   const int sizeBefore = main().BoardSize;
   const int step = main().StepCount;
+  const bool enabled = (main().*row.Value).Enabled;
+  fileError_ = false;
   Run(std::string("press ") + kNames.at(button), [&] { PressButton(main(), row); });
   if (desktop_.Ended) return;
   Watched& watched = run_->watched;
@@ -298,8 +305,10 @@ void Season::Press(std::size_t button) {
     watched.NoPuzzleOfThisSize = false;
     watched.OpeningBrokeOff = false;
   }
-  if (opens && damaged_ && !main().Timer3.Enabled) watched.OpeningBrokeOff = true;
-  if (opens || starts || row.Value == &Main::cmdResetTime) CheckFiles();
+  if (opens && damaged_ && fileError_) watched.OpeningBrokeOff = true;
+  if (!enabled) return;
+  if (row.Value == &Main::cmdGenerate) CheckMadePuzzle();
+  if (starts || row.Value == &Main::cmdResetTime) CheckFiles();
 }
 
 void Season::ClickField(int index) {
@@ -358,19 +367,28 @@ void Season::ChangeFilesOutside() {
 void Season::AtYield() {
   if (++yields_ >= kMostYields) Run("close", [&] { Form_QueryUnload(main()); });
   if (yields_ % yieldsBetween_ != 0 || bytes_.AtEnd() || desktop_.Ended) return;
-  yieldsBetween_ = 16 << bytes_.Below(8);
+  yieldsBetween_ = 1 << bytes_.Below(6);  // A small puzzle takes some dozens.
   WindowEvent();
 }
 
-void Season::UnderBox() {
-  if (!bytes_.Once(4)) return;
-  LetTimePass();
-  Tick();
+void Season::UnderBox(const std::string& title) {
+  Amid& amid = run_->watched.amid;
+  const Amid outer = amid;
+  amid = AmidOf(main(), title, outer);
+  fileError_ = fileError_ || amid == Amid::FileError;
+  Check();
+  if (bytes_.Once(4)) {
+    LetTimePass();
+    Tick();
+    if (!desktop_.Ended) Check();
+  }
+  amid = outer;
 }
 
 void Season::InPlayerDialog() {
   FormNamen& form = run_->form;
   form.Visible = true;
+  run_->watched.amid = Amid::Players;
   Form_Activate(form);
   for (int events = 0; form.Visible && !desktop_.Ended; ++events) {
     if (bytes_.AtEnd() || events == 40) {
@@ -378,8 +396,10 @@ void Season::InPlayerDialog() {
     } else {
       DialogEvent();
     }
+    if (!desktop_.Ended) Check();
   }
   form.Visible = false;
+  run_->watched.amid = Amid::Nothing;
 }
 
 /// What the dialog lets through: a disabled control gets nothing.
@@ -419,10 +439,14 @@ void Season::DialogEvent() {
 }
 
 void Season::Check() {
-  for (const Invariant& invariant : Invariants()) {
-    const std::string wrong = invariant.Check(run_->watched);
-    if (!wrong.empty()) Wrong(invariant.Sentence, wrong);
-  }
+  if (!main().Visible) return;
+  const std::string broken = Broken(run_->watched);
+  if (!broken.empty()) Wrong(broken);
+}
+
+void Season::CheckMadePuzzle() {
+  const std::string wrong = WrongInMadePuzzle(main());
+  if (!wrong.empty()) Wrong("A puzzle that was made has one solution, and its clues count it -- " + wrong);
 }
 
 void Season::CheckFiles() {
@@ -436,17 +460,17 @@ void Season::CheckFiles() {
     const bool pack = name.starts_with("BVPack");
     const std::size_t record = pack ? kPackBytes : kPersonalBytes;
     if (after.size() < before.size() || (after.size() != before.size() && after.size() % record != 0))
-      Wrong("Files only grow, by whole records.", name);
+      Wrong("Files only grow, by whole records -- " + name);
     for (std::size_t at = 0; at + record <= before.size(); at += record) {
       const std::size_t fixed = pack ? kLevelSizeAt : 0;
       const int level = pack ? IntegerAt(before, at + fixed) >> 5 : 0;
       const bool same = after.compare(at, fixed, before, at, fixed) == 0 &&
                         (level == 0 || IntegerAt(after, at + fixed) == IntegerAt(before, at + fixed));
-      if (pack && !same) Wrong("A puzzle's layout never changes, nor its level once it is rated.", name);
+      if (pack && !same) Wrong("A puzzle's layout never changes, nor its level once it is rated -- " + name);
       const std::size_t time = at + (pack ? kTimesAt : 4);
       // A game that was won within its first second has no time, and beats every other.
       if (TimeAt(before, time) != 0 && TimeAt(after, time) > TimeAt(before, time))
-        Wrong("Times only get better, or are reset.", name);
+        Wrong("Times only get better, or are reset -- " + name);
     }
   }
   files_ = std::move(now);
@@ -456,7 +480,7 @@ void Season::CheckFiles() {
 
 BoxAnswer PlayerDesktop::Show(const MessageBox& box) {
   ThrowIfEnded();
-  Player->UnderBox();
+  Player->UnderBox(box.Title);
   ThrowIfEnded();
   switch (box.Buttons) {
     case BoxButtons::Ok:
@@ -471,7 +495,7 @@ BoxAnswer PlayerDesktop::Show(const MessageBox& box) {
 
 std::string PlayerDesktop::Show(const InputBox& box) {
   ThrowIfEnded();
-  Player->UnderBox();
+  Player->UnderBox(box.Title);
   ThrowIfEnded();
   if (bytes_.AtEnd()) return {};
   const int kind = bytes_.Below(8);

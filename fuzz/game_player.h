@@ -25,7 +25,7 @@ class PlayerDesktop : public Desktop {
   struct Hands {
     virtual ~Hands() = default;
     virtual void AtYield() = 0;
-    virtual void UnderBox() = 0;
+    virtual void UnderBox(const std::string& title) = 0;
     virtual void InPlayerDialog() = 0;
   };
 

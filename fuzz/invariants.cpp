@@ -7,12 +7,28 @@
 #include "events/presses.h"
 #include "game/board.h"
 #include "game/layout.h"
+#include "game/text.h"
+#include "generator/unique_solution.h"
+#include "storage/pack_files.h"
+#include "storage/record_file.h"
+#include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
 
+struct Invariant {
+  std::string_view Sentence;
+  /// Returns what is wrong, empty if nothing is.
+  std::string (*Check)(Watched& watched);
+};
+
 std::string At(int cell, int is, int wanted) {
   return "field " + std::to_string(cell) + " is " + std::to_string(is) + ", not " + std::to_string(wanted);
+}
+
+/// From the press of New to the start of play.
+bool IsBetweenPuzzles(const Watched& watched) {
+  return IsMakingPuzzle(watched.main) || watched.amid == Amid::Report;
 }
 
 std::string State(Watched& watched) {
@@ -35,7 +51,7 @@ bool IsMarked(const Main& main, int cell) {
 
 std::string Pictures(Watched& watched) {
   const Main& main = watched.main;
-  if (IsMakingPuzzle(main) || watched.OpeningBrokeOff) return "";
+  if (IsBetweenPuzzles(watched) || watched.OpeningBrokeOff) return "";
   const bool solutionMayShow = main.PuzzleOver && !watched.NoPuzzleOfThisSize;
   for (int cell = 0; cell < main.CellCount; ++cell) {
     const int picture = main.Grid[cell].Picture;
@@ -70,6 +86,7 @@ std::string ShieldUp(Watched& watched) {
 
 std::string BlinkTimer(Watched& watched) {
   const Main& main = watched.main;
+  if (watched.amid == Amid::WrongFields) return main.Timer2.Enabled ? "the questions blink" : "";
   if (main.Timer2.Enabled == main.BoardLive) return "timer and hint differ";
   if (!main.BoardLive && main.lblHint.Caption.empty()) return "a hint without a text";
   return "";
@@ -77,17 +94,19 @@ std::string BlinkTimer(Watched& watched) {
 
 std::string ClockTimer(Watched& watched) {
   const Main& main = watched.main;
-  const bool runs = !main.PuzzleOver && !main.Paused && !IsMakingPuzzle(main);
+  const bool runs =
+      !main.PuzzleOver && !main.Paused && !IsBetweenPuzzles(watched) && watched.amid != Amid::Solved;
   return main.Timer3.Enabled == runs ? "" : main.Timer3.Enabled ? "the clock runs" : "the clock stands";
 }
 
 std::string Buttons(Watched& watched) {
   Main& main = watched.main;
+  if (watched.amid == Amid::Solved) return "";
   std::array<bool, 13> enabled;
   std::size_t at = 0;
   for (const ButtonRow& row : ButtonTable()) enabled.at(at++) = (main.*row.Value).Enabled;
   RefreshButtons(main);
-  if (IsMakingPuzzle(main)) {
+  if (IsBetweenPuzzles(watched)) {
     main.cmdPause.Enabled = main.cmdSolution.Enabled = main.cmdHint.Enabled = false;
   }
   std::string wrong;
@@ -109,7 +128,7 @@ std::string Steps(Watched& watched) {
 
 std::string Log(Watched& watched) {
   const Main& main = watched.main;
-  if (IsMakingPuzzle(main) || watched.OpeningBrokeOff || watched.NoPuzzleOfThisSize) return "";
+  if (IsBetweenPuzzles(watched) || watched.OpeningBrokeOff || watched.NoPuzzleOfThisSize) return "";
   Array<int> board = watched.StartBoard;
   for (int step = 1; step <= main.StepCount; ++step) {
     int& code = board[main.MoveLog[step]];
@@ -145,7 +164,7 @@ std::string LineColour(const Main& main, const Label& label, int first, int step
 
 std::string LineColours(Watched& watched) {
   const Main& main = watched.main;
-  if (IsMakingPuzzle(main) || watched.OpeningBrokeOff || watched.NoPuzzleOfThisSize) return "";
+  if (IsBetweenPuzzles(watched) || watched.OpeningBrokeOff || watched.NoPuzzleOfThisSize) return "";
   for (int i = 0; i < main.BoardSize; ++i) {
     std::string wrong = LineColour(main, main.RowCnt[i], i * main.BoardSize, 1);
     if (wrong.empty()) wrong = LineColour(main, main.ColCnt[i], i, main.BoardSize);
@@ -156,16 +175,85 @@ std::string LineColours(Watched& watched) {
 
 std::string Layout(Watched& watched) {
   const Main& main = watched.main;
-  const bool cluesShow = !IsMakingPuzzle(main);
-  for (int i = 0; i < kMaxSize; ++i) {
-    const bool wanted = cluesShow && i < main.BoardSize;
-    if (!IsMakingPuzzle(main) && (main.RowCnt[i].Visible != wanted || main.ColCnt[i].Visible != wanted))
+  for (int i = 0; i < kMaxSize && !IsBetweenPuzzles(watched); ++i) {
+    const bool wanted = i < main.BoardSize;
+    if (main.RowCnt[i].Visible != wanted || main.ColCnt[i].Visible != wanted)
       return "clue " + std::to_string(i);
   }
   for (int cell = 0; cell < kMaxCells; ++cell) {
     if (main.Grid[cell].Visible != (cell < main.CellCount)) return "field " + std::to_string(cell);
   }
   return "";
+}
+
+std::string Title(Watched& watched) {
+  if (watched.amid == Amid::Players) return "";
+  const Global& global = watched.main.global;
+  const std::string title = global.CurrentPlayer == 0
+                                ? "Bivouac - Free Play (no player selected)"
+                                : "Bivouac - " + NameOf(global, global.CurrentPlayer) + " is playing";
+  return watched.main.Caption == title ? "" : watched.main.Caption;
+}
+
+constexpr const char* kNotKept = "Puzzle #: NEW";
+constexpr const char* kNoBestTime = "Best Time: --:-- (No Best Time Yet)";
+
+std::string MinutesAndSeconds(int minutes, int seconds) {
+  return TwoDigits(minutes) + ":" + TwoDigits(seconds);
+}
+
+/// While a game is on nobody else can come to play: only then the state tells the name.
+bool BestTimeFits(const Main& main, const std::string& text) {
+  const PackRecord& puzzle = main.global.PuzzleRec;
+  const std::string time = "Best Time: " + MinutesAndSeconds(puzzle.BestMinutes, puzzle.BestSeconds) + " by ";
+  if (main.PuzzleOver && (text == kNoBestTime || text.starts_with(time))) return true;
+  if (main.StatusBar1[2].Text == kNotKept) return text == "Best Time: NOT AVAILABLE";
+  const bool known =
+      (puzzle.BestMinutes > 0 || puzzle.BestSeconds > 0) && puzzle.BestPlayer <= main.global.PlayerCount;
+  return text == (known ? time + NameOf(main.global, puzzle.BestPlayer) : kNoBestTime);
+}
+
+bool YourTimeFits(const Main& main, const std::string& text) {
+  if (text == "Your Time: --:--") return true;
+  const PersonalRecord& own = main.global.PersonalRec;
+  const bool mayBeKnown = main.PuzzleOver || main.global.CurrentPlayer > 0;
+  return mayBeKnown && text == "Your Time: " + MinutesAndSeconds(own.PersonalMinutes, own.PersonalSeconds);
+}
+
+std::string Panels(Watched& watched) {
+  const Main& main = watched.main;
+  const auto& bar = main.StatusBar1;
+  const std::string size = std::to_string(main.BoardSize);
+  if (bar[0].Text != "Size: " + size + "x" + size) return bar[0].Text;
+  if (bar[3].Text != "Total Puzzles: " + std::to_string(main.PuzzleCount[main.BoardSize - kMinSize]))
+    return bar[3].Text;
+  if (IsBetweenPuzzles(watched) || watched.OpeningBrokeOff || watched.amid == Amid::Solved) return "";
+  // A puzzle that the pack could not take leaves the level before it on show.
+  const bool notKept = bar[2].Text == kNotKept;
+  if (!notKept && bar[1].Text != "Level: " + std::to_string(main.Level)) return bar[1].Text;
+  const std::string number = watched.NoPuzzleOfThisSize ? "--" : std::to_string(main.PuzzleNo);
+  if (bar[2].Text != "Puzzle #: " + number && (watched.NoPuzzleOfThisSize || !notKept)) return bar[2].Text;
+  if (watched.NoPuzzleOfThisSize ? bar[4].Text != kNoBestTime : !BestTimeFits(main, bar[4].Text))
+    return bar[4].Text;
+  return YourTimeFits(main, bar[5].Text) ? "" : bar[5].Text;
+}
+
+std::string Players(Watched& watched) {
+  const FormNamen& form = watched.form;
+  const Global& global = watched.main.global;
+  const auto& names = form.NaamLijst.Items;
+  if (static_cast<int>(names.size()) != std::max(0, global.PlayerCount)) return "length of the list";
+  for (int player = 1; player <= global.PlayerCount; ++player) {
+    if (TrimRight(names[static_cast<std::size_t>(player) - 1]) != NameOf(global, player))
+      return "player " + std::to_string(player);
+  }
+  const bool edits = form.NaamInvoerveld.Enabled;
+  const bool selected = form.NaamLijst.ListIndex >= 0;
+  const bool barred = form.KnopNieuweSpeler.Enabled == edits || form.KnopAnnuleren.Enabled == edits ||
+                      form.NaamLijst.Enabled == edits || !form.CommandFree.Enabled;
+  if (barred) return edits ? "editing" : "not editing";
+  const bool usable = !edits && selected;
+  return form.KnopOK.Enabled == usable && form.KnopWijzigen.Enabled == usable ? "" : "OK or Edit";
 }
 
 constexpr auto kInvariants = std::to_array<Invariant>({
@@ -184,12 +272,71 @@ constexpr auto kInvariants = std::to_array<Invariant>({
     {"The board is its start and one step of the cycle for each entry of the log.", Log},
     {"A clue's colour is the result of the rule of clicks or of the rule of undo.", LineColours},
     {"Exactly the fields of the board are visible, and their clues but while a puzzle is made.", Layout},
+    {"The title says who plays.", Title},
+    {"The status bar says the size, the total, and level, number and times of the puzzle.", Panels},
+    {"The dialog lists the players; while a name is edited all but Free Play is barred, and an entry must be "
+     "selected to be taken or edited.",
+     Players},
 });
 
 }  // namespace
 
-std::span<const Invariant> Invariants() {
-  return kInvariants;
+Amid AmidOf(const Main& main, std::string_view title, Amid outer) {
+  if (IsMakingPuzzle(main)) return outer;
+  if (title == "Puzzle Solved!!!" || title == "Personal Best Time!!!" || title == "New Best Time!!!" ||
+      title == "Puzzle Save Error")
+    return Amid::Solved;
+  if (title == "Hint Report") return Amid::WrongFields;
+  if (title == "Generate report") return Amid::Report;
+  if (title == "File Error") return Amid::FileError;
+  return outer;
+}
+
+std::string Broken(Watched& watched) {
+  if (watched.amid == Amid::FileError) return "";
+  for (const Invariant& invariant : kInvariants) {
+    const std::string wrong = invariant.Check(watched);
+    if (!wrong.empty()) return std::string(invariant.Sentence) + " -- " + wrong;
+  }
+  return "";
+}
+
+std::string WrongInMadePuzzle(const Main& main) {
+  if (main.StatusBar1[2].Text == kNotKept) return "";
+  PackRecord puzzle;
+  RecordFile<PackRecord>(PackPath(main.global, main.BoardSize)).Read(main.PuzzleNo, puzzle);
+  Workbench bench;
+  Main& judge = bench.main;
+  LayOutRecord(judge, puzzle);
+  const int size = judge.BoardSize;
+  Array<int> tents = judge.Board;
+  int standing = 0;
+  for (int cell = 0; cell < judge.CellCount; ++cell) {
+    if (judge.Board[cell] != CELL_TREE) continue;
+    const std::array<int, 5> steps = {0, -size, 1, size, -1};
+    int& tent = tents[cell + steps.at(static_cast<std::size_t>(judge.TentDir[cell]))];
+    standing += tent == CELL_TENT;
+    tent = CELL_OPEN;  // No other tree's.
+  }
+  if (standing != judge.TreeCount) return std::to_string(judge.TreeCount) + " trees";
+  const auto tentAt = [&](int row, int column) {
+    return row < size && column >= 0 && column < size && judge.Board[row * size + column] == CELL_TENT;
+  };
+  for (int i = 0; i < size; ++i) {
+    int inRow = 0;
+    int inColumn = 0;
+    for (int j = 0; j < size; ++j) {
+      inRow += tentAt(i, j);
+      inColumn += tentAt(j, i);
+      const bool touched =
+          tentAt(i, j + 1) || tentAt(i + 1, j - 1) || tentAt(i + 1, j) || tentAt(i + 1, j + 1);
+      if (tentAt(i, j) && touched) return "tents touch";
+    }
+    if (inRow != puzzle.RowCounts[i] || inColumn != puzzle.ColCounts[i]) return "clue " + std::to_string(i);
+  }
+  bool unique = false;
+  CheckUniqueSolution(judge, unique);
+  return unique ? "" : "two solutions";
 }
 
 }  // namespace bivouac

@@ -2,17 +2,32 @@
 // guards.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
 #include "game/game_state.h"
+#include "storage/players.h"
 
 namespace bivouac {
+
+/// What an open box or dialog holds in the middle of its work, where other things hold then than between
+/// events.
+enum class Amid {
+  Nothing,
+  Solved,       ///< The clock stands, the times are being kept, and the game is not over yet.
+  WrongFields,  ///< No hint is on show yet.
+  Report,       ///< The puzzle is made, and its game has not begun.
+  FileError,    ///< An opening breaks off, or a time is lost.
+  Players,      ///< Who plays may change.
+};
+
+/// What a box of that title holds; `outer`, where a box says nothing of it.
+Amid AmidOf(const Main& main, std::string_view title, Amid outer);
 
 /// The game, and what a player who watches it knows besides.
 struct Watched {
   Main& main;  ///< Unchanged by a check, but for what it puts back.
+  const FormNamen& form;
   /// The board as the last start of play left it.
   Array<int> StartBoard;
   /// A damaged puzzle was opened, and its opening broke off: until another opens, the board and the window
@@ -20,14 +35,15 @@ struct Watched {
   bool OpeningBrokeOff = false;
   /// The size was changed since the last puzzle: the clues and their colours are still that puzzle's.
   bool NoPuzzleOfThisSize = true;
+  Amid amid = Amid::Nothing;
 };
 
-struct Invariant {
-  std::string_view Sentence;
-  /// Returns what is wrong, empty if nothing is.
-  std::string (*Check)(Watched& watched);
-};
+/// The sentence of the first invariant that does not hold, and what is wrong; empty if all hold.
+std::string Broken(Watched& watched);
 
-std::span<const Invariant> Invariants();
+/// What is wrong with the puzzle that was made last, as the pack keeps it; empty if nothing is, or if the
+/// pack could not take it. Guards: what is in a pack has one solution, whatever was pressed while it was
+/// made.
+std::string WrongInMadePuzzle(const Main& main);
 
 }  // namespace bivouac

@@ -19,6 +19,7 @@
 #include "fuzz/target.h"
 #include "storage/pack_files.h"
 #include "window/program.h"
+#include "window/widgets.h"
 
 namespace bivouac {
 namespace {
@@ -76,7 +77,7 @@ void Install(Bytes& bytes) {
 class Hand : public QObject {
  public:
   Hand(Program& program, Bytes& bytes)
-      : program_(program), bytes_(bytes), watched_{program.State(), Array<int>()} {
+      : program_(program), bytes_(bytes), watched_{program.State(), program.Players(), Array<int>()} {
     Schedule();
   }
 
@@ -94,16 +95,24 @@ class Hand : public QObject {
     }
     CountEvent();
     const int size = State().BoardSize;
+    const int puzzles = PuzzlesOfSize();
     if (bytes_.AtEnd()) {
       Leave();
     } else {
       Event();
     }
-    if (State().BoardSize != size) watched_.NoPuzzleOfThisSize = true;
+    if (State().BoardSize != size) {
+      watched_.NoPuzzleOfThisSize = true;
+    } else if (PuzzlesOfSize() > puzzles) {
+      const std::string wrong = WrongInMadePuzzle(State());
+      if (!wrong.empty())
+        Fault("A puzzle that was made has one solution, and its clues count it -- " + wrong);
+    }
     Check();
   }
 
   Main& State() { return program_.State(); }
+  int PuzzlesOfSize() { return State().PuzzleCount[State().BoardSize - kMinSize]; }
 
   /// Closes what is open, and the window at last.
   void Leave() {
@@ -213,22 +222,28 @@ class Hand : public QObject {
   }
   static void Key(QWidget& widget, Qt::Key key) { Key(widget, {key, Qt::NoModifier, {}}); }
 
-  /// Under a box the handler that shows it is in the middle of its work.
+  /// What the box on top holds, and the dialog below it.
+  Amid AmidNow() {
+    const Amid outer = program_.Dialog().isVisible() ? Amid::Players : Amid::Nothing;
+    const QWidget* box = QApplication::activeModalWidget();
+    return box == nullptr ? outer : AmidOf(State(), box->windowTitle().toStdString(), outer);
+  }
+
+  /// A box that is closed, and whose caller has not gone on, still holds it: nobody can tell what.
   void Check() {
     const Main& main = State();
-    if (program_.Road().Modals() > 0 || program_.Road().Ended() || !main.Visible) return;
-    if (main.StepCount == 0 && !main.PuzzleOver && !IsMakingPuzzle(main)) {
+    const bool closing = program_.Road().Modals() > 0 && QApplication::activeModalWidget() == nullptr;
+    if (closing || program_.Road().Ended() || !main.Visible) return;
+    watched_.amid = AmidNow();
+    if (main.StepCount == 0 && !main.PuzzleOver && !IsMakingPuzzle(main) && watched_.amid == Amid::Nothing) {
       watched_.StartBoard = main.Board;
       watched_.NoPuzzleOfThisSize = false;
     }
-    for (const Invariant& invariant : Invariants()) {
-      const std::string wrong = invariant.Check(watched_);
-      if (wrong.empty()) continue;
-      Fault(std::string(invariant.Sentence) + " -- " + wrong + "; over " + std::to_string(main.PuzzleOver) +
-            ", paused " + std::to_string(main.Paused) + ", live " + std::to_string(main.BoardLive) +
-            ", size " + std::to_string(main.BoardSize) + ", making " + std::to_string(IsMakingPuzzle(main)) +
-            ", step " + std::to_string(main.StepCount) + ", none " +
-            std::to_string(watched_.NoPuzzleOfThisSize));
+    const std::string broken = Broken(watched_);
+    if (!broken.empty()) {
+      Fault(broken + "; over " + std::to_string(main.PuzzleOver) + ", paused " + std::to_string(main.Paused) +
+            ", live " + std::to_string(main.BoardLive) + ", size " + std::to_string(main.BoardSize) +
+            ", making " + std::to_string(IsMakingPuzzle(main)) + ", step " + std::to_string(main.StepCount));
     }
     CheckWindow();
   }
@@ -244,6 +259,13 @@ class Hand : public QObject {
     }
     if (window.Board().isHidden() != main.Shield.Visible)
       Fault("The shield hides the board, and nothing else.");
+    if (window.windowTitle().toStdString() != main.Caption) Fault("The title is what the game says.");
+    for (int panel = 0; panel < 6; ++panel) {
+      const auto* label = dynamic_cast<const TextLabel*>(
+          window.findChild<QWidget*>(QStringLiteral("StatusBar1.Panels(%1)").arg(panel + 1)));
+      if (label == nullptr || label->Text().toStdString() != main.StatusBar1[panel].Text)
+        Fault("A panel shows its text: " + main.StatusBar1[panel].Text);
+    }
     const QWidget* focus = window.focusWidget();
     if (focus != nullptr && (!focus->isEnabled() || !focus->isVisibleTo(&window)))
       Fault("The focus is on a control that can be used: " + focus->objectName().toStdString());
