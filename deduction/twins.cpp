@@ -21,28 +21,18 @@ Positions PairsIn(const Lines& lines, int line) {
   return twins & WithAfter(twins) & shutBefore & shutAfter;
 }
 
-/// What follows from a pair, if anything does.
-bool DecidePair(const Lines& lines, int line, int first, Find& find) {
-  const int second = first + 1;
-  const auto add = [&](int atLine, int position, Role role) {
-    find.Add(lines.CellAt(atLine, position), role);
-  };
-  const auto addTwins = [&] {
-    add(line, first, Role::Tree);
-    add(line, second, Role::Tree);
-    return true;
-  };
-
+/// Adds the open fields two lines away from a pair: they touch both ways.
+void AddRing(const Lines& lines, int line, int first, Find& find) {
   for (const int away : {line + 2, line - 2}) {
-    for (const int position : {first, second}) {
-      if (Has(lines.Open(away), position)) add(away, position, Role::Grass);
+    for (const int position : {first, first + 1}) {
+      if (Has(lines.Open(away), position)) find.Add(lines.CellAt(away, position), Role::Grass);
     }
   }
-  if (!find.Fields.IsEmpty()) {
-    find.Case = TwinRing;
-    return addTwins();
-  }
+}
 
+/// Adds the tents without which both ways would be solutions, if there are any.
+void AddTellingTents(const Lines& lines, int line, int first, Find& find) {
+  const int second = first + 1;
   // Group A holds a tent only if the first diagonal (before the first tree, after the second) is wrong,
   // group B only if the other one is.
   Group a;
@@ -61,17 +51,26 @@ bool DecidePair(const Lines& lines, int line, int first, Find& find) {
   countFlank(a, b, first - 1);
   countFlank(b, a, second + 1);
 
-  if (a.Count > 0 && b.Count > 0) return false;
+  if (a.Count > 0 && b.Count > 0) return;
   if (a.Count + b.Count == 1) {
     find.Case = TwinOneTent;
     find.Add(a.Count == 1 ? a.First : b.First, Role::Tent);
   } else {
     find.Case = TwinTwoTents;
     const int side = a.Count == 0 ? -1 : 1;
-    add(line + side, first, Role::Tent);
-    add(line - side, second, Role::Tent);
+    find.Add(lines.CellAt(line + side, first), Role::Tent);
+    find.Add(lines.CellAt(line - side, second), Role::Tent);
   }
-  return addTwins();
+}
+
+/// What follows from a pair, if anything does.
+bool DecidePair(const Lines& lines, int line, int first, Find& find) {
+  find.Case = TwinRing;
+  AddRing(lines, line, first, find);
+  if (find.Fields.IsEmpty()) AddTellingTents(lines, line, first, find);
+  if (find.Fields.IsEmpty()) return false;
+  for (const int position : {first, first + 1}) find.Add(lines.CellAt(line, position), Role::Tree);
+  return true;
 }
 
 }  // namespace

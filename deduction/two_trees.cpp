@@ -2,7 +2,6 @@
 #include "game/board.h"
 
 namespace bivouac {
-
 namespace {
 
 /// Adds the first open field of a line between two trees, neither with a tent across the line or anything of

@@ -40,16 +40,16 @@ bool EndsHint(EndsFirst ends) {
   return ends == EndsFirst::Hint || ends == EndsFirst::HintAndPause;
 }
 
+bool EndsPause(EndsFirst ends) {
+  return ends == EndsFirst::Pause || ends == EndsFirst::HintAndPause;
+}
+
 /// An opening that broke off on a damaged record leaves a board without a clock: no game, so that another
 /// puzzle can be opened.
 void EndBrokenOpening(Main& main) {
   if (main.PuzzleOver || main.Paused || main.Timer3.Enabled || IsMakingPuzzle(main)) return;
   main.PuzzleOver = true;
   RefreshButtons(main);
-}
-
-bool EndsPause(EndsFirst ends) {
-  return ends == EndsFirst::Pause || ends == EndsFirst::HintAndPause;
 }
 
 }  // namespace

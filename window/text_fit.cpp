@@ -5,7 +5,6 @@
 #include <cmath>
 
 namespace bivouac {
-
 namespace {
 
 QSize NeededSize(const QFont& font, const QString& text, QSize room, Wrapping wrapping) {
