@@ -6,27 +6,18 @@
 #include <set>
 #include <sstream>
 
-#include "game/board.h"
-#include "game/play.h"
 #include "game/sound.h"
 #include "hints/hints.h"
 #include "tools/board_text.h"
 #include "tools/commands.h"
+#include "tools/explanation.h"
 #include "tools/pack_access.h"
+#include "tools/pack_reader.h"
 #include "tools/position.h"
 #include "tools/workbench.h"
 
 namespace bivouac {
 namespace {
-
-PackRecord PuzzleOf(const std::string& path, long number) {
-  const std::vector<PackRecord> records = ReadSoundPack(path);
-  if (number < 1 || number > static_cast<long>(records.size())) {
-    throw InputError(path + ": there is no puzzle " + std::to_string(number) + ", the pack holds " +
-                     std::to_string(records.size()));
-  }
-  return records[static_cast<std::size_t>(number - 1)];
-}
 
 struct Hint {
   const char* Outcome = "FAULT";  // FIND, WRONG, NONE or FAULT.
@@ -106,16 +97,14 @@ void WriteHintInWords(const Main& main, const Hint& hint, Terminal& terminal) {
 }  // namespace
 
 ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal) {
-  const PackRecord record = PuzzleOf(pack, number);
+  const PackRecord record = PackReader(pack).Read(number);
   Workbench bench;
   LayOutRecord(bench.main, record);
-  for (int cell = 0; cell < bench.main.CellCount; ++cell) {
-    int& code = bench.main.Board[cell];
-    if (code < CELL_OPEN || code > CELL_TREE) {
-      throw InputError(pack + ": record " + std::to_string(number) + " has the code " + std::to_string(code) +
-                       " in Layout[" + std::to_string(cell) + ']');
+  if (reveal == Reveal::Puzzle) {
+    for (int cell = 0; cell < bench.main.CellCount; ++cell) {
+      int& code = bench.main.Board[cell];
+      if (code != CELL_TREE) code = CELL_OPEN;
     }
-    if (reveal == Reveal::Puzzle && code != CELL_TREE) code = CELL_OPEN;
   }
   terminal.Out << FileName(pack) << ' ' << number << ", " << bench.main.BoardSize << 'x'
                << bench.main.BoardSize << ", level " << LevelOf(record.LevelSize) << '\n';
@@ -124,16 +113,8 @@ ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Termi
 }
 
 ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
-  const PackRecord record = PuzzleOf(options.Pack, options.Number);
   Workbench bench;
-  LayOutRecord(bench.main, record);
-  try {
-    StartPuzzle(bench.main);
-  } catch (const RunTimeError& error) {
-    throw InputError(options.Pack + ": record " + std::to_string(options.Number) +
-                     " cannot be started: " + error.what());
-  }
-  if (!options.Board.empty()) LayFields(bench.main, options.Board, "--board");
+  StartPuzzleOn(bench, options.Pack, options.Number, {"--board", options.Board});
   const Hint hint = AskForHint(bench, WrongFields::Look);
   if (options.Output == Format::Table) {
     WriteHintRow(terminal.Out, hint);

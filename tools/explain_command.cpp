@@ -103,7 +103,7 @@ void WriteWords(SolutionWalk& walk, const Main& main, Terminal& terminal) {
 ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal) {
   if (!options.Drawing.Output.empty()) return ExplainOnPaper(options, terminal);
   Workbench bench;
-  const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, options.From);
+  const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, {"--from", options.From});
   SolutionWalk walk(bench.main);
   if (options.Output == Format::Table) {
     WriteTable(walk, bench.main, terminal);

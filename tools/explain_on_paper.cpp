@@ -77,7 +77,7 @@ ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal&) {
   if (FormatOfName(output) != PictureFormat::Pdf) throw InputError(output + ": the name must end in .pdf");
   Workbench bench;
   Main& main = bench.main;
-  const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, options.From);
+  const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, {"--from", options.From});
   Workbench other;
   const std::string name = "No. " + std::to_string(options.Number);
   const BoardPainter painter(options.Drawing.Colour ? Look::Colour : Look::Ink);

@@ -20,7 +20,8 @@ std::size_t PlaceOf(const HintRule& rule) {
 
 }  // namespace
 
-PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number, const std::string& from) {
+PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
+                         const PositionOption& position) {
   const PackRecord record = PackReader(pack).Read(number);
   LayOutRecord(bench.main, record);
   try {
@@ -28,7 +29,7 @@ PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
   } catch (const RunTimeError& error) {
     throw InputError(pack + ": record " + std::to_string(number) + " cannot be started: " + error.what());
   }
-  if (!from.empty()) LayFields(bench.main, from, "--from");
+  if (!position.Digits.empty()) LayFields(bench.main, position.Digits, position.Name);
   return record;
 }
 

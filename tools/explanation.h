@@ -11,9 +11,15 @@
 
 namespace bivouac {
 
-/// Starts a puzzle on the bench, and lays a position on it if `from` has digits. Errors: InputError if there
-/// is no such puzzle, it cannot be started, or the digits are not its own.
-PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number, const std::string& from);
+/// A position from the command line.
+struct PositionOption {
+  std::string Name;    ///< Of the option, for errors.
+  std::string Digits;  ///< Empty for the start of the puzzle.
+};
+/// Starts a puzzle on the bench and lays the position on it. Errors: InputError if there is no such puzzle,
+/// it is damaged or cannot be started, or the digits are not its own.
+PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
+                         const PositionOption& position);
 
 /// What is told of a field by row and column, counted from 1: "r3c4".
 std::string FieldName(const Main& main, int cell);
