@@ -6,6 +6,7 @@ set -uo pipefail
 program=$1
 page=$2
 version=$3
+data=$(dirname "$(realpath "$0")")/data
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -42,10 +43,20 @@ expect 2 "standard input, line 1" hint --tsv - < <(echo nonsense)
 expect 2 "--numbers" print six.bvq -o book.pdf --numbers 3-1
 expect 2 "--width" print six.bvq -o book.pdf --width 300
 expect 2 "--title" print six.bvq 1 -o one.svg --title Two
+expect 2 "--board: no digits" hint six.bvq 1 --board ""
 expect 2 "--board: 3 digits" print six.bvq 1 -o one.svg --board 012
 expect 2 "no puzzle 3" explain six.bvq 3
 expect 2 "--from: not the trees" explain six.bvq 1 --from 000000000000000000000000000000000000
 expect 0 "0 puzzles added to six.bvq, 2 left out" merge six.bvq six.bvq
+
+# What the commands write: each line of the session that begins with a dollar, and what comes of it.
+cp "$data"/../../assets/packs/BVPack1[28].bvq "$data/rating/trial07.bvq" .
+grep '^\$ ' "$data/session.txt" | while IFS= read -r line; do
+  echo "$line"
+  eval "\"\$program\" ${line#\$ }" 2>&1 || echo "status $?"
+done | sed 's/[0-9.]* a second/100 a second/' >session.txt
+[ -z "${BIVOUAC_KEEP_LOOKS:-}" ] || cp session.txt "$data"
+diff "$data/session.txt" session.txt || fail "the session went another way; is it better now?"
 
 "$program" list six.bvq >/dev/full 2>err
 [ $? -eq 2 ] || fail "a full output went unnoticed"

@@ -3,13 +3,16 @@
 #include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
+#include <librsvg/rsvg.h>
 #include <sstream>
 
 #include "game/play.h"
 #include "tests/support/files.h"
+#include "tests/support/looks.h"
 #include "tests/support/picture.h"
 #include "tools/drawing/board_painter.h"
 #include "tools/drawing_commands.h"
+#include "tools/guide.h"
 #include "tools/pack_access.h"
 #include "tools/position.h"
 #include "tools/workbench.h"
@@ -41,7 +44,18 @@ std::string TextOf(const std::string& pdf, int page) {
 /// A picture read back, by the darkness of its pixels: 0 white, 255 black.
 class Pixels {
  public:
-  explicit Pixels(const std::string& png) : surface_(cairo_image_surface_create_from_png(png.c_str())) {
+  explicit Pixels(const std::string& path) {
+    if (path.ends_with(".svg")) {
+      RsvgHandle* const handle = rsvg_handle_new_from_file(path.c_str(), nullptr);
+      const RsvgRectangle all{0, 0, 600, 300};
+      surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 600, 300);
+      cairo_t* const pen = cairo_create(surface_);
+      EXPECT_NE(rsvg_handle_render_document(handle, pen, &all, nullptr), 0) << path;
+      cairo_destroy(pen);
+      g_object_unref(handle);
+    } else {
+      surface_ = cairo_image_surface_create_from_png(path.c_str());
+    }
     EXPECT_EQ(cairo_surface_status(surface_), CAIRO_STATUS_SUCCESS);
   }
   Pixels(const Pixels&) = delete;
@@ -55,6 +69,9 @@ class Pixels {
         cairo_image_surface_get_data(surface_) + y * cairo_image_surface_get_stride(surface_) + 4 * x;
     return 255 - (pixel[0] + pixel[1] + pixel[2]) / 3;
   }
+  std::string Shades(int square) const {
+    return bivouac::Shades(Width(), Height(), square, [&](int x, int y) { return DarknessAt(x, y); });
+  }
   /// Mean darkness of a box.
   double DarknessIn(const Box& box) const {
     double sum = 0;
@@ -63,22 +80,6 @@ class Pixels {
       for (int x = static_cast<int>(box.X); x < box.X + box.Width; ++x, ++count) sum += DarknessAt(x, y);
     }
     return sum / count;
-  }
-
-  /// The largest black frame: first and last row with a long black line, and that line's ends.
-  Box Frame() const {
-    int left = 0, right = 0, top = -1, bottom = 0;
-    for (int y = 0; y < Height(); ++y) {
-      for (int x = 0, run = 0; x < Width(); ++x) {
-        run = DarknessAt(x, y) > 200 ? run + 1 : 0;
-        if (run < Width() / 4) continue;
-        left = x - run + 1;
-        right = x;
-        if (top < 0) top = y;
-        bottom = y;
-      }
-    }
-    return {double(left), double(top), double(right - left), double(bottom - top)};
   }
 
  private:
@@ -168,50 +169,6 @@ TEST_F(Drawing, NamesOfPacksAndTitlesStayInTheirRoomWhateverTheirBytes) {
   }
 }
 
-TEST_F(Drawing, APageShowsTheBoard) {
-  const PackRecord record = ReadPack("assets/packs/BVPack07.bvq").at(4);
-  PictureOptions picture = Picture("one.pdf", "BVPack07.bvq");
-  picture.Number = 5;
-  picture.Solution = true;
-  ASSERT_EQ(PrintPicture(picture, terminal), ExitStatus::Done);
-  OutputOf("pdftoppm -r 150 -png -singlefile " + PathOf("one.pdf") + " " + PathOf("page"));
-  const Pixels page(PathOf("page.png"));
-  const Box frame = page.Frame();
-  ASSERT_NEAR(frame.Width, frame.Height, 6);
-  ASSERT_GT(frame.Width, 300);
-  // The upper left quarter of a tent's field is empty, of a tree's it holds the crown; low down a tent is
-  // wide and a tree a trunk.
-  const double pitch = frame.Width / 7;
-  for (int cell = 0; cell < 49; ++cell) {
-    const double x = frame.X + cell % 7 * pitch;
-    const double y = frame.Y + cell / 7 * pitch;
-    const double crown = page.DarknessIn({x + pitch * 0.13, y + pitch * 0.3, pitch * 0.1, pitch * 0.06});
-    const double foot = page.DarknessIn({x + pitch * 0.67, y + pitch * 0.76, pitch * 0.06, pitch * 0.04});
-    const int seen = foot > 150 ? 2 : crown > 40 ? 3 : 1;
-    EXPECT_EQ(seen, record.Layout[cell]) << cell << ": " << crown << ", " << foot;
-  }
-}
-
-TEST_F(Drawing, APictureShowsAPositionInTheColoursOfTheWindow) {
-  const PackRecord record = ReadPack("assets/packs/BVPack06.bvq").at(0);
-  std::string digits;
-  for (int cell = 0; cell < 36; ++cell) digits += record.Layout[cell] == 3 ? '3' : cell % 2 == 0 ? '1' : '0';
-  PictureOptions picture = Picture("one.png", "BVPack06.bvq");
-  picture.Drawing.Colour = true;
-  picture.Board = digits;
-  picture.Width = 340;
-  ASSERT_EQ(PrintPicture(picture, terminal), ExitStatus::Done);
-  const Pixels pixels(PathOf("one.png"));
-  ASSERT_EQ(pixels.Width(), 340);
-  const double margin = 340 * 0.02;
-  const BoardGeometry geometry(6, {margin / 2, margin / 2}, 340 - 2 * margin, ClueLabels::Shown);
-  for (int cell = 0; cell < 36; ++cell) {
-    const Box field = geometry.Field(cell);
-    const int corner = pixels.DarknessAt(static_cast<int>(field.X + 4), static_cast<int>(field.Y + 4));
-    EXPECT_EQ(corner > 150, digits[static_cast<std::size_t>(cell)] == '0') << cell;
-  }
-}
-
 /// The columns of each line that was written.
 std::vector<std::vector<std::string>> Rows(const std::string& table) {
   std::vector<std::vector<std::string>> rows;
@@ -279,13 +236,51 @@ TEST_F(Drawing, AnExplanationIsTheWayOfTheGamesHints) {
   }
 }
 
-TEST_F(Drawing, AnExplanationSaysWhereHintsEnd) {
-  ExplainOptions options;
-  options.Pack = PackOf(12);
-  const PackRecord record = ReadPack("assets/packs/BVPack12.bvq").at(0);
-  for (int cell = 0; cell < 144; ++cell) options.From += record.Layout[cell] == CELL_TREE ? '3' : '2';
-  ASSERT_EQ(ExplainPuzzle(options, terminal), ExitStatus::Done);
-  EXPECT_NE(out.str().find("has fields that are wrong"), std::string::npos);
+TEST_F(Drawing, PagesLookAsTheyDid) {
+  BookOptions book = Book("book.pdf");
+  book.Packs = {PackOf(10)};
+  book.Paper = "a5";
+  book.PerPage = 1;
+  book.Numbers = {{40, 41}};
+  PrintBook(book, stop, terminal);
+  ExplainOptions explain;
+  explain.Drawing.Output = PathOf("explain.pdf");
+  explain.Pack = kPacks + "BVPack08.bvq";
+  explain.Number = 100;
+  ExplainOnPaper(explain, terminal);
+  StatsOptions stats;
+  stats.Drawing.Output = PathOf("stats.png");
+  stats.Packs = {kPacks + "BVPack06.bvq", PackOf(11)};
+  terminal.Progress = true;
+  StatsOfPacks(stats, stop, terminal);
+  EXPECT_TRUE(err.str().ends_with("200 of 200 puzzles\r\x1b[K")) << err.str();
+  PictureOptions picture = Picture("picture.png", "BVPack09.bvq");
+  picture.Solution = picture.Drawing.Colour = true;
+  PrintPicture(picture, terminal);
+  picture.Drawing.Output = PathOf("page.pdf");
+  for (const int code : ReadPack("assets/packs/BVPack09.bvq").at(0).Layout)
+    picture.Board += code == CELL_TREE ? '3' : "0012"[picture.Board.size() % 4];
+  picture.Board.resize(81);
+  PrintPicture(picture, terminal);
+  for (const std::string document : {"book", "explain", "page"})
+    OutputOf("pdftoppm -r 72 -png " + PathOf(document + ".pdf") + " " + PathOf(document));
+  for (const std::string name :
+       {"book-1", "book-2", "book-4", "explain-1", "explain-5", "page-1", "stats", "picture"}) {
+    SCOPED_TRACE(name);
+    const std::string look = Pixels(PathOf(name + ".png")).Shades(8);
+    ExpectAlike(look, Kept(name, look));
+  }
+}
+
+TEST_F(Drawing, PicturesOfTheGuideLookAsTheyDid) {
+  const std::string guide = BIVOUAC_SOURCE_DIR "/docs/guide/";
+  Workbench bench;
+  for (const GuidePosition& position : ReadGuidePositions(guide + "positions.tsv")) {
+    SCOPED_TRACE(position.Name);
+    DrawGuideHint(bench.main, LayGuidePosition(bench.main, position), PathOf("hint.svg"));
+    ExpectAlike(Pixels(PathOf("hint.svg")).Shades(4),
+                Pixels(guide + "pictures/" + position.Name + ".svg").Shades(4));
+  }
 }
 
 TEST_F(Drawing, BadInputLeavesNoFile) {

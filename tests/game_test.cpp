@@ -6,6 +6,7 @@
 #include "game/blinking.h"
 #include "game/board.h"
 #include "game/clock.h"
+#include "game/controls.h"
 #include "game/layout.h"
 #include "game/moves.h"
 #include "game/play.h"
@@ -380,6 +381,13 @@ TEST_F(GameTest, EverySizeIsLaidOutInsideTheShield) {
   for (const int size : {kMinSize - 1, kMaxSize + 1}) {
     main.BoardSize = size;
     EXPECT_THROW(RefreshButtons(main), RunTimeError) << "only reached with a stored size out of range";
+  }
+}
+
+TEST(Controls, StandOnAGridOfFourPixels) {
+  for (const ControlRow& row : ControlTable()) {
+    for (const int at : {row.At.Left, row.At.Top, row.At.Width - 15, row.At.Height - 15})
+      EXPECT_EQ(at % 60, 0) << row.Name << ": " << at;
   }
 }
 

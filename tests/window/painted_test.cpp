@@ -192,8 +192,10 @@ TEST(Painted, TextsStandWhereTheirValuesSay) {
     for (const PanelRow& row : PanelTable().first(5)) {
       end += row.Width;
       const int x = bar.width() * end / kPanelWidths;
-      for (const int beside : {x - 3, x + 3})
+      for (const int beside : {x - 3, x + 3}) {
         EXPECT_NE(bar.pixel(x, bar.height() / 2), bar.pixel(beside, bar.height() / 2));
+        for (const int y : {2, bar.height() - 2}) EXPECT_EQ(bar.pixel(x, y), bar.pixel(beside, y));
+      }
     }
 
     // A clue in its three colours, and in no other than its own.
@@ -278,7 +280,11 @@ TEST(Painted, ControlsHaveTheirFaceTheirTextAndTheirState) {
         for (std::size_t i = 0; i + 1 < looks.size(); ++i)
           EXPECT_GT(Difference(looks[i], looks.back()), 0.3) << i;
       }
-      if (row.Background == kSystemDefault || row.Kind != ControlKind::Button) continue;
+      if (row.Kind != ControlKind::Button) continue;
+      const auto light = [&](int y) { return qGray(looks[1].pixel(20, y)); };
+      EXPECT_GT(light(4), light(12));  // Lit from above.
+      EXPECT_GT(light(12), light(20));
+      if (row.Background == kSystemDefault) continue;
       const QRect middle = looks[1].rect().adjusted(8, 8, -8, -8);
       EXPECT_EQ(CountNear(looks[1].copy(middle), static_cast<QRgb>(row.Background)),
                 middle.width() * middle.height());

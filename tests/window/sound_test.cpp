@@ -1,6 +1,7 @@
 // OpenAL's "wave" back end writes what is played into a file, where a test can hear it.
 #include <QCoreApplication>
 #include <QDir>
+#include <QProcess>
 #include <QTest>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -91,6 +92,10 @@ TEST(Sound, BoxFollowsTheSettings) {
     EXPECT_FALSE(program.State().SoundOn);
   });
   EXPECT_EQ(QSettings("Bivouac", "Bivouac").value("Options/Sound").toString(), "False");
+  // What is tried beforehand: a module that finds a device.
+  const QString folder = QCoreApplication::applicationDirPath() + "/";
+  EXPECT_EQ(QProcess::execute(folder + "bivouac-sound-check", {folder + "bivouac-sound.so"}), 0);
+  EXPECT_EQ(QProcess::execute(folder + "bivouac-sound-check", {folder + "bivouac"}), 1);
 }
 
 TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {

@@ -1,0 +1,47 @@
+// What a picture looks like from some steps away, kept as text: a hexadecimal digit for the darkness of each
+// square of pixels. Small differences of libraries do not show in it; what stands elsewhere, or not at all,
+// does.
+#pragma once
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+
+namespace bivouac {
+
+/// darknessAt(x, y) is 0 for white to 255 for black.
+template <class DarknessAt>
+std::string Shades(int width, int height, int square, DarknessAt darknessAt) {
+  std::string shades;
+  for (int top = 0; top + square <= height; top += square) {
+    for (int left = 0; left + square <= width; left += square) {
+      double sum = 0;
+      for (int i = 0; i < square * square; ++i) sum += darknessAt(left + i % square, top + i / square);
+      shades += "0123456789abcdef"[static_cast<int>(15 * std::sqrt(sum / (255.0 * square * square)))];
+    }
+    shades += '\n';
+  }
+  return shades;
+}
+
+/// Holds shades against others; a square may be a little lighter or darker.
+inline void ExpectAlike(const std::string& seen, const std::string& kept) {
+  ASSERT_EQ(seen.size(), kept.size());
+  const auto value = [](char digit) { return digit <= '9' ? digit - '0' : digit - 'a' + 10; };
+  for (std::size_t i = 0; i < seen.size(); ++i)
+    ASSERT_LE(std::abs(value(seen[i]) - value(kept[i])), 2) << "square " << i << " of\n" << seen;
+}
+
+/// The text that a file of tests/data/looks keeps. With BIVOUAC_KEEP_LOOKS in the environment it becomes what
+/// was seen.
+inline std::string Kept(const std::string& name, const std::string& seen) {
+  const std::string path = BIVOUAC_SOURCE_DIR "/tests/data/looks/" + name + ".txt";
+  if (std::getenv("BIVOUAC_KEEP_LOOKS") != nullptr) std::ofstream(path) << seen;
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace bivouac
