@@ -438,6 +438,21 @@ bool Run() {
                        const std::size_t more = bytes.size() - packBefore.size();
                        return bytes.starts_with(packBefore) && (!done || more == 5 * sizeof(PackRecord));
                      }});
+  passes &= Passes(
+      place, {"no room for a new pack", [&] { fs::remove(place.Pack()); },
+              [&] {
+                rlimit limit{};
+                getrlimit(RLIMIT_FSIZE, &limit);
+                const rlimit starved{kPartOfRecord, limit.rlim_max};
+                setrlimit(RLIMIT_FSIZE, &starved);
+                try {
+                  PackAppender maker(place.Pack().string(), Place::kSize, PackAppender::Twins::Keep);
+                  maker.Add({spare.at(65)});
+                } catch (const InputError&) {
+                }
+                setrlimit(RLIMIT_FSIZE, &limit);
+              },
+              [&](const World&, bool done) { return !done || !fs::exists(place.Pack()); }, End::Refused});
   passes &= Passes(place, {"first puzzle of a pack",
                            [&] {
                              fs::remove(place.Pack());

@@ -1,5 +1,5 @@
-// Kills, starves and races the programs on packs and players' files, and looks after each round whether
-// anything was lost. See fuzz/torture.
+// Kills, halts, starves and races the programs on packs and players' files, and looks after each round
+// whether anything was lost. See fuzz/torture.
 //
 //   torture PACK_MAKER [ROUNDS [SEED]]
 #include <algorithm>
@@ -299,17 +299,28 @@ void Torture::RunGame(int number) {
 }
 
 void Torture::KillSomeAndWait() {
+  constexpr int kHalted = 200'000;  // Longer than a game waits.
+  struct Signal {
+    pid_t Id;
+    int Number;
+  };
   const auto start = std::chrono::steady_clock::now();
-  std::multimap<int, Program*> kills;
+  std::multimap<int, Signal> signals;
   if (!Once(4)) {
-    for (Program& program : programs_) {
+    for (const Program& program : programs_) {
       // Most of what a program does, it does in its first milliseconds.
-      if (Once(2)) kills.emplace(Below(1 << (9 + Below(8))), &program);
+      const int microseconds = Below(1 << (9 + Below(8)));
+      if (Once(2)) {
+        signals.emplace(microseconds, Signal{program.Id, SIGKILL});
+      } else if (program.Name != "game" && Once(8)) {
+        signals.emplace(microseconds, Signal{program.Id, SIGSTOP});
+        signals.emplace(microseconds + kHalted, Signal{program.Id, SIGCONT});
+      }
     }
   }
-  for (const auto& [microseconds, program] : kills) {
+  for (const auto& [microseconds, signal] : signals) {
     std::this_thread::sleep_until(start + std::chrono::microseconds(microseconds));
-    kill(program->Id, SIGKILL);
+    kill(signal.Id, signal.Number);
   }
   for (std::size_t i = 0; i < programs_.size(); ++i) {
     Program& program = programs_[i];
