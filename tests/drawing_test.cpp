@@ -11,6 +11,7 @@
 #include "tests/support/looks.h"
 #include "tests/support/picture.h"
 #include "tools/drawing/board_painter.h"
+#include "tools/drawing/book.h"
 #include "tools/drawing_commands.h"
 #include "tools/guide.h"
 #include "tools/pack_access.h"
@@ -234,6 +235,17 @@ TEST_F(Drawing, AnExplanationIsTheWayOfTheGamesHints) {
     EXPECT_EQ(level.at(14), std::to_string(seconds));
     EXPECT_EQ(level.back(), "0");
   }
+}
+
+TEST(Paper, IsKnownByNameOrMillimetres) {
+  const std::tuple<const char*, double, double> papers[] = {
+      {"a4", 210, 297}, {"a5", 148, 210}, {"a6", 105, 148}, {"letter", 215.9, 279.4}, {"90x1200", 90, 1200}};
+  for (const auto& [name, width, height] : papers) {
+    EXPECT_NEAR(PaperOf(name)->Width * 25.4 / 72, width, 0.01) << name;
+    EXPECT_NEAR(PaperOf(name)->Height * 25.4 / 72, height, 0.01) << name;
+  }
+  for (const char* name : {"a7", "", "0x100", "100x0", "100x", "100x200mm", "99999x100"})
+    EXPECT_FALSE(PaperOf(name)) << name;
 }
 
 TEST_F(Drawing, PagesLookAsTheyDid) {

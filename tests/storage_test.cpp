@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -128,6 +129,23 @@ TEST(RecordFile, APackCutAnywhereHoldsItsWholeRecords) {
       ASSERT_EQ(record, number <= whole ? first : PackRecord{}) << length;
     }
   }
+}
+
+TEST(RecordFile, TheNextTurnCutsWhatAKilledWriterLeft) {
+  const TempFolder folder;
+  const std::string path = folder / "pack";
+  for (const long number : {1, 2}) WritePack(path, number, {});
+  const auto writeUntilKilled = [&] {
+    const rlimit limit{3500, 3500};  // In the third record.
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_DFL);
+    WritePack(path, 3, {});
+  };
+  EXPECT_EXIT(writeUntilKilled(), testing::KilledBySignal(SIGXFSZ), "");
+  EXPECT_EQ(fs::file_size(path), 3500U);
+  WritePack(path, 1, {});
+  EXPECT_EQ(fs::file_size(path), 2 * kPackBytes);
+  EXPECT_EQ(FilesIn(folder / "").size(), 1U);
 }
 
 TEST(RecordFile, SaysWhyItCannotBeOpened) {

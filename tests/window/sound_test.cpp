@@ -76,6 +76,7 @@ TEST(Sound, IsHeardWhenPlayedSeveralAtATime) {
     player.Play(second);
     EXPECT_TRUE(player.Playing());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !player.Playing(); }));
+    player.Rest();
   }
   EXPECT_GT(Loudness(440), 0.1);
   EXPECT_GT(Loudness(1000), 0.1);

@@ -412,11 +412,14 @@ TEST(Window, NoTextIsClippedAtAnyScale) {
   });
 }
 
-/// Around the pixels of a clue that are not ground, whatever their colour.
-QRect Ink(Program& program, TextColour colour) {
+QImage Clue(Program& program, TextColour colour) {
   program.State().RowCnt[0].ForeColor = colour;
   program.Window().Draw();
-  const QImage image = Find(program, "RowCnt(0)")->grab().toImage();
+  return Find(program, "RowCnt(0)")->grab().toImage();
+}
+
+/// Around the pixels of a picture that are not ground, whatever their colour.
+QRect Ink(const QImage& image) {
   QRect ink;
   for (int y = 0; y < image.height(); ++y) {
     for (int x = 0; x < image.width(); ++x) {
@@ -430,11 +433,15 @@ TEST(Window, FinishedAndTooManyShowWithoutColourToo) {
   for (const auto& [size, tick] : {std::pair{"18", 3}, {"6", 7}}) {
     GameRun run(size);
     run.Play(1, [&](Program& program) {
-      const QRect plain = Ink(program, TextColour::WindowText);
-      const QRect finished = Ink(program, TextColour::Green);
-      const QRect tooMany = Ink(program, TextColour::Red);
+      const QRect plain = Ink(Clue(program, TextColour::WindowText));
+      const QImage clue = Clue(program, TextColour::Green);
+      const QRect finished = Ink(clue);
       EXPECT_GE(finished.width(), plain.width() + tick);
-      EXPECT_GE(tooMany.bottom(), plain.bottom() + 2);  // The line.
+      const auto topFromRight = [&](int x) {
+        return Ink(clue.copy(finished.right() - x, 0, 2, clue.height())).top();
+      };
+      EXPECT_TRUE(tick < 7 || topFromRight(1) + 3 < topFromRight(tick)) << "it rises to the right";
+      EXPECT_GE(Ink(Clue(program, TextColour::Red)).bottom(), plain.bottom() + 2);  // The line.
     });
   }
 }
