@@ -83,14 +83,9 @@ void NameButtons(const QDialogButtonBox& box) {
   }
 }
 
-QSize RoomOf(const QMessageBox& dialog) {
-  constexpr int kTitleBar = 36;  // What the desktop puts above and below a window, at most.
-  return dialog.screen()->availableGeometry().size() - QSize(0, kTitleBar);
-}
-
 /// About where Qt wraps the text of a box.
 int WrappedWidth(const QMessageBox& dialog) {
-  return std::min(500, RoomOf(dialog).width() / 2);
+  return std::min(500, RoomOnScreen(dialog).width() / 2);
 }
 
 /// Qt wraps the text of a box at a width that does not grow with the font, and at half of a small screen: a
@@ -98,7 +93,7 @@ int WrappedWidth(const QMessageBox& dialog) {
 void WidenWhereNarrow(QMessageBox& dialog, QLabel& label) {
   constexpr int kCharacters = 40;
   const int wished =
-      std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), RoomOf(dialog).width() * 8 / 10);
+      std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), RoomOnScreen(dialog).width() * 8 / 10);
   const int natural = QFontMetrics(dialog.font()).boundingRect({}, 0, dialog.text()).width();
   const int wrapped = WrappedWidth(dialog);
   if (wished > wrapped && natural > wrapped) label.setMinimumWidth(std::min(wished, natural));
@@ -107,7 +102,7 @@ void WidenWhereNarrow(QMessageBox& dialog, QLabel& label) {
 /// Where the box would still be taller than the screen, its text scrolls, by mouse and by the keys that move
 /// in a text.
 void ScrollWhereTall(QMessageBox& dialog, QLabel& label, QGridLayout& grid) {
-  const int room = RoomOf(dialog).height();
+  const int room = RoomOnScreen(dialog).height();
   const int width = std::max(label.minimumWidth(), WrappedWidth(dialog));
   label.setWordWrap(true);
   if (grid.totalHeightForWidth(std::max(width, grid.totalMinimumSize().width())) <= room) return;
@@ -147,6 +142,11 @@ void FitToScreen(QMessageBox& dialog) {
 }
 
 }  // namespace
+
+QSize RoomOnScreen(const QWidget& window) {
+  constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
+  return window.screen()->availableGeometry().size() - kFrame;
+}
 
 BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   const ButtonChoice choice = ChoiceOf(box.Buttons);

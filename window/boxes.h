@@ -8,6 +8,9 @@
 
 namespace bivouac {
 
+/// The largest inside of a window that its screen can show, in logical pixels.
+QSize RoomOnScreen(const QWidget& window);
+
 /// Enter answers with the first button, Escape and the close box with the last: Cancel, No, or the only OK.
 BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box);
 

@@ -15,6 +15,7 @@
 #include "game/web_link.h"
 #include "storage/record_file.h"
 #include "storage/start_up.h"
+#include "window/boxes.h"
 #include "window/own_files.h"
 #include "window/pictures.h"
 
@@ -31,7 +32,6 @@ constexpr const char* kOtherKeys =
     "and Enter click. G, T and O click the field on until it is grass, tent or open. Enter or Escape ends a "
     "hint.";
 constexpr const char* kPrintKey = "\nON PAPER: Ctrl+P prints the position.";
-constexpr QSize kFrame(12, 36);  // What the desktop puts around a window, at most.
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
@@ -371,11 +371,13 @@ void MainWindow::DrawTimers() {
 /// The window stands where Main says, unless the screen is too small for its opening size.
 void MainWindow::ShowFirst() {
   const QRect room = screen()->availableGeometry();
-  const QSize inside = room.size() - kFrame;
+  const QSize inside = RoomOnScreen(*this);
   if (width() <= inside.width() && height() <= inside.height()) {
     move(screen()->geometry().topLeft() + QPoint(main_.Left, main_.Top) / kTwipsPerPixel);
   } else {
-    resize(size().scaled(inside, Qt::KeepAspectRatio));
+    const QSize fitting = size().scaled(inside, Qt::KeepAspectRatio);
+    setMinimumSize(minimumSize().boundedTo(fitting));
+    resize(fitting);
     move(room.topLeft() + QPoint((room.width() - width()) / 2, 0));
   }
   show();  // Sends the first resize, which lays everything out.

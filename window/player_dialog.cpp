@@ -8,7 +8,9 @@
 #include <QLabel>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "window/boxes.h"
 #include "window/keys.h"
 #include "window/scale.h"
 
@@ -18,6 +20,7 @@ namespace {
 constexpr int kText = 13;  // Pixels at the main window's opening size.
 constexpr int kListWidth = 190;
 constexpr int kListHeight = 170;
+constexpr int kListLeast = 40;  // Two names.
 
 /// The text with a word in it that no line ends in, though it has hyphens.
 QString Unbroken(QString text, const QString& word) {
@@ -96,7 +99,19 @@ PlayerDialog::PlayerDialog(FormNamen& form, EventRoad& road, QWidget* mainWindow
   grid->setColumnStretch(0, 1);
 }
 
+/// On a screen with little room the list is lower, and when that is not enough, everything is smaller.
 void PlayerDialog::Resize(double unit) {
+  constexpr double kSmaller = 0.9;
+  const QSize room = RoomOnScreen(*this);
+  QSize size = LayOut(unit, kListLeast);
+  for (; PixelsOf(kText, unit) > 1 && size != size.boundedTo(room); size = LayOut(unit, kListLeast))
+    unit *= kSmaller;
+  const int left = static_cast<int>((room.height() - size.height()) / unit);
+  resize(LayOut(unit, std::min(kListHeight, kListLeast + left)));
+}
+
+/// `listHeight` in pixels of the window's opening size. Returns the size that the dialog needs.
+QSize PlayerDialog::LayOut(double unit, int listHeight) {
   QFont plain = font();
   plain.setPixelSize(PixelsOf(kText, unit));
   setFont(plain);
@@ -108,11 +123,24 @@ void PlayerDialog::Resize(double unit) {
     const int textWidth = QFontMetrics(plain).horizontalAdvance(button->text());
     button->setMinimumSize(textWidth + PixelsOf(20, unit), PixelsOf(26, unit));
   }
-  list_->setMinimumSize(PixelsOf(kListWidth, unit), PixelsOf(kListHeight, unit));
+  list_->setMinimumSize(PixelsOf(kListWidth, unit), PixelsOf(listHeight, unit));
   layout()->setContentsMargins(PixelsOf(12, unit), PixelsOf(12, unit), PixelsOf(12, unit),
                                PixelsOf(12, unit));
   layout()->setSpacing(PixelsOf(8, unit));
-  adjustSize();
+  // Of a dialog that was not shown yet, layouts do not notice what changes.
+  layout()->invalidate();
+  layout()->activate();
+  const int width = layout()->totalMinimumSize().width();
+  return {width, layout()->totalMinimumHeightForWidth(width)};
+}
+
+void PlayerDialog::MoveOverMainWindow() {
+  if (parentWidget() == nullptr) return;
+  const QPoint least = screen()->availableGeometry().topLeft();
+  const QSize spare = RoomOnScreen(*this) - size();
+  const QPoint middle = parentWidget()->geometry().center() - rect().center();
+  move(std::max(least.x(), std::min(middle.x(), least.x() + spare.width())),
+       std::max(least.y(), std::min(middle.y(), least.y() + spare.height())));
 }
 
 void PlayerDialog::ShowModal(double unit) {
@@ -121,9 +149,7 @@ void PlayerDialog::ShowModal(double unit) {
   Form_Activate(form_);
   drawnFocus_.reset();
   Draw();
-  if (parentWidget() != nullptr) {
-    move(parentWidget()->geometry().center() - rect().center());
-  }
+  MoveOverMainWindow();
   exec();
   form_.Visible = false;
   hide();

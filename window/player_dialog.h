@@ -42,6 +42,8 @@ class PlayerDialog : public QDialog {
   bool IsHeld() const;
   void Run(void (*handler)(FormNamen& form));
   void Resize(double unit);
+  QSize LayOut(double unit, int listHeight);
+  void MoveOverMainWindow();
   void KeepFieldShort(const QString& text);
   void TakeSelection();
   bool ListKey(int key);
