@@ -9,6 +9,7 @@
 
 #include "game/text.h"
 #include "storage/pack_files.h"
+#include "storage/platform_files.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
 #include "storage/status_panels.h"

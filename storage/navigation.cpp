@@ -9,6 +9,7 @@
 #include "rating/rating.h"
 #include "storage/best_times.h"
 #include "storage/pack_files.h"
+#include "storage/platform_files.h"
 #include "storage/record_file.h"
 #include "storage/status_panels.h"
 

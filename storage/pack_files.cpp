@@ -1,6 +1,7 @@
 #include "storage/pack_files.h"
 
 #include "game/text.h"
+#include "storage/platform_files.h"
 #include "storage/record_file.h"
 #include "storage/status_panels.h"
 

@@ -5,7 +5,8 @@
 #include "game/text.h"
 #include "storage/best_times.h"
 #include "storage/pack_files.h"
-#include "storage/record_file.h"
+#include "storage/platform_files.h"
+#include "storage/replacement.h"
 #include "storage/status_panels.h"
 
 namespace bivouac {

@@ -11,6 +11,7 @@
 #include "storage/best_times.h"
 #include "storage/navigation.h"
 #include "storage/pack_files.h"
+#include "storage/platform_files.h"
 #include "storage/players.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"

@@ -5,6 +5,7 @@
 
 #include "game/error.h"
 #include "storage/pack_files.h"
+#include "storage/platform_files.h"
 #include "tools/alike.h"
 
 namespace bivouac {
@@ -88,7 +89,7 @@ void PackRewrite::Prepare(std::vector<PackRecord> records) {
   if (after == before_) return;
   OnPack([&] {
     replacement_ = std::make_unique<Replacement>(path_);
-    replacement_->Append(after);
+    replacement_->Append(BytesOf<PackRecord>(after));
     replacement_->Sync();
   });
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "storage/record_file.h"
+#include "storage/replacement.h"
 
 namespace bivouac {
 

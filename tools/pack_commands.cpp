@@ -10,6 +10,7 @@
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
 #include "storage/best_times.h"
+#include "storage/platform_files.h"
 #include "tools/alike.h"
 #include "tools/commands.h"
 #include "tools/faults.h"

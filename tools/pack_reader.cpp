@@ -2,6 +2,7 @@
 
 #include "game/error.h"
 #include "game/game_state.h"
+#include "storage/platform_files.h"
 #include "storage/record_file.h"
 #include "tools/pack_access.h"
 

@@ -13,7 +13,7 @@
 #include "game/blinking.h"
 #include "game/clock.h"
 #include "game/web_link.h"
-#include "storage/record_file.h"
+#include "storage/platform_files.h"
 #include "storage/start_up.h"
 #include "window/boxes.h"
 #include "window/own_files.h"
