@@ -1,7 +1,6 @@
 // Starts the game.
 #include <QApplication>
 #include <csignal>
-#include <cstdlib>
 #include <fontconfig/fontconfig.h>
 #include <future>
 #include <vector>
@@ -24,7 +23,6 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(id);
   fonts.wait();
   const int status = bivouac::Program().Run();
-  // Qt 6.4 may wait for its own thread for ever when an application is taken down under Wayland.
-  if (QApplication::platformName().startsWith(QLatin1String("wayland"))) std::_Exit(status);
+  bivouac::LeaveWayland(status);
   return status;
 }

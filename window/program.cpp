@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <cstdio>
+#include <cstdlib>
 
 #include "storage/start_up.h"
 #include "window/boxes.h"
@@ -31,6 +33,12 @@ class FirstFrame : public QObject {
 };
 
 }  // namespace
+
+void LeaveWayland(int status) {
+  if (!QApplication::platformName().startsWith(QLatin1String("wayland"))) return;
+  std::fflush(nullptr);
+  std::_Exit(status);
+}
 
 Program::Program()
     : desktop_(sound_),

@@ -12,6 +12,10 @@
 
 namespace bivouac {
 
+/// Ends the process with a status under Wayland, whose connection Qt 6.4 may take down for ever: two of its
+/// threads wait for one another. Does nothing elsewhere. To be called last, when nothing is left to be kept.
+void LeaveWayland(int status);
+
 /// Requires: a QApplication.
 class Program {
  public:

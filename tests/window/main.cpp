@@ -2,12 +2,12 @@
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
-#include <cstdio>
-#include <cstdlib>
 #include <gtest/gtest.h>
 
+#include "window/program.h"
+
 int main(int argc, char** argv) {
-  const QTemporaryDir folder;
+  QTemporaryDir folder;
   if (!qEnvironmentVariableIsSet("BIVOUAC_TEST_WAYLAND"))
     qputenv("QT_QPA_PLATFORM", qgetenv("BIVOUAC_TEST_SCREEN").prepend("offscreen"));
   qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   const QApplication application(argc, argv);
   const int status = RUN_ALL_TESTS();
-  if (!QApplication::platformName().startsWith(QLatin1String("wayland"))) return status;
-  std::fflush(stdout);
-  std::_Exit(status);  // As the game does.
+  folder.remove();
+  bivouac::LeaveWayland(status);
+  return status;
 }
