@@ -1,5 +1,7 @@
 #include "game/settings.h"
 
+#include <algorithm>
+
 namespace bivouac {
 
 void KeepSetting(Main& main, std::string_view section, std::string_view key, std::string_view value) {
@@ -19,9 +21,11 @@ void TellOfLostSettings(Main& main) {
 
 RunTimeError WithCure(Main& main, const StartSetting& setting, const RunTimeError& error) {
   const std::string key = std::string(setting.Section) + "/" + std::string(setting.Key);
-  return {error.Number(), std::string(error.what()) + ". The setting " + key + " is \"" +
-                              main.desktop.GetSetting(setting.Section, setting.Key, "") + "\"; allowed is " +
-                              setting.Allowed + ". Change it in " + main.desktop.SettingsFile()};
+  std::string value = main.desktop.GetSetting(setting.Section, setting.Key, "");
+  std::replace(value.begin(), value.end(), '\0', '?');  // It would end the sentence.
+  return {error.Number(), std::string(error.what()) + ". The setting " + key + " is \"" + value +
+                              "\"; allowed is " + setting.Allowed + ". Change it in " +
+                              main.desktop.SettingsFile()};
 }
 
 }  // namespace bivouac
