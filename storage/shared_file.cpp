@@ -1,6 +1,7 @@
 #include "storage/shared_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -78,6 +79,8 @@ int WriteAll(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t
 /// is written: the kernel breaks its write off between two pages, a full disk or a limit at any byte. The
 /// next turn finds the mark then, and cuts what is no record.
 struct EndMark {
+  using Name = std::array<char, 8>;
+  Name Kind = {'B', 'i', 'v', 'o', 'u', 'a', 'c', '\n'};
   std::uint64_t Before;       ///< The length of the file.
   std::uint64_t After;        ///< What it is to become.
   std::uint64_t RecordBytes;  ///< What it grows by.
@@ -88,13 +91,13 @@ std::string PathOfMark(const std::string& path) {
   return (target.parent_path() / (".bivouac-end-" + target.filename().string())).string();
 }
 
-/// Returns whether the mark stands. In a folder that takes no new files it is done without; where only the
-/// room is missing, there is none for a record either. Errors: DiskFull.
+/// Returns whether the mark stands. In a folder that takes no new files, or where somebody else's file has
+/// the name, it is done without; where only the room is missing, there is none for a record either. Errors:
+/// DiskFull.
 bool MarkEnd(const std::string& path, const EndMark& end) {
   const std::string mark = PathOfMark(path);
-  const int descriptor = Repeating([&] {
-    return open(mark.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kNewFileMode);
-  });
+  const int descriptor =
+      Repeating([&] { return open(mark.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode); });
   if (descriptor < 0) return false;
   const ssize_t written = Repeating([&] { return write(descriptor, &end, sizeof end); });
   close(descriptor);
@@ -182,24 +185,32 @@ void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> by
   if (before == 0) maybeNew_ = true;
   const std::uintmax_t after = offset + bytes.size();
   const bool marked =
-      after > before && MarkEnd(path_, {before, after, static_cast<std::uint64_t>(recordBytes)});
-  int reason = WriteAll(descriptor_, offset, bytes);
-  if (reason != 0 && Length() > before && ftruncate(descriptor_, static_cast<off_t>(before)) != 0)
-    reason = errno;
-  if (marked) unlink(PathOfMark(path_).c_str());
+      after > before &&
+      MarkEnd(path_,
+              {.Before = before, .After = after, .RecordBytes = static_cast<std::uint64_t>(recordBytes)});
+  const int reason = WriteAll(descriptor_, offset, bytes);
+  bool whole = reason == 0 || Length() <= before;
+  if (!whole) whole = ftruncate(descriptor_, static_cast<off_t>(before)) == 0;
+  // What could not be cut, the next turn may.
+  if (marked && whole) unlink(PathOfMark(path_).c_str());
   if (reason != 0) ThrowFileError(reason, path_);
 }
 
 void SharedFile::CutWhatAKilledProgramLeft() {
   const std::string mark = PathOfMark(path_);
-  const int descriptor = Repeating([&] { return open(mark.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC); });
+  const int descriptor =
+      Repeating([&] { return open(mark.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
   if (descriptor < 0) return;
   EndMark end{};
-  const bool known = read(descriptor, &end, sizeof end) == sizeof end && end.RecordBytes > 0;
+  const EndMark::Name kind = end.Kind;
+  const ssize_t count = read(descriptor, &end, sizeof end);
   close(descriptor);
+  // The writer of a mark can be killed, too.
+  const auto known = std::clamp<ssize_t>(count, 0, kind.size());
+  if (!std::equal(kind.begin(), kind.begin() + known, end.Kind.begin())) return;
   const std::uintmax_t length = Length();
   // A file that has grown by more since, or was replaced, is left alone.
-  if (known && length > end.Before && length < end.After) {
+  if (count == sizeof end && end.RecordBytes > 0 && length > end.Before && length < end.After) {
     const std::uintmax_t wholeRecords =
         std::max<std::uintmax_t>(end.Before, length - length % end.RecordBytes);
     if (length > wholeRecords && ftruncate(descriptor_, static_cast<off_t>(wholeRecords)) != 0) return;
