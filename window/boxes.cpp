@@ -88,12 +88,19 @@ int WrappedWidth(const QMessageBox& dialog) {
   return std::min(500, RoomOnScreen(dialog).width() / 2);
 }
 
+/// What the text of a box may take, so that Qt, which makes no box wider than its limit, cuts nothing off.
+int WidestText(const QMessageBox& dialog) {
+  constexpr int kBeside = 110;  // Symbol and margins.
+  const int screen = RoomOnScreen(dialog).width();
+  const int limit = screen <= 1024 ? screen : std::min(screen - 480, 1000);
+  return limit - kBeside;
+}
+
 /// Qt wraps the text of a box at a width that does not grow with the font, and at half of a small screen: a
 /// long text would be taller than the screen.
 void WidenWhereNarrow(QMessageBox& dialog, QLabel& label) {
   constexpr int kCharacters = 40;
-  const int wished =
-      std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), RoomOnScreen(dialog).width() * 8 / 10);
+  const int wished = std::min(kCharacters * QFontInfo(dialog.font()).pixelSize(), WidestText(dialog));
   const int natural = QFontMetrics(dialog.font()).boundingRect({}, 0, dialog.text()).width();
   const int wrapped = WrappedWidth(dialog);
   if (wished > wrapped && natural > wrapped) label.setMinimumWidth(std::min(wished, natural));
