@@ -42,7 +42,7 @@ constexpr auto kControls = std::to_array<ControlRow>({
     {"lblHint",      Text,       {1680, 7080, 5175, 1575}, kRules,        0xC0C0FF,       "",             "Rules and hints",                         "",                    nullptr,             &Main::lblHint},
     {"Shield",       PictureBox, { 120,  120, 6795, 6795}, "",            0xFFFFFF,       "",             "Hides the board during a pause"},
     // Picture1 lies on Shield and is measured from its corner.
-    {"Picture1",     Picture,    {1440, 2400, 3615, 1575}, "",            0xFFFFFF,       "",             "Ends the pause"},
+    {"Picture1",     Picture,    {1440, 2400, 3615, 1575}, "",            0xFFFFFF,       "",             ""},
 });
 
 constexpr auto kPanels = std::to_array<PanelRow>({

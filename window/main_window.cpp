@@ -239,7 +239,6 @@ void MainWindow::AddShield() {
   const ControlRow& picture = ControlNamed("Picture1");
   continue_ = new TextLabel({}, shield_);
   continue_->setAccessibleName(QStringLiteral("CONTINUE"));
-  continue_->setAccessibleDescription(DescriptionOf(picture));
   continue_->setCursor(Qt::PointingHandCursor);
   continue_->setFocusPolicy(Qt::TabFocus);
   continue_->SetClick([this] { Press([this] { PressContinue(main_); }); });
