@@ -26,6 +26,8 @@ struct InputBox {
   std::string Default;
 };
 
+inline constexpr int kLocalDataFolder = 28;  ///< The number of the folder of the user's local data.
+
 struct FolderAnswer {
   int Code = 0;      ///< 0 when the folder was found.
   std::string Path;  ///< May end in a zero character and what follows it.
@@ -80,7 +82,7 @@ class Desktop {
   /// The folder of the program's own file, where its packs and sounds lie. Once installed, the one that holds
   /// those.
   virtual std::string ProgramFolder() = 0;
-  /// The platform's special folder of that number; 28 is the user's local application data.
+  /// The platform's special folder of that number, such as kLocalDataFolder.
   virtual FolderAnswer SpecialFolder(int number) = 0;
   virtual ScreenSize Screen() = 0;
 

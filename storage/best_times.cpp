@@ -51,11 +51,16 @@ void SavePersonal(Global& global) {
   });
 }
 
+/// Puts Elapsed into the fields of a record. Errors: Overflow for minutes beyond 16 bits.
+void TakeElapsed(const Main& main, std::int16_t& minutes, std::int16_t& seconds) {
+  minutes = static_cast<std::int16_t>(CheckedInteger(main.Elapsed / 60));
+  seconds = static_cast<std::int16_t>(main.Elapsed % 60);
+}
+
 /// Elapsed as the current player's time for the current puzzle, in PersonalRec and on disk.
 void KeepPersonal(Main& main) {
   PersonalRecord& own = main.global.PersonalRec;
-  own.PersonalMinutes = static_cast<std::int16_t>(CheckedInteger(main.Elapsed / 60));
-  own.PersonalSeconds = static_cast<std::int16_t>(main.Elapsed % 60);
+  TakeElapsed(main, own.PersonalMinutes, own.PersonalSeconds);
   if (main.PuzzleNo > kLastPersonalPuzzle) return;
   own.PersonalLevelSize = LevelSizeOf(main.Level, main.BoardSize);
   own.PersonalPuzzle = static_cast<std::int16_t>(main.PuzzleNo);
@@ -205,8 +210,7 @@ void RecordTimes(Main& main) {
 
   PackRecord& puzzle = global.PuzzleRec;
   if (Beats(main.Elapsed, puzzle.BestMinutes, puzzle.BestSeconds)) {
-    puzzle.BestMinutes = static_cast<std::int16_t>(CheckedInteger(main.Elapsed / 60));
-    puzzle.BestSeconds = static_cast<std::int16_t>(main.Elapsed % 60);
+    TakeElapsed(main, puzzle.BestMinutes, puzzle.BestSeconds);
     puzzle.BestPlayer = static_cast<std::int16_t>(global.CurrentPlayer);
     Save_Puzzle(main);
     Congratulate(main, "New Best Time!!!", "New Best Time for this puzzle. Congratulations!");

@@ -153,7 +153,7 @@ void cmdOptions_Click(Main& main) {
   KeepSetting(main, "Options", "Size", std::to_string(main.BoardSize));
   ShowSize(main);
   ShowLevel(main);
-  PanelOf(main, 3).Text = "Puzzle #: --";
+  ShowNoPuzzleNumber(main);
   ShowTotal(main);
   ShowNoBestTime(main);
   // Into the tag, which nobody sees: the panel goes on showing the old time.

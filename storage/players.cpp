@@ -8,8 +8,6 @@
 namespace bivouac {
 namespace {
 
-constexpr int kMostPlayers = 99;  // Names of files and settings have two digits for the number.
-
 /// Bytes of the character at the front of a text in UTF-8; 1 for a byte that is no part of one.
 /// Requires: the text is not empty.
 std::size_t CharacterBytes(std::string_view text) {

@@ -9,6 +9,8 @@
 
 namespace bivouac {
 
+inline constexpr int kMostPlayers = 99;  ///< Names of files and settings have two digits for the number.
+
 inline constexpr int kNameLength = 16;       ///< Characters of a stored name, Unicode code points.
 inline constexpr int kNameFieldLength = 15;  ///< Characters that the field takes.
 

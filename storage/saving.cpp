@@ -60,8 +60,7 @@ void Save_New(Main& main) {
     Refuse(main,
            "There were more Puzzles in the current Size Pack at Program Start!!!\n\r"
            "Current New Puzzle will not be added to the Puzzle Pack!");
-    PanelOf(main, 3).Text = "Puzzle #: NEW";
-    PanelOf(main, 5).Text = "Best Time: NOT AVAILABLE";
+    ShowUnsavedPuzzle(main);
   }
   ShowNoYourTime(main);
 }

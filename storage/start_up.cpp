@@ -12,8 +12,6 @@
 namespace bivouac {
 namespace {
 
-constexpr int kLocalDataFolder = 28;
-
 void CentreWindow(Main& main) {
   const ScreenSize screen = main.desktop.Screen();
   main.Left = (screen.Width - kWindowWidth) / 2;

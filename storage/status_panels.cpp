@@ -31,6 +31,15 @@ void ShowPuzzleNumber(Main& main) {
   PanelOf(main, 3).Text = "Puzzle #: " + std::to_string(main.PuzzleNo);
 }
 
+void ShowNoPuzzleNumber(Main& main) {
+  PanelOf(main, 3).Text = FirstText(3);
+}
+
+void ShowUnsavedPuzzle(Main& main) {
+  PanelOf(main, 3).Text = "Puzzle #: NEW";
+  PanelOf(main, 5).Text = "Best Time: NOT AVAILABLE";
+}
+
 void ShowTotal(Main& main) {
   PanelOf(main, 4).Text = "Total Puzzles: " + std::to_string(main.PuzzleCount[main.BoardSize - kMinSize]);
 }

@@ -13,6 +13,9 @@ void ShowSize(Main& main);
 void ShowLevel(Main& main);
 /// Panel 3, PuzzleNo.
 void ShowPuzzleNumber(Main& main);
+void ShowNoPuzzleNumber(Main& main);
+/// Panels 3 and 5 of a new puzzle that stands in no pack.
+void ShowUnsavedPuzzle(Main& main);
 /// Panel 4, the puzzles of BoardSize as counted. Errors: IndexOutsideArray for a size without a count.
 void ShowTotal(Main& main);
 /// Panel 5, the best time in PuzzleRec and who holds it. Errors: IndexOutsideArray for a BestPlayer that

@@ -11,6 +11,7 @@
 #include "rating/rating.h"
 #include "storage/best_times.h"
 #include "storage/platform_files.h"
+#include "storage/players.h"
 #include "tools/alike.h"
 #include "tools/commands.h"
 #include "tools/faults.h"
@@ -140,7 +141,6 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
 /// move. `order` holds, for each new place, the old one. The game may know the pack by any link on the way to
 /// it. Errors: InputError.
 void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order) {
-  constexpr int kPlayers = 99;
   std::vector<fs::path> links = {pack};
   while (fs::is_symlink(links.back()))
     links.push_back(links.back().parent_path() / fs::read_symlink(links.back()));
@@ -149,7 +149,7 @@ void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& 
     if (size == 0) continue;
     Global folder;
     folder.DataDir = (path.parent_path() / "").string();
-    for (int player = 1; player <= kPlayers; ++player) {
+    for (int player = 1; player <= kMostPlayers; ++player) {
       const std::string file = PersonalPath(folder, player);
       if (!FileExists(file)) continue;
       for (const PersonalRecord& own : RecordFile<PersonalRecord>(file, Patience::Long).ReadAll()) {

@@ -14,7 +14,6 @@
 namespace bivouac {
 namespace {
 
-constexpr int kLocalDataFolder = 28;
 constexpr int kFolderNotFound = 1;
 constexpr int kNotFoundCode = 2;
 constexpr int kNotStartedCode = 31;
