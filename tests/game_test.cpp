@@ -438,7 +438,7 @@ TEST_F(GameTest, SoundsPlayOnlyWhenLoadedAndWanted) {
 
   desktop.SoundEngine = 0;
   Init_Sound(main);
-  EXPECT_FALSE(main.optSound.Enabled || main.SoundOn);
+  EXPECT_FALSE(main.optSound.Enabled || main.optSound.Checked || main.SoundOn);
   EXPECT_EQ(desktop.Loaded.size(), 10u) << "and no more";
 }
 
