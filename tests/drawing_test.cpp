@@ -271,7 +271,8 @@ TEST_F(Drawing, PagesLookAsTheyDid) {
   picture.Solution = picture.Drawing.Colour = true;
   PrintPicture(picture, terminal);
   picture.Drawing.Output = PathOf("page.pdf");
-  for (const int code : ReadPack("assets/packs/BVPack09.bvq").at(0).Layout)
+  const PackRecord record = ReadPack("assets/packs/BVPack09.bvq").at(0);
+  for (const int code : record.Layout)
     picture.Board += code == CELL_TREE ? '3' : "0012"[picture.Board.size() % 4];
   picture.Board.resize(81);
   PrintPicture(picture, terminal);
