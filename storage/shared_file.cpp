@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
@@ -77,7 +78,8 @@ int WriteAll(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t
 
 /// A mark beside a file, only there while records are added. A program can be killed when a part of a record
 /// is written: the kernel breaks its write off between two pages, a full disk or a limit at any byte. The
-/// next turn finds the mark then, and cuts what is no record.
+/// next turn finds the mark then, and cuts what is no record. In a folder that takes no new files the mark is
+/// an attribute of the file.
 struct EndMark {
   using Name = std::array<char, 8>;
   Name Kind = {'B', 'i', 'v', 'o', 'u', 'a', 'c', '\n'};
@@ -91,14 +93,15 @@ std::string PathOfMark(const std::string& path) {
   return (target.parent_path() / (".bivouac-end-" + target.filename().string())).string();
 }
 
-/// Returns whether the mark stands. In a folder that takes no new files, or where somebody else's file has
-/// the name, it is done without; where only the room is missing, there is none for a record either. Errors:
-/// DiskFull.
-bool MarkEnd(const std::string& path, const EndMark& end) {
+constexpr const char* kMarkAttribute = "user.bivouac-end";
+
+/// Returns whether the mark stands. Where no mark can be made it is done without; where only the room is
+/// missing, there is none for a record either. Errors: DiskFull.
+bool MarkEnd(const std::string& path, int file, const EndMark& end) {
   const std::string mark = PathOfMark(path);
   const int descriptor =
       Repeating([&] { return open(mark.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode); });
-  if (descriptor < 0) return false;
+  if (descriptor < 0) return fsetxattr(file, kMarkAttribute, &end, sizeof end, 0) == 0;
   const ssize_t written = Repeating([&] { return write(descriptor, &end, sizeof end); });
   close(descriptor);
   if (written == sizeof end) return true;
@@ -106,11 +109,31 @@ bool MarkEnd(const std::string& path, const EndMark& end) {
   ThrowFileError(ENOSPC, path);
 }
 
+bool IsMarked(const std::string& path) {
+  return FileExists(PathOfMark(path)) || getxattr(path.c_str(), kMarkAttribute, nullptr, 0) >= 0;
+}
+
+void RemoveMark(const std::string& path, int file) {
+  if (fremovexattr(file, kMarkAttribute) != 0) unlink(PathOfMark(path).c_str());
+}
+
+/// Reads a mark, in whichever form it stands. Returns how many of its bytes there are, or -1 without one.
+ssize_t ReadMark(const std::string& path, int file, EndMark& end) {
+  const ssize_t length = fgetxattr(file, kMarkAttribute, &end, sizeof end);
+  if (length >= 0) return length;
+  const int descriptor = Repeating(
+      [&] { return open(PathOfMark(path).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
+  if (descriptor < 0) return -1;
+  const ssize_t count = read(descriptor, &end, sizeof end);
+  close(descriptor);
+  return count;
+}
+
 }  // namespace
 
 SharedFile::SharedFile(std::string path, Patience patience) : path_(std::move(path)), patience_(patience) {
   Open();
-  if (!FileExists(PathOfMark(path_))) return;
+  if (!IsMarked(path_)) return;
   // A mark whose program is at work is no leftover, and nothing to wait for.
   waited_ = LengthOf(patience_);
   IgnoringFileErrors([this] { const Turn cuts(*this); });
@@ -186,27 +209,23 @@ void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> by
   const std::uintmax_t after = offset + bytes.size();
   const bool marked =
       after > before &&
-      MarkEnd(path_,
+      MarkEnd(path_, descriptor_,
               {.Before = before, .After = after, .RecordBytes = static_cast<std::uint64_t>(recordBytes)});
   const int reason = WriteAll(descriptor_, offset, bytes);
   bool whole = reason == 0 || Length() <= before;
   if (!whole) whole = ftruncate(descriptor_, static_cast<off_t>(before)) == 0;
   // What could not be cut, the next turn may.
-  if (marked && whole) unlink(PathOfMark(path_).c_str());
+  if (marked && whole) RemoveMark(path_, descriptor_);
   if (reason != 0) ThrowFileError(reason, path_);
 }
 
 void SharedFile::CutWhatAKilledProgramLeft() {
-  const std::string mark = PathOfMark(path_);
-  const int descriptor =
-      Repeating([&] { return open(mark.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
-  if (descriptor < 0) return;
   EndMark end{};
   const EndMark::Name kind = end.Kind;
-  const ssize_t count = read(descriptor, &end, sizeof end);
-  close(descriptor);
+  const ssize_t count = ReadMark(path_, descriptor_, end);
+  if (count < 0) return;
   // The writer of a mark can be killed, too.
-  const auto known = std::clamp<ssize_t>(count, 0, kind.size());
+  const auto known = std::min<ssize_t>(count, kind.size());
   if (!std::equal(kind.begin(), kind.begin() + known, end.Kind.begin())) return;
   const std::uintmax_t length = Length();
   // A file that has grown by more since, or was replaced, is left alone.
@@ -215,7 +234,7 @@ void SharedFile::CutWhatAKilledProgramLeft() {
         std::max<std::uintmax_t>(end.Before, length - length % end.RecordBytes);
     if (length > wholeRecords && ftruncate(descriptor_, static_cast<off_t>(wholeRecords)) != 0) return;
   }
-  unlink(mark.c_str());
+  RemoveMark(path_, descriptor_);
 }
 
 void SharedFile::Sync() {
@@ -252,7 +271,7 @@ Turn::~Turn() {
 }
 
 std::uintmax_t LengthOfFile(const std::string& path) {
-  if (FileExists(path) && FileExists(PathOfMark(path))) {
+  if (FileExists(path) && IsMarked(path)) {
     IgnoringFileErrors([&] { const SharedFile cuts(path, Patience::Short); });
   }
   std::error_code error;
