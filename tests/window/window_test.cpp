@@ -430,9 +430,9 @@ QRect Ink(const QImage& image) {
 }
 
 TEST(Window, FinishedAndTooManyShowWithoutColourToo) {
-  for (const auto& [size, tick] : {std::pair{"18", 3}, {"6", 7}}) {
+  for (const auto& [size, width] : {std::pair{"18", 3}, {"6", 7}}) {
     GameRun run(size);
-    run.Play(1, [&](Program& program) {
+    run.Play(1, [&, tick = width](Program& program) {
       const QRect plain = Ink(Clue(program, TextColour::WindowText));
       const QImage clue = Clue(program, TextColour::Green);
       const QRect finished = Ink(clue);
