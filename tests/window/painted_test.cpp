@@ -94,7 +94,7 @@ void ExpectTilesOfTheirCells(Program& program) {
     int closest = -1;
     double least = 255;
     for (const int tile : {0, 1, 2, 3, 4, 7}) {
-      const QImage& whole = Asset("part" + QString::number(tile), at.size());
+      const QImage whole = Asset("part" + QString::number(tile), at.size());
       const double difference = Difference(painted, whole.copy(inside.translated(-at.topLeft())));
       if (difference < least) {
         least = difference;
