@@ -51,6 +51,7 @@ expect 0 "0 puzzles added to six.bvq, 2 left out" merge six.bvq six.bvq
 
 # What the commands write: each line of the session that begins with a dollar, and what comes of it.
 cp "$data"/../../assets/packs/BVPack{08,12,18}.bvq "$data/rating/trial07.bvq" .
+export LSAN_OPTIONS=${LSAN_OPTIONS:+$LSAN_OPTIONS:}print_suppressions=0
 grep '^\$ ' "$data/session.txt" | while IFS= read -r line; do
   echo "$line"
   eval "\"\$program\" ${line#\$ }" 2>&1 || echo "status $?"

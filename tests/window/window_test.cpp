@@ -455,6 +455,8 @@ void Tell(QAccessibleInterface* of, QPoint corner, QString& told) {
                     of->text(QAccessible::Name),        of->text(QAccessible::Description),
                     of->text(QAccessible::Accelerator), widget != nullptr ? widget->toolTip() : QString()};
   if (of->actionInterface() != nullptr) words += of->actionInterface()->actionNames();
+  // Some versions of Qt let a check box be pressed, too.
+  if (words.contains("Toggle")) words.removeAll("Press");
   words += state.focusable ? "focusable" : "";
   words += state.disabled ? "disabled" : "";
   words += state.invisible ? "invisible" : "";
