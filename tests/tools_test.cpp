@@ -400,11 +400,6 @@ TEST_F(Tool, HintsForAPuzzleStartFromItsFirstPositionOrTheOneGiven) {
   GiveHint({.Pack = path, .Number = 1, .Board = board, .Output = Format::Table}, terminal);
   EXPECT_EQ(Output(),
             "WRONG\t10\t8\t0:1,33:2\tThe blinking fields ar not correct! Click HERE to continue...\n");
-  EXPECT_EQ(InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1, .Board = "01"}, terminal); }),
-            "--board: 2 digits, not 36");
-  EXPECT_EQ(
-      InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1, .Board = std::string(36, '1')}, terminal); }),
-      "--board: not the trees of the puzzle, see cell 1");
 
   std::vector<PackRecord> records = ReadSoundPack(path);
   records[0].Layout[2] = CELL_TREE;
@@ -412,28 +407,6 @@ TEST_F(Tool, HintsForAPuzzleStartFromItsFirstPositionOrTheOneGiven) {
   ReplacePack(path, records);
   EXPECT_EQ(InputErrorOf([&] { GiveHint({.Pack = path, .Number = 1}, terminal); }),
             path + ": record 1 cannot be started: index outside an array");
-}
-
-TEST_F(Tool, PositionsThatMakeNoSenseAreNamed) {
-  const std::string clues = "0,0,0,0,0,0\t0,0,0,0,0,0\t";
-  const std::string none(36, '0');
-  const std::pair<std::string, std::string> cases[] = {
-      {"6\t" + clues + "-",
-       "there are 4 columns, not size, row clues, column clues, tent directions and board"},
-      {"19\t" + clues + "-\t" + none, "the size '19' is not 6 to 18"},
-      {"6x\t" + clues + "-\t" + none, "the size '6x' is not 6 to 18"},
-      {"7\t" + clues + "-\t" + none, "there are 6 row clues, not 7"},
-      {"6\t1,a,0,0,0,0\t1,0,0,0,0,0\t-\t" + none, "the row clue 'a' is not -32768 to 32767"},
-      {"6\t" + clues + "-\t" + none + "0", "the board: 37 digits, not 36"},
-      {"6\t" + clues + "-\t4" + none.substr(1), "the board: '4' is not 0 to 3"},
-      {"6\t" + clues + "5" + none.substr(1) + "\t" + none, "the tent directions: '5' is not 0 to 4"},
-  };
-  for (const auto& [line, words] : cases) {
-    in.clear();
-    in.str("6\t" + clues + "-\t" + std::string(36, '1') + "\n" + line + "\n");
-    EXPECT_EQ(InputErrorOf([&] { GiveHintsForInput(terminal); }), "standard input, line 2: " + words);
-    EXPECT_EQ(Output(), "NONE\t0\t-\t-\tNo more logical hints available...\n");
-  }
 }
 
 TEST(PacksThatShip, HaveEveryLevelAndNoFaults) {
