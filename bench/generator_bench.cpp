@@ -4,7 +4,7 @@
 
 #include "generator/generator.h"
 #include "generator/layout_drawing.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

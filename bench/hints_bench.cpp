@@ -7,9 +7,9 @@
 #include "game/layout.h"
 #include "game/play.h"
 #include "hints/hints.h"
+#include "packs/pack_access.h"
 #include "storage/pack_files.h"
-#include "tools/pack_access.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

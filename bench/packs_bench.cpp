@@ -1,7 +1,7 @@
 // Puzzles a second of bivouac-packs, and how they grow with the jobs.
 #include <benchmark/benchmark.h>
 
-#include "tools/puzzle_maker.h"
+#include "packs/puzzle_maker.h"
 
 namespace bivouac {
 namespace {

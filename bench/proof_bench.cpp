@@ -9,7 +9,7 @@
 #include "game/board.h"
 #include "generator/layout_drawing.h"
 #include "generator/unique_solution.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 #ifdef BIVOUAC_CADICAL
 #include <cadical.hpp>

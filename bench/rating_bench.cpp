@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "packs/pack_access.h"
 #include "rating/rating.h"
 #include "storage/pack_files.h"
-#include "tools/pack_access.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

@@ -11,12 +11,12 @@
 #include "fuzz/headless_game.h"
 #include "fuzz/target.h"
 #include "game/layout.h"
+#include "packs/pack_access.h"
 #include "storage/best_times.h"
 #include "storage/navigation.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tools/commands.h"
-#include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {

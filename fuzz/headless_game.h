@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "storage/start_up.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 

@@ -11,7 +11,7 @@
 #include "generator/unique_solution.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

@@ -29,12 +29,12 @@
 #include <vector>
 
 #include "fuzz/headless_game.h"
+#include "packs/pack_access.h"
 #include "storage/best_times.h"
 #include "storage/navigation.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
-#include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {

@@ -25,13 +25,13 @@
 
 #include "fuzz/headless_game.h"
 #include "generator/random.h"
+#include "packs/alike.h"
+#include "packs/puzzle_maker.h"
 #include "storage/best_times.h"
 #include "storage/navigation.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
-#include "tools/alike.h"
-#include "tools/puzzle_maker.h"
 
 namespace bivouac {
 namespace {

@@ -1,4 +1,4 @@
-// The two ways in which a handler ends early.
+// The ways in which a handler or a command ends early.
 #pragma once
 
 #include <stdexcept>
@@ -36,6 +36,12 @@ class RunTimeError : public std::runtime_error {
 
  private:
   ErrorNumber number_;
+};
+
+/// Input that a command cannot work with. The text is one line that says what and where.
+class InputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
 };
 
 /// Thrown by Desktop::End and by a yield after it: unwinds whatever handler is running, then the program

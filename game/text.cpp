@@ -1,5 +1,6 @@
 #include "game/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -60,6 +61,12 @@ std::string TwoDigits(long value) {
 
 std::string Counted(long number, std::string_view thing) {
   return std::to_string(number) + ' ' + std::string(thing) + (number == 1 ? "" : "s");
+}
+
+std::string OnOneLine(std::string text) {
+  const auto breaks = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; };
+  std::replace_if(text.begin(), text.end(), breaks, '?');
+  return text;
 }
 
 double LeadingNumber(std::string_view text) {

@@ -42,7 +42,8 @@ WORK = pathlib.Path(os.environ.get("MUTATIONS", ROOT / "build" / "mutations"))
 SOURCE = WORK / "source"
 BUILD = WORK / "build"
 BUILD_LIMIT = 300  # seconds of the processor, for one program
-FOLDERS = ["game", "deduction", "rating", "hints", "storage", "generator", "events", "tools", "window"]
+FOLDERS = ["game", "deduction", "rating", "hints", "storage", "generator", "events",
+           "workbench", "packs", "walks", "drawing", "guide", "tools", "window"]
 
 # Binary operators stand between blanks in this code, which tells them from templates, pointers and signs.
 BINARY = {

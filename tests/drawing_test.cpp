@@ -6,17 +6,17 @@
 #include <librsvg/rsvg.h>
 #include <sstream>
 
+#include "drawing/board_painter.h"
+#include "drawing/book.h"
 #include "game/play.h"
+#include "guide/guide.h"
+#include "packs/pack_access.h"
 #include "tests/support/files.h"
 #include "tests/support/looks.h"
 #include "tests/support/picture.h"
-#include "tools/drawing/board_painter.h"
-#include "tools/drawing/book.h"
 #include "tools/drawing_commands.h"
-#include "tools/guide.h"
-#include "tools/pack_access.h"
-#include "tools/position.h"
-#include "tools/workbench.h"
+#include "workbench/position.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

@@ -12,13 +12,13 @@
 #include "generator/layout_drawing.h"
 #include "generator/random.h"
 #include "generator/unique_solution.h"
+#include "packs/faults.h"
 #include "storage/pack_files.h"
 #include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/plain_proof.h"
 #include "tests/support/scripted_desktop.h"
-#include "tools/faults.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

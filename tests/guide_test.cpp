@@ -1,13 +1,13 @@
-#include "tools/guide.h"
+#include "guide/guide.h"
 
 #include <gtest/gtest.h>
 #include <set>
 
 #include "game/board.h"
+#include "packs/pack_access.h"
 #include "tests/support/files.h"
-#include "tools/explanation.h"
-#include "tools/pack_access.h"
-#include "tools/position.h"
+#include "walks/explanation.h"
+#include "workbench/position.h"
 
 namespace bivouac {
 namespace {

@@ -16,8 +16,8 @@
 #include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
-#include "tools/position.h"
-#include "tools/workbench.h"
+#include "workbench/position.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

@@ -12,7 +12,7 @@
 #include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
-#include "tools/workbench.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

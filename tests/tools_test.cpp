@@ -5,15 +5,15 @@
 #include <set>
 #include <sstream>
 
+#include "packs/alike.h"
+#include "packs/faults.h"
+#include "packs/pack_access.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tests/support/files.h"
-#include "tools/alike.h"
 #include "tools/commands.h"
-#include "tools/faults.h"
-#include "tools/pack_access.h"
-#include "tools/position.h"
-#include "tools/workbench.h"
+#include "workbench/position.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

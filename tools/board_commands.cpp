@@ -8,13 +8,13 @@
 
 #include "game/sound.h"
 #include "hints/hints.h"
+#include "packs/pack_access.h"
+#include "packs/pack_reader.h"
 #include "tools/board_text.h"
 #include "tools/commands.h"
-#include "tools/explanation.h"
-#include "tools/pack_access.h"
-#include "tools/pack_reader.h"
-#include "tools/position.h"
-#include "tools/workbench.h"
+#include "walks/explanation.h"
+#include "workbench/position.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/puzzle_maker.h"
+#include "packs/puzzle_maker.h"
 
 namespace bivouac {
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "walks/pack_stats.h"
 
 namespace bivouac {
 
@@ -65,6 +66,8 @@ ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal);
 ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal& terminal);
 /// Tells what packs hold: levels, difficulty, tents, the rules that hints need, their seconds.
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
+/// Draws them as a picture, by the ending of the file's name. Errors: InputError.
+void PlotStats(const DrawingOptions& options, const PackStats& stats);
 /// Writes a PDF. `stop` ends it without a file.
 ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
 /// Writes one board as a PDF, SVG or PNG, by the ending of the file's name.

@@ -3,12 +3,12 @@
 #include <set>
 
 #include "game/text.h"
+#include "packs/pack_access.h"
+#include "packs/puzzle_facts.h"
 #include "tools/board_text.h"
 #include "tools/drawing_commands.h"
-#include "tools/explanation.h"
-#include "tools/pack_access.h"
-#include "tools/position.h"
-#include "tools/puzzle_facts.h"
+#include "walks/explanation.h"
+#include "workbench/position.h"
 
 namespace bivouac {
 namespace {

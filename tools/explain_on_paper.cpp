@@ -1,12 +1,12 @@
 #include <algorithm>
 
+#include "drawing/book.h"
+#include "drawing/hint_picture.h"
 #include "game/text.h"
-#include "tools/drawing/book.h"
-#include "tools/drawing/hint_picture.h"
+#include "packs/pack_access.h"
+#include "packs/puzzle_facts.h"
 #include "tools/drawing_commands.h"
-#include "tools/explanation.h"
-#include "tools/pack_access.h"
-#include "tools/puzzle_facts.h"
+#include "walks/explanation.h"
 
 namespace bivouac {
 namespace {

@@ -6,8 +6,8 @@
 #include <thread>
 #include <unistd.h>
 
+#include "packs/pack_access.h"
 #include "tools/command_line.h"
-#include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "game/text.h"
+#include "packs/pack_access.h"
 #include "tools/commands.h"
-#include "tools/pack_access.h"
 
 namespace bivouac {
 namespace {

@@ -1,7 +1,7 @@
 // The commands that draw, where the libraries for it are missing.
+#include "game/error.h"
 #include "tools/drawing_commands.h"
-#include "tools/pack_access.h"
-#include "tools/pack_stats.h"
+#include "walks/pack_stats.h"
 
 namespace bivouac {
 namespace {

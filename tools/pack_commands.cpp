@@ -8,16 +8,16 @@
 #include "game/clock.h"
 #include "game/text.h"
 #include "generator/unique_solution.h"
+#include "packs/alike.h"
+#include "packs/faults.h"
+#include "packs/pack_access.h"
 #include "rating/rating.h"
 #include "storage/best_times.h"
 #include "storage/platform_files.h"
 #include "storage/players.h"
-#include "tools/alike.h"
 #include "tools/commands.h"
-#include "tools/faults.h"
-#include "tools/pack_access.h"
-#include "tools/position.h"
-#include "tools/workbench.h"
+#include "workbench/position.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

@@ -4,15 +4,15 @@
 #include <memory>
 #include <ostream>
 
+#include "drawing/book.h"
 #include "game/text.h"
-#include "tools/drawing/book.h"
+#include "packs/pack_access.h"
+#include "packs/pack_reader.h"
+#include "packs/puzzle_facts.h"
 #include "tools/drawing_commands.h"
-#include "tools/pack_access.h"
-#include "tools/pack_reader.h"
-#include "tools/position.h"
 #include "tools/progress.h"
-#include "tools/puzzle_facts.h"
-#include "tools/workbench.h"
+#include "workbench/position.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {

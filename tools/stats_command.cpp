@@ -4,9 +4,10 @@
 #include <ostream>
 
 #include "game/text.h"
-#include "tools/pack_reader.h"
-#include "tools/pack_stats.h"
+#include "packs/pack_reader.h"
+#include "tools/drawing_commands.h"
 #include "tools/progress.h"
+#include "walks/pack_stats.h"
 
 namespace bivouac {
 namespace {

@@ -2,9 +2,10 @@
 #include <cmath>
 #include <cstdio>
 
-#include "tools/drawing/canvas.h"
-#include "tools/pack_access.h"
-#include "tools/pack_stats.h"
+#include "drawing/canvas.h"
+#include "game/error.h"
+#include "tools/drawing_commands.h"
+#include "walks/pack_stats.h"
 
 namespace bivouac {
 namespace {

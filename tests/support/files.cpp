@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <unistd.h>
 
-#include "tools/pack_access.h"
-#include "tools/position.h"
+#include "packs/pack_access.h"
+#include "workbench/position.h"
 
 namespace bivouac {
 

@@ -1,0 +1,178 @@
+#include "drawing/canvas.h"
+
+#include <algorithm>
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+#include <cctype>
+#include <cmath>
+#include <pango/pangocairo.h>
+
+#include "game/error.h"
+
+#ifdef __SANITIZE_ADDRESS__
+// The libraries keep what they set up once, and some of what an SVG's tiles were made of. The sanitizer asks
+// for this.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libfontconfig\nleak:libpango\nleak:libcairo\nleak:librsvg\n";
+}
+#endif
+
+namespace bivouac {
+namespace {
+
+// Fonts that every installation of the game has, so that one input gives one picture.
+constexpr const char* kFontFamily = "DejaVu Sans";
+// A document that is made again is the same document.
+constexpr const char* kDocumentDate = "2026-01-01T00:00:00Z";
+
+cairo_status_t WriteTo(void* file, const unsigned char* bytes, unsigned int count) {
+  const std::string_view text(reinterpret_cast<const char*>(bytes), count);
+  return static_cast<OutputFile*>(file)->Write(text) ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+}
+
+/// Names of files and titles may be any bytes; what is no letter is drawn as such.
+std::string Letters(const std::string& text) {
+  char* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+  std::string letters(valid);
+  g_free(valid);
+  return letters;
+}
+
+}  // namespace
+
+std::optional<PictureFormat> FormatOfName(const std::string& path) {
+  std::string ending = path.substr(path.size() - std::min<std::size_t>(path.size(), 4));
+  std::transform(ending.begin(), ending.end(), ending.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (ending == ".pdf") return PictureFormat::Pdf;
+  if (ending == ".svg") return PictureFormat::Svg;
+  if (ending == ".png") return PictureFormat::Png;
+  return std::nullopt;
+}
+
+Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const std::string& title,
+               Overwrite overwrite)
+    : file_(path, overwrite), format_(format), page_(page) {
+  switch (format) {
+    case PictureFormat::Pdf:
+      surface_ = cairo_pdf_surface_create_for_stream(WriteTo, &file_, page.Width, page.Height);
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, Letters(title).c_str());
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "bivouac-packs");
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, kDocumentDate);
+      break;
+    case PictureFormat::Svg:
+      surface_ = cairo_svg_surface_create_for_stream(WriteTo, &file_, page.Width, page.Height);
+      cairo_svg_surface_set_document_unit(surface_, CAIRO_SVG_UNIT_PX);
+      break;
+    case PictureFormat::Png:
+      surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(page.Width)),
+                                            static_cast<int>(std::ceil(page.Height)));
+      break;
+  }
+  pen_ = cairo_create(surface_);
+  layout_ = pango_cairo_create_layout(pen_);
+  // Points are the unit, and letters stand where their outlines say, whatever the surface.
+  PangoContext* context = pango_layout_get_context(layout_);
+  pango_cairo_context_set_resolution(context, 72);
+  cairo_font_options_t* options = cairo_font_options_create();
+  cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+  cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+  cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+  pango_cairo_context_set_font_options(context, options);
+  pango_context_set_round_glyph_positions(context, FALSE);
+  cairo_font_options_destroy(options);
+  pango_layout_context_changed(layout_);
+}
+
+Canvas::~Canvas() {
+  if (layout_ != nullptr) g_object_unref(layout_);
+  if (pen_ != nullptr) cairo_destroy(pen_);
+  // The surface writes its last bytes now, into a file that still stands.
+  if (surface_ != nullptr) cairo_surface_destroy(surface_);
+}
+
+void Canvas::SetColour(Colour colour) {
+  cairo_set_source_rgb(pen_, colour.Red, colour.Green, colour.Blue);
+}
+
+void Canvas::Fill(const Box& box, Colour colour) {
+  SetColour(colour);
+  cairo_rectangle(pen_, box.X, box.Y, box.Width, box.Height);
+  cairo_fill(pen_);
+}
+
+void Canvas::Line(Point from, Point to, double width, Colour colour) {
+  SetColour(colour);
+  cairo_set_line_width(pen_, width);
+  cairo_move_to(pen_, from.X, from.Y);
+  cairo_line_to(pen_, to.X, to.Y);
+  cairo_stroke(pen_);
+}
+
+void Canvas::LayText(const std::string& text, const TextStyle& style, double width) {
+  PangoFontDescription* font = pango_font_description_new();
+  pango_font_description_set_family_static(font, kFontFamily);
+  pango_font_description_set_weight(font,
+                                    style.Boldness == Weight::Bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_absolute_size(font, style.Size * PANGO_SCALE);
+  pango_layout_set_font_description(layout_, font);
+  pango_font_description_free(font);
+  pango_layout_set_width(layout_, width > 0 ? static_cast<int>(width * PANGO_SCALE) : -1);
+  pango_layout_set_alignment(layout_, style.Align == Alignment::Centre  ? PANGO_ALIGN_CENTER
+                                      : style.Align == Alignment::Right ? PANGO_ALIGN_RIGHT
+                                                                        : PANGO_ALIGN_LEFT);
+  pango_layout_set_wrap(layout_, PANGO_WRAP_WORD_CHAR);
+  pango_layout_set_ellipsize(layout_, style.OneLine ? PANGO_ELLIPSIZE_MIDDLE : PANGO_ELLIPSIZE_NONE);
+  pango_layout_set_text(layout_, Letters(text).c_str(), -1);
+}
+
+Extent Canvas::Measure(const std::string& text, const TextStyle& style, double width) {
+  LayText(text, style, width);
+  PangoRectangle logical;
+  pango_layout_get_extents(layout_, nullptr, &logical);
+  return {static_cast<double>(logical.width) / PANGO_SCALE,
+          static_cast<double>(logical.height) / PANGO_SCALE};
+}
+
+double Canvas::Text(const std::string& text, Point at, const TextStyle& style, double width) {
+  const Extent extent = Measure(text, style, width);
+  const double share = style.Align == Alignment::Centre ? 0.5 : style.Align == Alignment::Right ? 1 : 0;
+  SetColour(style.Ink);
+  cairo_move_to(pen_, at.X - share * (width > 0 ? width : extent.Width), at.Y);
+  pango_cairo_show_layout(pen_, layout_);
+  return extent.Height;
+}
+
+void Canvas::TextInBox(const std::string& text, const Box& box, const TextStyle& style) {
+  LayText(text, style, 0);
+  PangoRectangle logical;
+  pango_layout_get_extents(layout_, nullptr, &logical);
+  constexpr double kDigitHeight = 0.73;  // Of the font's size.
+  const double baseline = box.Y + (box.Height + kDigitHeight * style.Size) / 2;
+  const double ascent = static_cast<double>(pango_layout_get_baseline(layout_)) / PANGO_SCALE;
+  SetColour(style.Ink);
+  cairo_move_to(pen_, box.X + (box.Width - static_cast<double>(logical.width) / PANGO_SCALE) / 2,
+                baseline - ascent);
+  pango_cairo_show_layout(pen_, layout_);
+}
+
+void Canvas::EndPage() {
+  cairo_show_page(pen_);
+}
+
+void Canvas::Close() {
+  if (format_ == PictureFormat::Png) {
+    cairo_surface_flush(surface_);
+    cairo_surface_write_to_png_stream(surface_, WriteTo, &file_);
+  }
+  cairo_surface_finish(surface_);
+  const cairo_status_t status = cairo_surface_status(surface_);
+  // A write error is told by the file, with its reason.
+  if (status != CAIRO_STATUS_SUCCESS && status != CAIRO_STATUS_WRITE_ERROR) {
+    throw InputError(std::string("drawing failed: ") + cairo_status_to_string(status));
+  }
+  file_.Keep();
+}
+
+}  // namespace bivouac

@@ -1,0 +1,101 @@
+// A surface to draw on, in a PDF, SVG or PNG file, and text on it.
+#pragma once
+
+#include <cairo.h>
+#include <optional>
+#include <string>
+
+#include "drawing/output_file.h"
+
+// As in <pango/pango-layout.h>.
+using PangoLayout = struct _PangoLayout;
+
+namespace bivouac {
+
+enum class PictureFormat { Pdf, Svg, Png };
+
+/// The format that the ending of a file's name asks for, in capitals too; nothing for any other ending.
+std::optional<PictureFormat> FormatOfName(const std::string& path);
+
+/// Lengths are points, 72 an inch, in a PDF, and pixels in the other two.
+struct Extent {
+  double Width = 0;
+  double Height = 0;
+};
+
+struct Point {
+  double X = 0;
+  double Y = 0;
+};
+
+struct Box {
+  double X = 0;
+  double Y = 0;
+  double Width = 0;
+  double Height = 0;
+};
+
+/// Red, green and blue from 0 to 1.
+struct Colour {
+  double Red = 0;
+  double Green = 0;
+  double Blue = 0;
+};
+inline constexpr Colour kBlack{};
+inline constexpr Colour kWhite{1, 1, 1};
+inline constexpr Colour kGrey{0.4, 0.4, 0.4};
+
+enum class Weight { Regular, Bold };
+enum class Alignment { Left, Centre, Right };
+
+struct TextStyle {
+  double Size = 10;  ///< Of the font.
+  Weight Boldness = Weight::Regular;
+  Alignment Align = Alignment::Left;
+  Colour Ink = kBlack;
+  bool OneLine = false;  ///< Shortened in its middle where lines would be broken.
+};
+
+/// Everything that is drawn goes to `Pen()`; the file is there after Close().
+class Canvas {
+ public:
+  /// A PDF has pages of this extent, its title in the document's data; the other two have one page. Errors:
+  /// InputError as OutputFile.
+  Canvas(const std::string& path, PictureFormat format, Extent page, const std::string& title,
+         Overwrite overwrite);
+  Canvas(const Canvas&) = delete;
+  Canvas& operator=(const Canvas&) = delete;
+  ~Canvas();
+
+  cairo_t* Pen() { return pen_; }
+  const Extent& Page() const { return page_; }
+  void SetColour(Colour colour);
+  void Fill(const Box& box, Colour colour);
+  void Line(Point from, Point to, double width, Colour colour);
+
+  /// Draws a text whose first line's upper edge is at `at.Y`, on the left, the middle or the right of `at.X`.
+  /// Lines are broken at `width` if it is above 0, in words only where one is wider. Returns the height. A
+  /// text of no ink returns it only.
+  double Text(const std::string& text, Point at, const TextStyle& style, double width = 0);
+  /// The extent that the text would have.
+  Extent Measure(const std::string& text, const TextStyle& style, double width = 0);
+  /// Draws one line of text with the middle of its digits' height in the middle of the box.
+  void TextInBox(const std::string& text, const Box& box, const TextStyle& style);
+
+  /// Ends the page; drawing goes on with the next.
+  void EndPage();
+  /// Ends the last page and puts the file in its place. Errors: InputError if it cannot be written.
+  void Close();
+
+ private:
+  void LayText(const std::string& text, const TextStyle& style, double width);
+
+  OutputFile file_;
+  PictureFormat format_;
+  Extent page_;
+  cairo_surface_t* surface_ = nullptr;
+  cairo_t* pen_ = nullptr;
+  PangoLayout* layout_ = nullptr;
+};
+
+}  // namespace bivouac

@@ -1,0 +1,30 @@
+#include "drawing/hint_picture.h"
+
+#include "game/board.h"
+
+namespace bivouac {
+
+BoardPicture PositionPicture(const Main& main) {
+  BoardPicture picture;
+  picture.Size = main.BoardSize;
+  for (int cell = 0; cell < main.CellCount; ++cell) picture.Fields.Add(main.Board[cell]);
+  for (int line = 0; line < main.BoardSize; ++line) {
+    picture.RowClues.Add(RowClue(main, line));
+    picture.ColClues.Add(ColClue(main, line));
+  }
+  return picture;
+}
+
+BoardPicture HintPicture(const Main& main, const FoundHint& hint, const std::vector<FieldChange>& changes) {
+  BoardPicture picture = PositionPicture(main);
+  for (const FoundField& field : hint.Found.Fields) {
+    // A wing may claim fields beyond the edge.
+    if (field.Cell < 0 || field.Cell >= main.CellCount || IsDecided(field.Is)) continue;
+    const bool option = field.Is == Role::MayBeTent;
+    picture.Marks.push_back({field.Cell, option ? FieldMark::Kind::Option : FieldMark::Kind::Reason});
+  }
+  for (const FieldChange& change : changes) picture.Marks.push_back({change.Cell, FieldMark::Kind::Decided});
+  return picture;
+}
+
+}  // namespace bivouac

@@ -1,0 +1,15 @@
+// Positions and hints as pictures.
+#pragma once
+
+#include "drawing/board_painter.h"
+#include "walks/solution_walk.h"
+
+namespace bivouac {
+
+/// The board and the clues as they stand.
+BoardPicture PositionPicture(const Main& main);
+
+/// The same with the marks of a hint: what explains it and, with frames, the changes.
+BoardPicture HintPicture(const Main& main, const FoundHint& hint, const std::vector<FieldChange>& changes);
+
+}  // namespace bivouac

@@ -1,0 +1,207 @@
+#include "guide/guide.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "game/error.h"
+#include "rating/rating.h"
+#include "walks/explanation.h"
+#include "workbench/position.h"
+
+namespace bivouac {
+namespace {
+
+constexpr std::string_view kEndMark = "<!-- end -->";
+
+const GuidePosition& PositionOf(const std::vector<GuidePosition>& positions, const std::string& name) {
+  const auto place = std::find_if(positions.begin(), positions.end(),
+                                  [&](const GuidePosition& position) { return position.Name == name; });
+  if (place == positions.end()) throw InputError("the guide's table has no position for " + name);
+  return *place;
+}
+
+/// "r2c3", "r2c3 and r4c5", "r2c3, r4c5 and r6c1".
+std::string Listed(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " and " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
+std::string Percent(long part, long whole) {
+  char text[32];
+  const double share = whole == 0 ? 0 : 100 * static_cast<double>(part) / static_cast<double>(whole);
+  std::snprintf(text, sizeof text, share > 0 && share < 10 ? "%.1f%%" : "%.0f%%", share);
+  return text;
+}
+
+std::string NeedText(const PackStats& stats, std::uint64_t cases) {
+  std::vector<std::string> shares;
+  long needing = 0;
+  for (int level = 1; level <= 5; ++level) {
+    needing += stats.CountNeeding(level, cases);
+    shares.push_back(Percent(stats.CountNeeding(level, cases), stats.Count(level)));
+  }
+  if (needing == 0) return "None of the puzzles that come with the game needs it.";
+  return "Of the puzzles that come with the game, " + Listed(shares) + " of levels 1, 2, 3, 4 and 5 need it.";
+}
+
+std::string HintBlock(const std::vector<std::string>& names, const std::vector<GuidePosition>& positions,
+                      const PackStats& stats) {
+  Workbench bench;
+  std::string anchors;
+  std::vector<std::string> sentences;
+  std::string pictures;
+  std::uint64_t cases = 0;
+  int seconds = 0;
+  for (const std::string& name : names) {
+    const GuideHint hint = LayGuidePosition(bench.main, PositionOf(positions, name));
+    anchors += "<a id=\"" + name + "\"></a>";
+    const std::string sentence = SentenceOf(hint.Hint);
+    if (std::find(sentences.begin(), sentences.end(), sentence) == sentences.end())
+      sentences.push_back(sentence);
+    pictures += "![" + PictureText(bench.main, hint) + "](pictures/" + name + ".svg)\n\n";
+    cases |= std::uint64_t{1} << PlaceOf(hint.Hint);
+    seconds = hint.Hint.Rule->Seconds;
+  }
+  std::string text = anchors + "\n\n";
+  for (const std::string& sentence : sentences) text += "> " + sentence + "\n\n";
+  return text + pictures + "It costs " + std::to_string(seconds) + " seconds. " + NeedText(stats, cases) +
+         "\n";
+}
+
+/// The page on which a hint stands, by the stage of its rule.
+std::string PageOf(const HintRule& rule) {
+  return "stage" + std::to_string(rule.Stage) + ".md";
+}
+
+std::string PassesBlock(const std::vector<GuidePosition>& positions) {
+  std::string text =
+      "<table>\n<thead><tr><th>Pass</th><th>Tier</th><th>Hint that belongs to "
+      "it</th></tr></thead>\n<tbody>\n";
+  for (const Pass& pass : PassTable()) {
+    const std::string name(pass.Name.substr(std::string_view("Pass").size()));
+    const auto position = std::find_if(positions.begin(), positions.end(), [&](const GuidePosition& each) {
+      return each.Name.rfind(name + '-', 0) == 0;
+    });
+    const std::span<const HintRule> rules = HintRules();
+    const auto rule =
+        std::find_if(rules.begin(), rules.end(), [&](const HintRule& each) { return each.Name == name; });
+    if (position == positions.end() || rule == rules.end())
+      throw InputError(name + " has no hint in the guide");
+    text += "<tr><td>" + std::string(pass.Name) + "</td><td>" + std::to_string(pass.Tier) + "</td><td>";
+    text += "<a href=\"" + PageOf(*rule) + '#' + position->Name + "\">" + name + "</a>";
+    text += "</td></tr>\n";
+  }
+  return text + "</tbody>\n</table>\n";
+}
+
+}  // namespace
+
+std::vector<GuidePosition> ReadGuidePositions(const std::string& path) {
+  std::ifstream file(path);
+  if (!file) throw InputError(path + ": no such file");
+  std::vector<GuidePosition> positions;
+  for (std::string line; std::getline(file, line);) {
+    const std::vector<std::string> columns = Split(line, '\t');
+    if (columns.size() != 8) {
+      throw InputError(path + ": line " + std::to_string(positions.size() + 1) + " has " +
+                       std::to_string(columns.size()) + " columns, not 8");
+    }
+    std::string position;
+    for (std::size_t i = 2; i < 7; ++i) position += (i > 2 ? "\t" : "") + columns[i];
+    positions.push_back({columns[0] + '-' + columns[1], position, columns[7]});
+  }
+  return positions;
+}
+
+std::string NameOf(const HintCase& which) {
+  return std::string(which.Rule->Name) + '-' + std::to_string(which.Case + 1);
+}
+
+std::string GuideHint::Fields() const {
+  std::string text;
+  for (const FieldChange& change : Changes) {
+    if (!text.empty()) text += ',';
+    text += std::to_string(change.Cell) + ':' + std::to_string(change.Code);
+  }
+  return text;
+}
+
+GuideHint LayGuidePosition(Main& main, const GuidePosition& position) {
+  LayPosition(main, position.Position);
+  std::optional<FoundHint> hint = FindHint(main);
+  if (!hint) throw InputError("the position for " + position.Name + " gives no hint");
+  std::vector<FieldChange> changes = ChangesOf(main, *hint);
+  return {*hint, std::move(changes)};
+}
+
+std::string PictureText(const Main& main, const GuideHint& hint) {
+  std::vector<std::string> trees, tents, options, claimed;
+  const auto add = [&](std::vector<std::string>& to, int cell) {
+    if (cell < 0 || cell >= main.CellCount) return;
+    const std::string name = FieldName(main, cell);
+    if (std::find(to.begin(), to.end(), name) == to.end()) to.push_back(name);
+  };
+  for (const FoundField& field : hint.Hint.Found.Fields) {
+    switch (field.Is) {
+      case Role::Tree:
+      case Role::WingTree:
+        add(trees, field.Cell);
+        break;
+      case Role::StandingTent:
+        add(tents, field.Cell);
+        break;
+      case Role::MayBeTent:
+        add(options, field.Cell);
+        break;
+      case Role::Claimed:
+      case Role::LostToOne:
+        add(claimed, field.Cell);
+        break;
+      default:
+        break;
+    }
+  }
+  std::string text = "A board of " + std::to_string(main.BoardSize) + " by " +
+                     std::to_string(main.BoardSize) + " fields, before and after.";
+  const auto tell = [&](const std::vector<std::string>& names, const char* one, const char* many) {
+    if (!names.empty()) text += ' ' + std::string(names.size() == 1 ? one : many) + ' ' + Listed(names) + '.';
+  };
+  tell(trees, "Marked is the tree at", "Marked are the trees at");
+  tell(tents, "Marked is the tent at", "Marked are the tents at");
+  tell(claimed, "The shared field is", "Marked are the fields");
+  tell(options, "A tent may stand at", "Tents may stand at");
+  return text + " What follows: " + ChangesText(main, hint.Changes) + '.';
+}
+
+std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,
+                          const PackStats& stats) {
+  constexpr std::string_view kHintMark = "<!-- hint ";
+  constexpr std::string_view kPassesMark = "<!-- passes -->";
+  std::istringstream in(page);
+  std::string out;
+  bool skipping = false;
+  for (std::string line; std::getline(in, line);) {
+    if (line == kEndMark) skipping = false;
+    if (skipping) continue;
+    out += line + '\n';
+    if (line.rfind(kHintMark, 0) == 0) {
+      std::vector<std::string> names = Split(line.substr(kHintMark.size()), ' ');
+      names.pop_back();  // The end of the comment.
+      out += HintBlock(names, positions, stats);
+      skipping = true;
+    } else if (line == kPassesMark) {
+      out += PassesBlock(positions);
+      skipping = true;
+    }
+  }
+  if (skipping) throw InputError("a page of the guide lacks an \"<!-- end -->\"");
+  return out;
+}
+
+}  // namespace bivouac

@@ -1,0 +1,71 @@
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "drawing/hint_picture.h"
+#include "guide/guide.h"
+#include "packs/pack_access.h"
+
+namespace bivouac {
+namespace {
+
+constexpr double kField = 34;  // Pixels, with the clues' margin counted in.
+constexpr double kArrow = 44;
+
+/// Shortens the numbers of outlines to a tenth of a pixel: these pictures are kept in many copies.
+std::string WithShortNumbers(const std::string& svg) {
+  std::string out;
+  bool inPath = false;
+  for (std::size_t at = 0; at < svg.size(); ++at) {
+    if (svg.compare(at, 4, " d=\"") == 0) {
+      inPath = true;
+      out += " d=\"";
+      at += 3;
+    } else if (inPath && svg[at] == '"') {
+      inPath = false;
+      out += '"';
+    } else if (inPath && svg[at] == '.') {
+      // One digit is kept; numbers are not rounded up, which no eye can tell.
+      std::size_t end = at + 1;
+      while (end < svg.size() && std::isdigit(static_cast<unsigned char>(svg[end]))) ++end;
+      if (svg[at + 1] != '0') out += svg.substr(at, 2);
+      at = end - 1;
+    } else {
+      out += svg[at];
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path) {
+  static const BoardPainter painter(Look::Colour);
+  const double side = kField * (main.BoardSize + 0.8);
+  {
+    Canvas canvas(path, PictureFormat::Svg, {2 * side + kArrow, side + 4}, hint.Name(), Overwrite::Yes);
+    canvas.Fill({0, 0, 2 * side + kArrow, side + 4}, kWhite);
+    painter.Paint(canvas, HintPicture(main, hint.Hint, hint.Changes), {0, 2}, side);
+    const double middle = side / 2 + 2;
+    canvas.Line({side + 10, middle}, {side + kArrow - 16, middle}, 3, kGrey);
+    cairo_move_to(canvas.Pen(), side + kArrow - 8, middle);
+    cairo_rel_line_to(canvas.Pen(), -12, -7);
+    cairo_rel_line_to(canvas.Pen(), 0, 14);
+    cairo_fill(canvas.Pen());
+    for (const FieldChange& change : hint.Changes) main.Board[change.Cell] = change.Code;
+    BoardPicture after = PositionPicture(main);
+    for (const FieldChange& change : hint.Changes)
+      after.Marks.push_back({change.Cell, FieldMark::Kind::Decided});
+    painter.Paint(canvas, after, {side + kArrow, 2}, side);
+    canvas.Close();
+  }
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  OutputFile file(path, Overwrite::Yes);
+  file.Write(WithShortNumbers(bytes.str()));
+  file.Keep();
+}
+
+}  // namespace bivouac

@@ -1,0 +1,90 @@
+// Whole packs on disk: read, added to, rewritten. A pack is never left half-written, and other programs may
+// use it at the same time.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "game/error.h"
+#include "game/text.h"
+#include "storage/record_file.h"
+#include "storage/replacement.h"
+
+namespace bivouac {
+
+/// The path without its folder, on one line.
+std::string FileName(const std::string& path);
+
+/// The size that a pack's name such as "BVPack06.bvq" tells; 0 for any other name.
+int SizeInName(const std::string& name);
+
+/// What a file holds, whether it is a sound pack or not.
+struct PackContent {
+  std::vector<PackRecord> Records;  ///< The whole records.
+  long SpareBytes = 0;              ///< Behind the last whole record.
+};
+/// Errors: InputError if there is no such file or it cannot be read.
+PackContent ReadContent(const std::string& path);
+
+/// The records of a pack. Errors: InputError as well if its length is not a whole number of records, or a
+/// record's size is not 6 to 18.
+std::vector<PackRecord> ReadSoundPack(const std::string& path);
+/// Errors: InputError if a record of the pack has another size.
+void RequireSize(const std::string& path, const std::vector<PackRecord>& records, int size);
+
+/// A new content for a pack: prepared beside it, then put in its place.
+class PackRewrite {
+ public:
+  /// What is to stand in a pack instead of these records. Called again if the pack changes meanwhile.
+  using Change = std::function<std::vector<PackRecord>(const std::vector<PackRecord>&)>;
+
+  /// Brings the new content to the disk, unless it is what stands there already. Errors: InputError.
+  PackRewrite(std::string path, Change change);
+  /// Puts it in place. What other programs have changed in between is kept: the change is made anew then.
+  /// Errors: InputError; the pack is as it was then.
+  void Commit();
+
+ private:
+  void Prepare(std::vector<PackRecord> records);
+
+  std::string path_;
+  Change change_;
+  std::vector<PackRecord> before_;
+  std::unique_ptr<Replacement> replacement_;
+};
+
+/// Adds puzzles behind those of a pack, in short turns. Several programs may do so at the same time.
+class PackAppender {
+ public:
+  enum class Twins { Keep, LeaveOut };
+
+  /// The pack is created with the first puzzle. Errors: InputError if there is one already that is not sound
+  /// or has puzzles of another size.
+  PackAppender(std::string path, int size, Twins twins);
+
+  /// Adds puzzles and returns when they have reached the disk. With LeaveOut, those that are alike to one of
+  /// the pack, turned and mirrored boards included, are left out. Errors: InputError, which says how many
+  /// were added before; a new pack into which none came is not left behind.
+  void Add(const std::vector<PackRecord>& puzzles);
+  /// How many were added so far.
+  long Added() const { return added_; }
+
+ private:
+  void LookAtNewRecords();
+  void TakeBackEmptyFile();
+
+  std::string path_;
+  Twins twins_;
+  std::optional<RecordFile<PackRecord>> file_;
+  std::unordered_set<std::string> views_;  ///< Of the puzzles in the pack.
+  long seen_ = 0;                          ///< Records whose views are known, of the file opened last.
+  int openings_ = 0;
+  bool created_ = false;  ///< The file was not there.
+  long added_ = 0;
+};
+
+}  // namespace bivouac
