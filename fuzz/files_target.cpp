@@ -1,14 +1,10 @@
 // Every file and text that the programs read: bytes become a pack, a player's file, settings, positions on
 // standard input, or answers to boxes. Nothing may come of them but the errors that are named here.
-#include <atomic>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 
 #include "fuzz/bytes.h"
-#include "fuzz/headless_game.h"
 #include "fuzz/target.h"
 #include "game/layout.h"
 #include "packs/pack_access.h"
@@ -16,6 +12,7 @@
 #include "storage/navigation.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
+#include "tests/support/installation.h"
 #include "tools/commands.h"
 
 namespace bivouac {
@@ -26,70 +23,27 @@ namespace fs = std::filesystem;
 constexpr std::size_t kBytes = RecordFile<PackRecord>::kBytes;
 constexpr int kLargestProved = 8;  // Larger boards of nonsense may take the proof for ever.
 
-/// An installation with small packs, for the whole run of the program.
-struct Place {
-  Place() {
-    std::string name = (fs::temp_directory_path() / "bivouac-fuzz-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) Fault("no temporary folder");
-    Top = name;
-    fs::create_directories(Top / "program");
-    fs::create_directories(Data());
-    for (int size = kMinSize; size <= kMaxSize; ++size) {
-      std::ifstream pack(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size), std::ios::binary);
-      std::string records(3 * kBytes, '\0');
-      pack.read(records.data(), static_cast<std::streamsize>(records.size()));
-      Write(Top / "program" / PackName(size), records);
-      Packs[size - kMinSize] = records;
-    }
-  }
-  ~Place() { fs::remove_all(Top); }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
-  fs::path Data() const { return Top / "local" / "Bvc"; }
-  static void Write(const fs::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-  }
-
-  /// The packs as installed, and no player's file.
-  void Refresh() const {
-    for (int player = 1; player <= GameDesktop::kPlayers; ++player) {
-      fs::remove(Data() / ("PLBest0" + std::to_string(player) + ".bvq"));
-    }
-    for (int size = kMinSize; size <= kMaxSize; ++size)
-      Write(Data() / PackName(size), Packs[size - kMinSize]);
-  }
-
-  fs::path Top;
-  std::string Packs[kSizes];
-};
-
-const Place& ThePlace() {
-  static const Place place;
+Installation& ThePlace() {
+  static Installation place;
   return place;
 }
 
-/// A game whose settings and answers are bytes.
-class TextDesktop : public GameDesktop {
- public:
-  explicit TextDesktop(Bytes& bytes)
-      : GameDesktop((ThePlace().Top / "program").string(), (ThePlace().Top / "local").string()),
-        bytes_(bytes) {}
-
-  bool StrangeSettings = false;
-  using GameDesktop::Show;
-  /// An empty answer at last: a box that finds no number in the text comes back.
-  std::string Show(const InputBox&) override { return bytes_.AtEnd() ? "" : bytes_.Text(bytes_.Below(12)); }
-  std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override {
-    if (!StrangeSettings || bytes_.Once(3)) return GameDesktop::GetSetting(section, key, fallback);
-    // Each player has a file that the start opens: thousands of them only take long.
-    const int limit = key == "Count" ? 300 : 40000;
-    return bytes_.Once(2) ? std::to_string(bytes_.Below(limit) - 100) : bytes_.Text(bytes_.Below(20));
-  }
-  std::string SettingsFile() override { return "/settings"; }
-
- private:
-  Bytes& bytes_;
-};
+/// The packs as installed, no player's file, two players, and size 6. Boxes are answered by bytes; by nothing
+/// at last: one that finds no number in the text comes back.
+void Refresh(Bytes& bytes) {
+  Installation& place = ThePlace();
+  fs::remove_all(place.InData(""));
+  fs::create_directories(place.InData(""));
+  for (int size = kMinSize; size <= kMaxSize; ++size)
+    fs::copy_file(place.InProgram(PackName(size)), place.InData(PackName(size)));
+  place.desktop.Settings.clear();
+  place.AddPlayers({"Ann", "Ben"});
+  place.desktop.Settings[{"Options", "Size"}] = std::to_string(kMinSize);
+  place.desktop.AnswerBox = [](const MessageBox&) { return BoxAnswer::Ok; };
+  place.desktop.AnswerInput = [&](const InputBox&) {
+    return bytes.AtEnd() ? std::string() : bytes.Text(bytes.Below(12));
+  };
+}
 
 /// Runs a step. File errors and indexes that a damaged file leads to may end it.
 template <class Step>
@@ -108,7 +62,7 @@ void Allowing(Step step) {
 /// A pack of real records, hurt in some places, sometimes cut, sometimes nothing but bytes.
 std::string StrangePack(Bytes& bytes, int size) {
   if (bytes.Once(8)) return bytes.Text(4 * static_cast<int>(kBytes));
-  std::string pack = ThePlace().Packs[size - kMinSize];
+  std::string pack = BytesOf(ThePlace().InProgram(PackName(size)));
   for (int hurts = bytes.Below(40); hurts > 0; --hurts) {
     // Half of them where clues, level, size and times stand.
     const int field = bytes.Once(2) ? 1296 / 2 + bytes.Below(40) : bytes.Below(1376 / 2);
@@ -122,20 +76,17 @@ std::string StrangePack(Bytes& bytes, int size) {
 }
 
 void PlayGameOn(Bytes& bytes, int size) {
-  TextDesktop desktop(bytes);
-  Global global;
-  Main main{global, desktop};
-  FormNamen form{main};
   Allowing([&] {
-    Form_Load(main, form);
-    global.CurrentPlayer = bytes.Below(3);
+    ProgramRun run(ThePlace());
+    Main& main = run.main;
+    run.global.CurrentPlayer = bytes.Below(3);
     main.BoardSize = size;
     SizeLayout(main);
     for (int turn = 0; turn < 4; ++turn) {
       cmdOpen_Click(main);
       if (bytes.Once(2) && main.PuzzleNo < main.PuzzleCount[size - kMinSize]) cmdNext_Click(main);
       main.Elapsed = bytes.Below(60000);
-      if (global.CurrentPlayer > 0 && main.PuzzleNo > 0) RecordTimes(main);
+      if (run.global.CurrentPlayer > 0 && main.PuzzleNo > 0) RecordTimes(main);
       if (bytes.Once(6)) cmdResetTime_Click(main);
     }
   });
@@ -143,8 +94,8 @@ void PlayGameOn(Bytes& bytes, int size) {
 
 void UsePack(Bytes& bytes) {
   const int size = bytes.Once(2) ? kMinSize + bytes.Below(3) : kMinSize + bytes.Below(kSizes);
-  const std::string path = (ThePlace().Data() / PackName(size)).string();
-  Place::Write(path, StrangePack(bytes, size));
+  const std::string path = ThePlace().InData(PackName(size));
+  WriteBytes(path, StrangePack(bytes, size));
   std::istringstream in;
   std::ostringstream out, err;
   Terminal terminal{.In = in, .Out = out, .Err = err};
@@ -164,26 +115,29 @@ void UsePack(Bytes& bytes) {
   PlayGameOn(bytes, size);
   Allowing([&] { RatePacks({.Packs = {path}, .Write = true}, terminal); });
   Allowing([&] { SortPack(path, terminal); });
-  const std::string other = (ThePlace().Top / "other").string();
+  const std::string other = ThePlace().folder / "other";
   fs::remove(other);
   Allowing([&] { MergePacks(other, {path}, terminal); });
 }
 
 void UsePlayersFile(Bytes& bytes) {
   const int size = kMinSize + bytes.Below(3);
-  Place::Write(ThePlace().Data() / "PLBest01.bvq", bytes.Text(8 * bytes.Below(20) + bytes.Below(8)));
+  WriteBytes(ThePlace().InData("PLBest01.bvq"), bytes.Text(8 * bytes.Below(20) + bytes.Below(8)));
   PlayGameOn(bytes, size);
 }
 
 void UseSettings(Bytes& bytes) {
-  TextDesktop desktop(bytes);
-  desktop.StrangeSettings = true;
-  Global global;
-  Main main{global, desktop};
-  FormNamen form{main};
+  ThePlace().AddPlayers({"Ann", "Ben", "Cem", "Dan", "Eva", "Fay", "Gil", "Hal", "Ida"});
+  ThePlace().desktop.Settings[{"Options", "Sounds"}] = "True";
+  for (auto& [name, value] : ThePlace().desktop.Settings) {
+    if (bytes.Once(3)) continue;
+    // Each player has a file that the start opens: thousands of them only take long.
+    const int limit = name.second == "Count" ? 300 : 40000;
+    value = bytes.Once(2) ? std::to_string(bytes.Below(limit) - 100) : bytes.Text(bytes.Below(20));
+  }
   CountEvent();
   try {
-    Form_Load(main, form);
+    ProgramRun run(ThePlace());
   } catch (const RunTimeError& error) {
     if (std::string(error.what()).find("Change it in /settings") == std::string::npos) Fault(error.what());
   }
@@ -216,11 +170,8 @@ void UseStandardInput(Bytes& bytes) {
 }
 
 void UseAnswers(Bytes& bytes) {
-  TextDesktop desktop(bytes);
-  Global global;
-  Main main{global, desktop};
-  FormNamen form{main};
-  Form_Load(main, form);
+  ProgramRun run(ThePlace());
+  Main& main = run.main;
   while (!bytes.AtEnd()) {
     const int size = main.BoardSize;
     if (bytes.Once(2)) {
@@ -241,8 +192,8 @@ void UseAnswers(Bytes& bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace bivouac;
-  ThePlace().Refresh();
   Bytes bytes(data, size);
+  Refresh(bytes);
   switch (bytes.Below(6)) {
     case 0:
     case 1:

@@ -8,7 +8,7 @@
 #include "game/board.h"
 #include "game/layout.h"
 #include "game/text.h"
-#include "generator/unique_solution.h"
+#include "packs/faults.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "workbench/workbench.h"
@@ -306,37 +306,8 @@ std::string WrongInMadePuzzle(const Main& main) {
   PackRecord puzzle;
   RecordFile<PackRecord>(PackPath(main.global, main.BoardSize)).Read(main.PuzzleNo, puzzle);
   Workbench bench;
-  Main& judge = bench.main;
-  LayOutRecord(judge, puzzle);
-  const int size = judge.BoardSize;
-  Array<int> tents = judge.Board;
-  int standing = 0;
-  for (int cell = 0; cell < judge.CellCount; ++cell) {
-    if (judge.Board[cell] != CELL_TREE) continue;
-    const std::array<int, 5> steps = {0, -size, 1, size, -1};
-    int& tent = tents[cell + steps.at(static_cast<std::size_t>(judge.TentDir[cell]))];
-    standing += tent == CELL_TENT;
-    tent = CELL_OPEN;  // No other tree's.
-  }
-  if (standing != judge.TreeCount) return std::to_string(judge.TreeCount) + " trees";
-  const auto tentAt = [&](int row, int column) {
-    return row < size && column >= 0 && column < size && judge.Board[row * size + column] == CELL_TENT;
-  };
-  for (int i = 0; i < size; ++i) {
-    int inRow = 0;
-    int inColumn = 0;
-    for (int j = 0; j < size; ++j) {
-      inRow += tentAt(i, j);
-      inColumn += tentAt(j, i);
-      const bool touched =
-          tentAt(i, j + 1) || tentAt(i + 1, j - 1) || tentAt(i + 1, j) || tentAt(i + 1, j + 1);
-      if (tentAt(i, j) && touched) return "tents touch";
-    }
-    if (inRow != puzzle.RowCounts[i] || inColumn != puzzle.ColCounts[i]) return "clue " + std::to_string(i);
-  }
-  bool unique = false;
-  CheckUniqueSolution(judge, unique);
-  return unique ? "" : "two solutions";
+  const std::vector<Fault> faults = FaultsOf(PackName(main.BoardSize), {{puzzle}, 0}, bench.main);
+  return faults.empty() ? "" : faults.front().Field + ": " + faults.front().Words;
 }
 
 }  // namespace bivouac

@@ -17,14 +17,12 @@
 #include "fuzz/bytes.h"
 #include "fuzz/invariants.h"
 #include "fuzz/target.h"
-#include "storage/pack_files.h"
+#include "tests/support/installation.h"
 #include "window/program.h"
 #include "window/widgets.h"
 
 namespace bivouac {
 namespace {
-
-constexpr int kPackBytes = 1376;
 
 /// Settings and data in a folder of their own, and the application that Qt wants.
 struct Surroundings {
@@ -49,18 +47,12 @@ struct Surroundings {
   QApplication* application;  ///< Stays: Qt is half gone when static objects end.
 };
 
-/// One puzzle for each size, so that a start is short.
+/// Short packs, so that a start is short.
 void Install(Bytes& bytes) {
   const QDir data(qEnvironmentVariable("XDG_DATA_HOME") + "/Bvc");
   QDir(data).removeRecursively();
   QDir().mkpath(data.path());
-  for (int size = kMinSize; size <= kMaxSize; ++size) {
-    const QString name = QString::fromStdString(PackName(size));
-    QFile shipped(QStringLiteral(BIVOUAC_SOURCE_DIR "/assets/packs/") + name);
-    QFile pack(data.filePath(name));
-    if (!shipped.open(QFile::ReadOnly) || !pack.open(QFile::WriteOnly)) Fault("no pack");
-    pack.write(shipped.read(qint64{3} * kPackBytes));
-  }
+  WriteShortPacks(data.path().toStdString());
   QSettings settings("Bivouac", "Bivouac");
   settings.clear();
   settings.setValue("Options/Size",
@@ -161,13 +153,10 @@ class Hand : public QObject {
   /// So that games get solved at all.
   void PlayOn() {
     const Main& main = State();
-    for (int cell = 0; cell < main.CellCount; ++cell) {
-      if (main.PuzzleOver || main.Paused || !main.BoardLive || IsMakingPuzzle(main)) return;
-      if (program_.Road().Modals() > 0 || main.Board[cell] == CELL_TREE) continue;
-      const int right = main.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS;
-      for (int clicks = 0; clicks < 2 && main.Board[cell] != right; ++clicks)
-        program_.Window().Board().Press(cell);
-    }
+    ClickRightFields(main, [&](int cell) {
+      const bool live = !main.Paused && main.BoardLive && !IsMakingPuzzle(main);
+      if (live && program_.Road().Modals() == 0) program_.Window().Board().Press(cell);
+    });
   }
 
   void Click(QWidget& top) {

@@ -14,6 +14,7 @@
 #include "game/spoken.h"
 #include "game/web_link.h"
 #include "tests/support/files.h"
+#include "tests/support/installation.h"
 #include "tests/support/picture.h"
 #include "tests/support/scripted_desktop.h"
 
@@ -54,7 +55,7 @@ class GameTest : public testing::Test {
   void SolveAllBut(int last) {
     for (int cell = 0; cell < main.CellCount; ++cell) {
       if (cell == last || main.Board[cell] == CELL_TREE) continue;
-      Put(cell, main.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS);
+      Put(cell, RightCode(main, cell));
     }
   }
 

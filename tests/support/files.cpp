@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "packs/pack_access.h"
+#include "storage/pack_files.h"
 #include "workbench/position.h"
 
 namespace bivouac {
@@ -54,6 +55,13 @@ std::string Integers(std::initializer_list<int> values) {
     bytes += static_cast<char>(value >> 8 & 0xFF);
   }
   return bytes;
+}
+
+const std::string& ShippedPack(int size) {
+  static std::map<int, std::string> packs;
+  std::string& pack = packs[size];
+  if (pack.empty()) pack = BytesOf(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size));
+  return pack;
 }
 
 std::vector<PackRecord> ReadPack(const std::string& path) {

@@ -34,6 +34,8 @@ std::map<std::string, std::string> FilesIn(const std::string& folder);
 /// Bytes of 16-bit integers, low byte first.
 std::string Integers(std::initializer_list<int> values);
 
+/// The pack of that size that comes with the program.
+const std::string& ShippedPack(int size);
 /// All records of a pack, by its path below the source tree.
 std::vector<PackRecord> ReadPack(const std::string& path);
 /// The lines of a table of worked results, by its path below the source tree, cut at the tabs.

@@ -14,19 +14,24 @@
 
 namespace bivouac {
 
-Installation::Installation() {
+void WriteShortPacks(const std::string& folder, int first) {
+  constexpr std::size_t kBytes = RecordFile<PackRecord>::kBytes;
+  for (int size = kMinSize; size <= kMaxSize; ++size) {
+    WriteBytes(
+        folder + "/" + PackName(size),
+        ShippedPack(size).substr(static_cast<std::size_t>(first) * kBytes, kInstalledPuzzles * kBytes));
+  }
+}
+
+Installation::Installation(int first) {
   std::filesystem::create_directory(folder / "program");
   std::filesystem::create_directory(folder / "local");
-  for (int size = kMinSize; size <= kMaxSize; ++size) {
-    const std::string pack = BytesOf(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(size));
-    WriteBytes(InProgram(PackName(size)),
-               pack.substr(0, std::size_t{kInstalledPuzzles} * RecordFile<PackRecord>::kBytes));
-  }
+  WriteShortPacks(folder / "program", first);
   desktop.Program = folder / "program";
   desktop.LocalData.Path = folder / "local";
 }
 
-void Installation::AddPlayers(std::initializer_list<std::string> names) {
+void Installation::AddPlayers(const std::vector<std::string>& names) {
   int player = 0;
   for (const std::string& name : names) {
     desktop.Settings[{"Players", "Player" + TwoDigits(++player)}] = FixedName(name);
@@ -45,8 +50,23 @@ std::vector<std::string> Installation::TakeBoxes() {
   return texts;
 }
 
-ProgramRun::ProgramRun(Installation& installation) : main(global, installation.desktop), form(main) {
+ProgramRun::ProgramRun(Installation& installation) : LoadedProgram(installation.desktop) {
   Form_Load(main, form);
+}
+
+int RightCode(const Main& main, int cell) {
+  return main.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS;
+}
+
+void ClickRightFields(const Main& main, const std::function<void(int cell)>& click) {
+  for (int cell = 0; cell < main.CellCount; ++cell) {
+    if (main.Board[cell] == CELL_TREE) continue;
+    for (int before = -1; !main.PuzzleOver && main.Board[cell] != RightCode(main, cell);) {
+      if (main.StepCount == before) return;
+      before = main.StepCount;
+      click(cell);
+    }
+  }
 }
 
 void OpenPuzzle(ProgramRun& run, int number) {
@@ -60,11 +80,7 @@ void SolvePuzzle(ProgramRun& run, int number, int seconds) {
   OpenPuzzle(run, number);
   desktop.Now = "12:" + FormatClock(seconds);
   Timer3_Timer(run.main);
-  for (int cell = 0; cell < run.main.CellCount; ++cell) {
-    if (run.main.Board[cell] == CELL_TREE) continue;
-    const int end = run.main.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS;
-    while (run.main.Board[cell] != end) Grid_Click(run.main, cell);
-  }
+  ClickRightFields(run.main, [&](int cell) { Grid_Click(run.main, cell); });
   if (!run.main.PuzzleOver) throw std::logic_error("the puzzle is not solved");
 }
 

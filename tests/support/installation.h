@@ -1,6 +1,7 @@
 // A program installed in a folder, with packs of three puzzles for every size, and a user's folder.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -13,15 +14,19 @@ namespace bivouac {
 
 inline constexpr int kInstalledPuzzles = 3;
 
+/// Writes the packs of three puzzles, from this one on of those that come with the program, counted from 0.
+void WriteShortPacks(const std::string& folder, int first = 0);
+
 /// What stays from run to run: the folders and the desktop with its settings.
 struct Installation {
-  Installation();
+  /// `first` as above.
+  explicit Installation(int first = 0);
 
   /// Path of a file in the program's folder or among the user's data.
   std::string InProgram(const std::string& name) const { return folder / ("program/" + name); }
   std::string InData(const std::string& name) const { return folder / ("local/Bvc/" + name); }
   /// The settings of players of these names, the last of whom is playing. At most nine.
-  void AddPlayers(std::initializer_list<std::string> names);
+  void AddPlayers(const std::vector<std::string>& names);
   /// The message boxes since the last call, each "title|text" and, if it has one, "|" and its symbol.
   std::vector<std::string> TakeBoxes();
 
@@ -29,14 +34,25 @@ struct Installation {
   ScriptedDesktop desktop;
 };
 
-/// One run of the program, started.
-struct ProgramRun {
-  explicit ProgramRun(Installation& installation);
+/// A program that has not started yet.
+struct LoadedProgram {
+  explicit LoadedProgram(Desktop& desktop) : main(global, desktop), form(main) {}
 
   Global global;
   Main main;
   FormNamen form;
 };
+
+/// One run of the program, started.
+struct ProgramRun : LoadedProgram {
+  explicit ProgramRun(Installation& installation);
+};
+
+/// What a field is clicked to for the puzzle to be solved: a tent, or grass.
+int RightCode(const Main& main, int cell);
+/// Clicks each field to what is right until the puzzle is over, or a click changes nothing; `click` may end
+/// the program by an exception.
+void ClickRightFields(const Main& main, const std::function<void(int cell)>& click);
 
 /// Opens a puzzle of the current size by the box.
 void OpenPuzzle(ProgramRun& run, int number);

@@ -9,6 +9,7 @@ namespace bivouac {
 BoxAnswer ScriptedDesktop::Show(const MessageBox& box) {
   Boxes.push_back(box);
   if (WhileOpen) WhileOpen(box);
+  if (AnswerBox) return AnswerBox(box);
   if (box.Buttons == BoxButtons::Ok) return BoxAnswer::Ok;
   if (Answers.empty()) throw std::logic_error("unexpected box: " + box.Title + ": " + box.Text);
   const BoxAnswer answer = Answers.front();
@@ -18,6 +19,7 @@ BoxAnswer ScriptedDesktop::Show(const MessageBox& box) {
 
 std::string ScriptedDesktop::Show(const InputBox& box) {
   InputBoxes.push_back(box);
+  if (AnswerInput) return AnswerInput(box);
   if (Inputs.empty()) throw std::logic_error("unexpected input box: " + box.Title);
   std::string input = Inputs.front();
   Inputs.pop_front();

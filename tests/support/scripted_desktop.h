@@ -19,6 +19,9 @@ class ScriptedDesktop : public Desktop {
   // unexpected one. Plain boxes with an OK button need no answer.
   std::deque<BoxAnswer> Answers;
   std::deque<std::string> Inputs;
+  // Called, if set, instead of taking one from there.
+  std::function<BoxAnswer(const MessageBox&)> AnswerBox;
+  std::function<std::string(const InputBox&)> AnswerInput;
   // Called, if set, while a message box is open, before it is answered.
   std::function<void(const MessageBox&)> WhileOpen;
   // Called, if set, at every yield.

@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include "tests/support/installation.h"
+
 namespace bivouac {
 
 GameRun::GameRun(const char* size) {
@@ -139,12 +141,7 @@ void OpenPuzzle(GameRun& run, Program& program, int number) {
 }
 
 void Solve(Program& program) {
-  Main& main = program.State();
-  for (int cell = 0; cell < main.CellCount; ++cell) {
-    if (main.Board[cell] == CELL_TREE) continue;
-    const int goal = main.Solution[cell] == CELL_TENT ? CELL_TENT : CELL_GRASS;
-    while (!main.PuzzleOver && main.Board[cell] != goal) ClickCell(program, cell);
-  }
+  ClickRightFields(program.State(), [&](int cell) { ClickCell(program, cell); });
 }
 
 }  // namespace bivouac
