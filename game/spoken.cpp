@@ -89,6 +89,13 @@ std::string SpokenField(const Main& main, int cell) {
          ". Column: " + LineState(main, main.ColCnt[col], col, main.BoardSize) + ".";
 }
 
+std::string SpokenClue(const std::string& line, TextColour colour) {
+  const char* state = colour == TextColour::Red     ? ", too many tents"
+                      : colour == TextColour::Green ? ", finished"
+                                                    : "";
+  return "Tents in " + line + state;
+}
+
 std::string SentenceOf(std::string_view text) {
   return std::string(text.substr(0, text.find(" Click HERE")));
 }

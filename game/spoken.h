@@ -16,6 +16,9 @@ std::string SpokenField(const Main& main, int cell);
 /// Its first sentence.
 std::string SpokenFieldAlone(const Main& main, int cell);
 
+/// What a clue is: "Tents in row 1, finished". `line` is its line, such as "row 1".
+std::string SpokenClue(const std::string& line, TextColour colour);
+
 /// The sentence of a hint without its words about clicking; other texts as they are.
 std::string SentenceOf(std::string_view text);
 /// That of the text in lblHint.

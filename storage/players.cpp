@@ -72,7 +72,7 @@ void BeginEditing(FormNamen& form, const std::string& name) {
   form.KnopAnnuleren.Enabled = false;
   form.KnopOK.Enabled = false;
   form.NaamLijst.Enabled = false;
-  form.NaamInvoerveld = {FrontOf(name, kNameFieldLength).Text, true};
+  form.NaamInvoerveld = {FirstCharacters(name, kNameFieldLength), true};
   form.Focus = FormNamen::FocusOn::NaamInvoerveld;
 }
 
@@ -137,6 +137,14 @@ void TakeName(FormNamen& form) {
 }
 
 }  // namespace
+
+int CharactersOf(const std::string& text) {
+  return FrontOf(text, static_cast<int>(text.size())).Characters;
+}
+
+std::string FirstCharacters(const std::string& text, int most) {
+  return FrontOf(text, most).Text;
+}
 
 std::string FixedName(const std::string& name) {
   const Front front = FrontOf(name, kNameLength);

@@ -14,6 +14,9 @@ inline constexpr int kMostPlayers = 99;  ///< Names of files and settings have t
 inline constexpr int kNameLength = 16;       ///< Characters of a stored name, Unicode code points.
 inline constexpr int kNameFieldLength = 15;  ///< Characters that the field takes.
 
+/// Characters of a text in UTF-8, counted as Unicode code points, and the first of them, at most that many.
+int CharactersOf(const std::string& text);
+std::string FirstCharacters(const std::string& text, int most);
 /// The name cut or filled up with blanks to 16 characters.
 std::string FixedName(const std::string& name);
 /// A player's name without trailing blanks. Errors: IndexOutsideArray if there is no such player.

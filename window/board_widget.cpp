@@ -9,15 +9,22 @@
 #include <cmath>
 #include <utility>
 
+#include "events/board_keys.h"
 #include "game/spoken.h"
+#include "window/keys.h"
 
 namespace bivouac {
 namespace {
 
-constexpr int kPageRows = 5;
 /// Keys that click a field on until it holds the code.
 constexpr std::pair<Qt::Key, int> kContentKeys[] = {
     {Qt::Key_O, CELL_OPEN}, {Qt::Key_G, CELL_GRASS}, {Qt::Key_T, CELL_TENT}};
+
+constexpr std::pair<Qt::Key, FrameKey> kFrameKeys[] = {
+    {Qt::Key_Left, FrameKey::Left},     {Qt::Key_Right, FrameKey::Right},
+    {Qt::Key_Up, FrameKey::Up},         {Qt::Key_Down, FrameKey::Down},
+    {Qt::Key_PageUp, FrameKey::PageUp}, {Qt::Key_PageDown, FrameKey::PageDown},
+    {Qt::Key_Home, FrameKey::Home},     {Qt::Key_End, FrameKey::End}};
 
 constexpr QColor kFrameOuter(0x00, 0x2A, 0x8C);
 constexpr QColor kFrameInner(0xFF, 0xFF, 0xFF);
@@ -191,49 +198,20 @@ void BoardWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void BoardWidget::keyPressEvent(QKeyEvent* event) {
   if (size_ == 0) return QWidget::keyPressEvent(event);
-  const int row = current_ / size_;
-  const int col = current_ % size_;
-  int next = current_;
   const bool control = event->modifiers().testFlag(Qt::ControlModifier);
   for (const auto& [key, code] : kContentKeys) {
     if (event->key() != key || control) continue;
-    if (!ShowsFrameFirst() && !event->isAutoRepeat()) PutCurrent(code);
+    if (!ShowsFrameFirst() && !event->isAutoRepeat()) ClickUntil(main_, current_, code, click_);
     return;
   }
-  switch (event->key()) {
-    case Qt::Key_Left:
-      next -= col > 0 ? 1 : 0;
-      break;
-    case Qt::Key_Right:
-      next += col < size_ - 1 ? 1 : 0;
-      break;
-    case Qt::Key_Up:
-      next -= row > 0 ? size_ : 0;
-      break;
-    case Qt::Key_Down:
-      next += row < size_ - 1 ? size_ : 0;
-      break;
-    case Qt::Key_PageUp:
-      next -= std::min(row, kPageRows) * size_;
-      break;
-    case Qt::Key_PageDown:
-      next += std::min(size_ - 1 - row, kPageRows) * size_;
-      break;
-    case Qt::Key_Home:
-      next = control ? 0 : row * size_;
-      break;
-    case Qt::Key_End:
-      next = control ? size_ * size_ - 1 : row * size_ + size_ - 1;
-      break;
-    case Qt::Key_Space:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      if (!ShowsFrameFirst() && !event->isAutoRepeat()) click_(current_);
-      return;
-    default:
-      return QWidget::keyPressEvent(event);
+  if (IsPressKey(event->key())) {
+    if (!ShowsFrameFirst() && !event->isAutoRepeat()) click_(current_);
+    return;
   }
-  if (!ShowsFrameFirst()) MoveFrame(next);
+  const auto* move = std::find_if(std::begin(kFrameKeys), std::end(kFrameKeys),
+                                  [&](const auto& row) { return row.first == event->key(); });
+  if (move == std::end(kFrameKeys)) return QWidget::keyPressEvent(event);
+  if (!ShowsFrameFirst()) MoveFrame(FrameAfter(size_, current_, move->second, control));
 }
 
 /// Where no frame is shown the first key only shows it, so that nobody changes a field unseen. Returns
@@ -268,16 +246,6 @@ void BoardWidget::MoveFrame(int index) {
   current_ = index;
   if (frameShown_) update(CellRect(current_));
   if (hasFocus()) TellFocus();
-}
-
-/// Every click counts, as the mouse's do, up to the one that solves the puzzle or is dropped.
-void BoardWidget::PutCurrent(int code) {
-  const int cell = current_;
-  if (cell > main_.Board.Upper() || main_.Board[cell] == CELL_TREE) return;
-  for (int before = -1; main_.Board[cell] != code && main_.StepCount != before && !main_.PuzzleOver;) {
-    before = main_.StepCount;
-    click_(cell);
-  }
 }
 
 void BoardWidget::TellName(int index) {

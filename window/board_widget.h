@@ -77,7 +77,6 @@ class BoardWidget : public QWidget {
   bool ShowsFrameFirst();
   void SetFrameShown(bool shown);
   void TellName(int index);
-  void PutCurrent(int code);
 
   const Main& main_;
   Click click_;

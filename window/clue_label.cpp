@@ -5,29 +5,31 @@
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "game/spoken.h"
 
 namespace bivouac {
 namespace {
 
 constexpr int kClueSize = 15;  // Pixels at the window's opening size.
 
-/// How a clue looks and what is said of it.
+/// How a clue looks.
 struct Look {
   QColor Text;
   QColor Rim;  ///< Pure green is too bright to be read on the window's ground without one.
-  const char* State;
 };
 
 Look LookOf(TextColour colour) {
   switch (colour) {
     case TextColour::Red:
-      return {{0xFF, 0x00, 0x00}, {}, ", too many tents"};
+      return {{0xFF, 0x00, 0x00}, {}};
     case TextColour::Green:
-      return {{0x00, 0xFF, 0x00}, {0x00, 0x58, 0x00}, ", finished"};
+      return {{0x00, 0xFF, 0x00}, {0x00, 0x58, 0x00}};
     case TextColour::WindowText:
       break;
   }
-  return {{0x10, 0x10, 0x10}, {}, ""};
+  return {{0x10, 0x10, 0x10}, {}};
 }
 
 // Lengths in pixels of the window's opening size. A label is 17 high, its last pixel under the board.
@@ -42,9 +44,9 @@ constexpr double kLift = 1;  // Of a text with a line under it.
 
 }  // namespace
 
-ClueLabel::ClueLabel(const QString& line, QWidget* parent)
-    : TextLabel({.LargestText = kClueSize, .Bold = true}, parent), line_(line) {
-  setAccessibleDescription(QStringLiteral("Tents in ") + line_);
+ClueLabel::ClueLabel(std::string line, QWidget* parent)
+    : TextLabel({.LargestText = kClueSize, .Bold = true}, parent), line_(std::move(line)) {
+  setAccessibleDescription(QString::fromStdString(SpokenClue(line_, colour_)));
   SetTextColour(LookOf(colour_).Text);
   hide();
 }
@@ -55,7 +57,7 @@ void ClueLabel::Draw(const Label& value) {
     colour_ = value.ForeColor;
     const Look look = LookOf(colour_);
     SetTextColour(look.Text, look.Rim);
-    setAccessibleDescription(QStringLiteral("Tents in ") + line_ + QLatin1String(look.State));
+    setAccessibleDescription(QString::fromStdString(SpokenClue(line_, colour_)));
     if (Unit() > 0) FitText(Unit());
   }
   if (isHidden() == value.Visible) setVisible(value.Visible);

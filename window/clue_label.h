@@ -1,6 +1,8 @@
 // The clue of a row or column.
 #pragma once
 
+#include <string>
+
 #include "game/controls.h"
 #include "window/widgets.h"
 
@@ -11,7 +13,7 @@ namespace bivouac {
 class ClueLabel : public TextLabel {
  public:
   /// `line` names it: "row 3".
-  ClueLabel(const QString& line, QWidget* parent);
+  ClueLabel(std::string line, QWidget* parent);
 
   /// Draws what changed in the value but its place.
   void Draw(const Label& value);
@@ -21,7 +23,7 @@ class ClueLabel : public TextLabel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QString line_;
+  std::string line_;
   TextColour colour_ = TextColour::WindowText;
 };
 

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "events/focus.h"
+#include "events/help.h"
 #include "game/blinking.h"
 #include "game/clock.h"
 #include "game/web_link.h"
@@ -25,20 +27,9 @@ namespace {
 constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour of their own.
 constexpr double kSmallest = 0.6;                // Of the opening size.
 constexpr int kBoxText = 13;
-constexpr const char* kProgressKey = "S";
-constexpr const char* kOtherKeys =
-    ". S says the time, the steps and the tents left. Tab goes from control to control, the board comes last."
-    "\nON THE BOARD: Arrow keys, Page Up, Page Down, Home, End, Ctrl+Home and Ctrl+End move the frame. Space "
-    "and Enter click. G, T and O click the field on until it is grass, tent or open. Enter or Escape ends a "
-    "hint.";
-constexpr const char* kPrintKey = "\nON PAPER: Ctrl+P prints the position.";
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
-}
-
-QString DescriptionOf(const ControlRow& row) {
-  return QString::fromUtf8(row.ToolTip.empty() ? row.Description : row.ToolTip);
 }
 
 }  // namespace
@@ -109,8 +100,8 @@ void MainWindow::SetIcon() {
 
 void MainWindow::AddPlaced(QWidget* widget, const ControlRow& row) {
   widget->setObjectName(QString::fromUtf8(row.Name));
-  widget->setToolTip(QString::fromUtf8(row.ToolTip));
-  widget->setAccessibleDescription(DescriptionOf(row));
+  widget->setToolTip(QString::fromStdString(TipOf(row, row.Keys)));
+  widget->setAccessibleDescription(QString::fromUtf8(DescriptionOf(row)));
   placed_.push_back({widget, row.At});
 }
 
@@ -120,11 +111,6 @@ void MainWindow::AddButton(const ControlRow& control) {
   button->SetKeys(QString::fromUtf8(control.Keys).split(QLatin1Char(' '), Qt::SkipEmptyParts));
   connect(button, &QPushButton::clicked, this, [this, &row] { Press([&] { PressButton(main_, row); }); });
   AddPlaced(button, control);
-  if (control.ToolTip.empty()) {
-    const QString description = button->accessibleDescription();
-    const QString keys = button->Keys().join(QStringLiteral(", "));
-    button->setToolTip(keys.isEmpty() ? description : QStringLiteral("%1 (%2)").arg(description, keys));
-  }
   buttons_.push_back({button, &row});
 }
 
@@ -157,14 +143,14 @@ void MainWindow::AddLabel(const ControlRow& row) {
 }
 
 void MainWindow::AddClueLabels() {
-  const auto add = [this](const char* name, const char* line, int number) {
-    auto* label = new ClueLabel(QStringLiteral("%1 %2").arg(QLatin1String(line)).arg(number + 1), this);
+  const auto add = [this](const char* name, const std::string& line, int number) {
+    auto* label = new ClueLabel(line + std::to_string(number + 1), this);
     label->setObjectName(QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(number));
     return label;
   };
   for (int line = 0; line < kMaxSize; ++line) {
-    rowClues_[line].Widget = add("RowCnt", "row", line);
-    colClues_[line].Widget = add("ColCnt", "column", line);
+    rowClues_[line].Widget = add("RowCnt", "row ", line);
+    colClues_[line].Widget = add("ColCnt", "column ", line);
   }
 }
 
@@ -205,17 +191,9 @@ void MainWindow::ShowHelp() {
       return;
     }
   }
-  QStringList keys;
-  for (const PlacedButton& button : buttons_) {
-    const ColourButton& widget = *button.Widget;
-    if (widget.Keys().isEmpty()) continue;
-    keys += QStringLiteral("%1: %2").arg(widget.Keys().join(QStringLiteral(" or ")), widget.text());
-  }
-  QString text =
-      QString::fromUtf8(RulesText()) + QStringLiteral("\n\nKEYS: ") + keys.join(QStringLiteral(", "));
-  text += QLatin1String(kOtherKeys);
-  if (printing_.IsOffered()) text += QLatin1String(kPrintKey);
-  main_.desktop.Show(MessageBox{.Title = "Help", .Text = text.toStdString()});
+  std::string text = HelpText(KeysOfTable);
+  if (printing_.IsOffered()) text += kPrintKeyHelp;
+  main_.desktop.Show(MessageBox{.Title = "Help", .Text = text});
 }
 
 Listener MainWindow::ListenerNow() {
@@ -302,19 +280,15 @@ void MainWindow::DrawClue(const Label& value, PlacedClue& clue) {
   clue.Widget->Draw(value);
 }
 
-/// A text other than the rules waits for a click: a hint on show, or the word that there is none.
-bool MainWindow::HintTakesClicks() const {
-  return !main_.lblHint.Caption.empty() && main_.lblHint.Caption != RulesText();
-}
-
 void MainWindow::DrawHint() {
   const QString text = QString::fromUtf8(main_.lblHint.Caption);
   if (text == hint_->Text()) return;
   hint_->SetText(text);
   hint_->setAccessibleName(QString::fromStdString(SpokenHint(main_)));
-  hintTakesClicks_ = HintTakesClicks();
-  hint_->setAccessibleDescription(hintTakesClicks_ ? QString::fromStdString(SpokenMarks(main_))
-                                                   : DescriptionOf(ControlNamed("lblHint")));
+  hintTakesClicks_ = HintTakesClicks(main_);
+  hint_->setAccessibleDescription(hintTakesClicks_
+                                      ? QString::fromStdString(SpokenMarks(main_))
+                                      : QString::fromUtf8(DescriptionOf(ControlNamed("lblHint"))));
   hint_->setCursor(hintTakesClicks_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
   hint_->setFocusPolicy(hintTakesClicks_ ? Qt::TabFocus : Qt::NoFocus);
 }
@@ -337,24 +311,24 @@ void MainWindow::DrawButtons(bool enabled) {
 }
 
 void MainWindow::DrawFocus(bool hintAppeared) {
-  QWidget* const focus = focusWidget();
-  QWidget* const next = FocusFrom(focus, hintAppeared);
-  if (next != focus) next->setFocus(keyUsedLast_ ? kFocusAfterKey : Qt::OtherFocusReason);
+  const Focus now = FocusNow();
+  const Focus next = FocusFrom(main_, now, hintAppeared);
+  if (next == now) return;
+  QWidget* waiting = board_;
+  if (next.Where == Focus::On::Hint) waiting = hint_;
+  if (next.Where == Focus::On::Continue) waiting = continue_;
+  waiting->setFocus(keyUsedLast_ ? kFocusAfterKey : Qt::OtherFocusReason);
 }
 
-/// Where the focus goes: nowhere, as long as the control that has it can keep it; else to what waits for the
-/// player next. A hint that has just come takes it from the board, which got it while questions were open.
-QWidget* MainWindow::FocusFrom(QWidget* focus, bool hintAppeared) const {
-  QWidget* waiting = board_;
-  if (hintTakesClicks_) waiting = hint_;
-  if (main_.Shield.Visible) waiting = continue_;
-  if (focus == board_) return main_.Shield.Visible || hintAppeared ? waiting : focus;
-  if (focus == continue_) return main_.Shield.Visible ? focus : board_;
-  if (focus == hint_) return hintTakesClicks_ ? focus : waiting;
+Focus MainWindow::FocusNow() const {
+  const QWidget* focus = focusWidget();
+  if (focus == board_) return {Focus::On::Board};
+  if (focus == continue_) return {Focus::On::Continue};
+  if (focus == hint_) return {Focus::On::Hint};
   for (const PlacedButton& button : buttons_) {
-    if (focus == button.Widget) return (main_.*button.Row->Value).Enabled ? focus : waiting;
+    if (focus == button.Widget) return {Focus::On::Button, button.Row->Value};
   }
-  return focus;
+  return {};
 }
 
 void MainWindow::DrawTimers() {
@@ -428,7 +402,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && HintTakesClicks()) return hint_->Press();
+  if (event->key() == Qt::Key_Escape && HintTakesClicks(main_)) return hint_->Press();
   QWidget::keyPressEvent(event);
 }
 

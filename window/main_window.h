@@ -7,11 +7,12 @@
 #include <memory>
 #include <vector>
 
+#include "events/event_road.h"
+#include "events/focus.h"
 #include "events/presses.h"
 #include "window/announcer.h"
 #include "window/board_widget.h"
 #include "window/clue_label.h"
-#include "window/event_road.h"
 #include "window/printing.h"
 #include "window/scale.h"
 #include "window/status_bar.h"
@@ -87,9 +88,8 @@ class MainWindow : public QWidget {
   void HideShieldOrBoard();
   void DrawButtons(bool enabled);
   void DrawTimers();
-  bool HintTakesClicks() const;
   void DrawFocus(bool hintAppeared);
-  QWidget* FocusFrom(QWidget* focus, bool hintAppeared) const;
+  Focus FocusNow() const;
 
   Main& main_;
   EventRoad& road_;

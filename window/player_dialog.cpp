@@ -30,64 +30,50 @@ QString Unbroken(QString text, const QString& word) {
   return text.replace(word, joined);
 }
 
-}  // namespace
+void Name(QWidget* control, const PlayerControlRow& row) {
+  control->setObjectName(QString::fromLatin1(row.ObjectName));
+  control->setAccessibleName(QString::fromLatin1(row.Name));
+  control->setAccessibleDescription(QString::fromLatin1(row.Description));
+}
 
-const std::array<PlayerDialog::ButtonRow, PlayerDialog::kButtons> PlayerDialog::kButtonRows = {{
-    {"KnopNieuweSpeler", "&New Player", "Adds a player", &FormNamen::KnopNieuweSpeler,
-     KnopNieuweSpeler_Click},
-    {"KnopWijzigen", "&Edit Player", "Changes the name of the selected player", &FormNamen::KnopWijzigen,
-     KnopWijzigen_Click},
-    {"KnopOK", "&OK", "Plays as the selected player", &FormNamen::KnopOK, KnopOK_Click},
-    {"CommandFree", "&Free Play", "Plays as nobody: no times are kept", &FormNamen::CommandFree,
-     CommandFree_Click},
-    {"KnopAnnuleren", "&Cancel", "Closes without a change of player", &FormNamen::KnopAnnuleren,
-     KnopAnnuleren_Click},
-}};
+}  // namespace
 
 PlayerDialog::PlayerDialog(FormNamen& form, EventRoad& road, QWidget* mainWindow)
     : QDialog(mainWindow), form_(form), road_(road) {
-  setObjectName(QStringLiteral("FormNamen"));
-  setWindowTitle(QStringLiteral("Players"));
-  setAccessibleName(windowTitle());
-  setAccessibleDescription(QStringLiteral("Chooses who plays"));
+  Name(this, kPlayerForm);
+  setWindowTitle(accessibleName());
 
-  const QString words = QString::fromLatin1(kPlayerDialogText);
-  auto* text = new QLabel(Unbroken(words, QStringLiteral("-or-")), this);
-  text->setObjectName(QStringLiteral("Label1"));
+  auto* text = new QLabel(this);
+  Name(text, kPlayerText);
+  text->setText(Unbroken(text->accessibleName(), QStringLiteral("-or-")));
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
-  text->setAccessibleName(words);
-  text->setAccessibleDescription(QStringLiteral("What to do here"));
 
   list_ = new QListWidget(this);
-  list_->setObjectName(QStringLiteral("NaamLijst"));
-  list_->setAccessibleName(QStringLiteral("Players"));
-  list_->setAccessibleDescription(QStringLiteral("The names of the players"));
+  Name(list_, kPlayerList);
   list_->setUniformItemSizes(true);
   list_->installEventFilter(this);
   connect(list_, &QListWidget::itemSelectionChanged, this, [this] { TakeSelection(); });
-  connect(list_, &QListWidget::itemDoubleClicked, this, [this] { Run(NaamLijst_DblClick); });
+  connect(list_, &QListWidget::itemDoubleClicked, this,
+          [this] { Run([this] { NaamLijst_DblClick(form_); }); });
 
   field_ = new QLineEdit(this);
-  field_->setObjectName(QStringLiteral("NaamInvoerveld"));
-  field_->setAccessibleName(QStringLiteral("Name"));
-  field_->setAccessibleDescription(QStringLiteral("The name of the player. Enter keeps it, Escape drops it"));
+  Name(field_, kPlayerField);
   field_->installEventFilter(this);
   connect(field_, &QLineEdit::textEdited, this, [this](const QString& edited) { KeepFieldShort(edited); });
 
   auto* buttonColumn = new QVBoxLayout;
-  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
-    const ButtonRow& row = kButtonRows[i];
+  for (const PlayerButtonRow& row : PlayerButtonTable()) {
     auto* button = new QPushButton(QString::fromLatin1(row.Caption), this);
-    button->setObjectName(QString::fromLatin1(row.Name));
+    Name(button, {row.Name, row.Caption, row.Description});
     button->setAccessibleName(button->text().remove(QLatin1Char('&')));
-    button->setAccessibleDescription(QString::fromLatin1(row.Description));
     // Enter in the field must press no button.
     button->setAutoDefault(false);
     button->installEventFilter(this);
-    connect(button, &QPushButton::clicked, this, [this, &row] { Run(row.Click); });
+    connect(button, &QPushButton::clicked, this,
+            [this, &row] { Run([this, &row] { PressPlayerButton(form_, row); }); });
     buttonColumn->addWidget(button);
-    buttons_[i] = button;
+    buttons_.push_back(button);
   }
   buttonColumn->addStretch();
 
@@ -169,8 +155,8 @@ void PlayerDialog::Draw() {
   DrawFocus();
   list_->setEnabled(form_.NaamLijst.Enabled);
   field_->setEnabled(form_.NaamInvoerveld.Enabled);
-  for (std::size_t i = 0; i < kButtonRows.size(); ++i) {
-    buttons_[i]->setEnabled((form_.*kButtonRows[i].Value).Enabled);
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    buttons_[i]->setEnabled((form_.*PlayerButtonTable()[i].Value).Enabled);
   }
 }
 
@@ -201,49 +187,34 @@ void PlayerDialog::DrawFocus() {
   }
 }
 
-/// Under a box over the dialog; and a hidden dialog does nothing, whoever presses what once was shown.
-bool PlayerDialog::IsHeld() const {
-  return !form_.Visible || road_.Modals() > 1;
-}
-
-void PlayerDialog::Run(void (*handler)(FormNamen& form)) {
-  if (!IsHeld()) road_.Run([this, handler] { handler(form_); });
+void PlayerDialog::Run(const EventRoad::Handler& press) {
+  if (!IsHeld(form_, road_)) road_.Run(press);
 }
 
 void PlayerDialog::TakeSelection() {
-  if (IsHeld()) return;
   const QModelIndexList selected = list_->selectionModel()->selectedRows();
-  form_.NaamLijst.ListIndex = selected.isEmpty() ? -1 : selected.front().row();
-  Run(NaamLijst_Click);
+  const int index = selected.isEmpty() ? -1 : selected.front().row();
+  Run([this, index] { SelectPlayer(form_, index); });
 }
 
-/// What was just put in front of the cursor is cut until the field holds no more than it takes.
 void PlayerDialog::KeepFieldShort(const QString& text) {
-  auto before = text.left(field_->cursorPosition()).toUcs4();
-  const auto after = text.mid(field_->cursorPosition()).toUcs4();
-  const auto excess = before.size() + after.size() - kNameFieldLength;
-  if (excess > 0) {
-    before.resize(std::max<qsizetype>(before.size() - excess, 0));
-    const QString head = QString::fromUcs4(reinterpret_cast<const char32_t*>(before.data()), before.size());
-    const QString tail = QString::fromUcs4(reinterpret_cast<const char32_t*>(after.data()), after.size());
-    field_->setText(head + tail);
-    field_->setCursorPosition(static_cast<int>(head.size()));
-  }
-  form_.NaamInvoerveld.Text = field_->text().toStdString();
+  const int cursor = field_->cursorPosition();
+  const QString tail = text.mid(cursor);
+  const QString head =
+      QString::fromStdString(TypeName(form_, text.left(cursor).toStdString(), tail.toStdString()));
+  if (head.size() == cursor) return;
+  field_->setText(head + tail);
+  field_->setCursorPosition(static_cast<int>(head.size()));
 }
 
 void PlayerDialog::closeEvent(QCloseEvent* event) {
   event->ignore();
-  Run(KnopAnnuleren_Click);
+  Run([this] { KnopAnnuleren_Click(form_); });
 }
 
 /// Escape anywhere but in the field.
 void PlayerDialog::reject() {
-  if (form_.KnopAnnuleren.Enabled) {
-    Run(KnopAnnuleren_Click);
-  } else {
-    Run([](FormNamen& form) { NaamInvoerveld_KeyPress(form, Key::Escape); });
-  }
+  Run([this] { PressEscape(form_); });
 }
 
 bool PlayerDialog::eventFilter(QObject* watched, QEvent* event) {
@@ -251,8 +222,7 @@ bool PlayerDialog::eventFilter(QObject* watched, QEvent* event) {
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (watched == field_) {
     if (!IsEnter(key) && key != Qt::Key_Escape) return false;
-    Run(IsEnter(key) ? [](FormNamen& form) { NaamInvoerveld_KeyPress(form, Key::Enter); }
-                     : [](FormNamen& form) { NaamInvoerveld_KeyPress(form, Key::Escape); });
+    Run([this, key] { NaamInvoerveld_KeyPress(form_, IsEnter(key) ? Key::Enter : Key::Escape); });
     return true;
   }
   if (watched == list_) return ListKey(key);
@@ -266,13 +236,13 @@ bool PlayerDialog::eventFilter(QObject* watched, QEvent* event) {
 /// Enter chooses the selected player. With none selected, the first arrow key selects the first.
 bool PlayerDialog::ListKey(int key) {
   if (IsEnter(key)) {
-    if (form_.KnopOK.Enabled) Run(KnopOK_Click);
+    Run([this] { PressEnterOnList(form_); });
     return true;
   }
-  const bool moves = key == Qt::Key_Down || key == Qt::Key_Up;
-  if (!moves || form_.NaamLijst.ListIndex >= 0 || list_->count() == 0) return false;
-  list_->setCurrentRow(0);
-  list_->item(0)->setSelected(true);
+  const int first = SelectedByFirstArrow(form_);
+  if ((key != Qt::Key_Down && key != Qt::Key_Up) || first < 0) return false;
+  list_->setCurrentRow(first);
+  list_->item(first)->setSelected(true);
   return true;
 }
 

@@ -5,11 +5,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <array>
 #include <optional>
+#include <vector>
 
-#include "storage/players.h"
-#include "window/event_road.h"
+#include "events/player_presses.h"
 
 namespace bivouac {
 
@@ -29,18 +28,7 @@ class PlayerDialog : public QDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  struct ButtonRow {
-    const char* Name;
-    const char* Caption;
-    const char* Description;
-    Button FormNamen::*Value;
-    void (*Click)(FormNamen& form);
-  };
-  static constexpr int kButtons = 5;
-  static const std::array<ButtonRow, kButtons> kButtonRows;
-
-  bool IsHeld() const;
-  void Run(void (*handler)(FormNamen& form));
+  void Run(const EventRoad::Handler& press);
   void Resize(double unit);
   QSize LayOut(double unit, int listHeight);
   void MoveOverMainWindow();
@@ -54,7 +42,7 @@ class PlayerDialog : public QDialog {
   EventRoad& road_;
   QListWidget* list_;
   QLineEdit* field_;
-  std::array<QPushButton*, kButtons> buttons_{};
+  std::vector<QPushButton*> buttons_;  ///< In the order of PlayerButtonTable.
   std::vector<std::string> drawnItems_;
   std::optional<FormNamen::FocusOn> drawnFocus_;  ///< Nothing at each showing.
 };

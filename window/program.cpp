@@ -44,7 +44,8 @@ Program::Program()
     : desktop_(sound_),
       main_(global_, desktop_),
       form_(main_),
-      road_([this] { Draw(); }, [this](const std::string& line) { Report(line); }),
+      road_([this] { Draw(); }, [this](const std::string& line) { Report(line); },
+            [](int status) { QCoreApplication::exit(status); }),
       window_(main_, road_) {
   desktop_.Attach(road_, window_, [this]() -> PlayerDialog& { return Dialog(); });
   new FirstFrame(window_, [this] { FinishStart(); });

@@ -1,10 +1,10 @@
 // The whole program: the state, the window that draws it, and the desktop, wired together.
 #pragma once
 
+#include "events/event_road.h"
 #include "game/game_state.h"
 #include "storage/players.h"
 #include "window/accessibility.h"
-#include "window/event_road.h"
 #include "window/main_window.h"
 #include "window/player_dialog.h"
 #include "window/qt_desktop.h"

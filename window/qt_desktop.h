@@ -6,8 +6,8 @@
 #include <chrono>
 #include <functional>
 
+#include "events/event_road.h"
 #include "game/desktop.h"
-#include "window/event_road.h"
 #include "window/main_window.h"
 #include "window/player_dialog.h"
 #include "window/sound_player.h"

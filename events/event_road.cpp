@@ -1,6 +1,5 @@
-#include "window/event_road.h"
+#include "events/event_road.h"
 
-#include <QCoreApplication>
 #include <cstdio>
 
 namespace bivouac {
@@ -23,8 +22,7 @@ void EventRoad::Run(const Handler& handler) {
 void EventRoad::End(int status) {
   if (!ended_) status_ = status;
   ended_ = true;
-  // Leaves the event loops of modal boxes too, so that the handlers that wait for them unwind.
-  QCoreApplication::exit(status_);
+  leave_(status_);
 }
 
 void EventRoad::ReportError(const std::string& line) {

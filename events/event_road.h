@@ -16,8 +16,13 @@ class EventRoad {
   /// Shows the line that tells of an unhandled error and holds the caller until it is read.
   using Report = std::function<void(const std::string& line)>;
 
+  /// Leaves the event loops of the platform, those of modal boxes too, so that the handlers that wait for
+  /// them unwind.
+  using Leave = std::function<void(int status)>;
+
   /// `draw` brings what changed to the screen; it runs after every handler.
-  EventRoad(Handler draw, Report report) : draw_(std::move(draw)), report_(std::move(report)) {}
+  EventRoad(Handler draw, Report report, Leave leave)
+      : draw_(std::move(draw)), report_(std::move(report)), leave_(std::move(leave)) {}
 
   /// Runs a handler and draws. Throws nothing that a handler throws. Does nothing once the program has ended.
   void Run(const Handler& handler);
@@ -54,6 +59,7 @@ class EventRoad {
 
   Handler draw_;
   Report report_;
+  Leave leave_;
   bool ended_ = false;
   int modals_ = 0;
   int status_ = 0;

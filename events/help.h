@@ -1,0 +1,28 @@
+// What a window says of itself: tips, descriptions and the text of the help box.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "game/controls.h"
+
+namespace bivouac {
+
+/// The keys of a control, with blanks between; a window that cannot have one of them gives another.
+using KeysOf = std::string_view (*)(const ControlRow& row);
+inline std::string_view KeysOfTable(const ControlRow& row) {
+  return row.Keys;
+}
+
+inline constexpr const char* kProgressKey = "S";
+inline constexpr const char* kPrintKeyHelp = "\nON PAPER: Ctrl+P prints the position.";
+
+/// What a control does.
+std::string_view DescriptionOf(const ControlRow& row);
+/// The same for eyes, with the keys where there are any.
+std::string TipOf(const ControlRow& row, std::string_view keys);
+
+/// The rules and the keys, for the help box.
+std::string HelpText(KeysOf keysOf);
+
+}  // namespace bivouac
