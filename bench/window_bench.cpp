@@ -15,7 +15,10 @@
 
 #include "game/layout.h"
 #include "storage/navigation.h"
+#include "storage/pack_files.h"
+#include "storage/record_file.h"
 #include "window/program.h"
+#include "window/puzzle_table.h"
 
 namespace bivouac {
 namespace {
@@ -127,6 +130,23 @@ void Yield(benchmark::State& state, Program& program) {
   for (auto _ : state) desktop.Yield();
 }
 
+/// The list of the puzzles with a pack of 6,400, up to what a player can see of it.
+void ListPuzzles(benchmark::State& state, Program& program) {
+  constexpr int kPuzzles = 6400;
+  Main& main = program.State();
+  RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize));
+  const std::vector<PackRecord> few = pack.ReadAll();
+  while (pack.Counts().Whole < kPuzzles) pack.WriteAll(pack.Counts().Next, few);
+  main.PuzzleCount[main.BoardSize - kMinSize] = kPuzzles;
+  PuzzleTable table(main);
+  PuzzleFilter filter(table);
+  filter.sort(PuzzleTable::kLevel, Qt::DescendingOrder);
+  for (auto _ : state) {
+    table.Refresh();
+    benchmark::DoNotOptimize(filter.index(0, 0).data());
+  }
+}
+
 void Register(const char* name, void (*function)(benchmark::State&, Program&), Program& program,
               benchmark::IterationCount iterations = 0) {
   auto* added = benchmark::RegisterBenchmark(
@@ -147,6 +167,7 @@ int Run(int argc, char** argv) {
   Register("Window/Click", Click, program);
   Register("Window/DrawUnchanged", DrawUnchanged, program);
   Register("Window/Yield", Yield, program);
+  Register("Window/ListPuzzles", ListPuzzles, program);
   QTimer::singleShot(0, &program.Window(), [] {
     benchmark::RunSpecifiedBenchmarks();
     QCoreApplication::exit();

@@ -15,6 +15,8 @@ inline std::string_view KeysOfTable(const ControlRow& row) {
 }
 
 inline constexpr const char* kProgressKey = "S";
+inline constexpr const char* kListKeyHelp =
+    "\nTHE PUZZLES: F2 lists those of the size: levels, times, and the rules that each needs.";
 inline constexpr const char* kPrintKeyHelp = "\nON PAPER: Ctrl+P prints the position.";
 
 /// What a control does.

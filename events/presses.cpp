@@ -52,6 +52,16 @@ void EndBrokenOpening(Main& main) {
   RefreshButtons(main);
 }
 
+/// Presses a button that does `click`.
+template <class Click>
+void PressButton(Main& main, const ButtonRow& row, Click click) {
+  if (!(main.*row.Value).Enabled) return;
+  if (EndsHint(row.Ends) && !main.BoardLive) lblHint_Click(main);
+  if (EndsPause(row.Ends) && main.Paused) Picture1_Click(main);
+  if ((main.*row.Value).Enabled) click(main);
+  EndBrokenOpening(main);
+}
+
 }  // namespace
 
 std::span<const ButtonRow> ButtonTable() {
@@ -68,11 +78,11 @@ bool IsMakingPuzzle(const Main& main) {
 }
 
 void PressButton(Main& main, const ButtonRow& row) {
-  if (!(main.*row.Value).Enabled) return;
-  if (EndsHint(row.Ends) && !main.BoardLive) lblHint_Click(main);
-  if (EndsPause(row.Ends) && main.Paused) Picture1_Click(main);
-  if ((main.*row.Value).Enabled) row.Click(main);
-  EndBrokenOpening(main);
+  PressButton(main, row, row.Click);
+}
+
+void PressOpen(Main& main, int number) {
+  PressButton(main, ButtonOf(&Main::cmdOpen), [number](Main& pressed) { OpenPuzzle(pressed, number); });
 }
 
 void PressField(Main& main, int Index) {

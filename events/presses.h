@@ -29,6 +29,8 @@ bool IsMakingPuzzle(const Main& main);
 
 /// Presses a button. A disabled one does nothing, and neither does one that what ended first has disabled.
 void PressButton(Main& main, const ButtonRow& row);
+/// Presses cmdOpen, whose box is answered with that number already. Requires: it is from 1 to the count.
+void PressOpen(Main& main, int number);
 /// Presses a field. Dropped while a puzzle is made: a layout that was changed between its proof and its
 /// saving must not reach a pack.
 void PressField(Main& main, int Index);

@@ -25,7 +25,7 @@ constexpr auto kControls = std::to_array<ControlRow>({
     {"LabelTijd",    Figure,     {7080,  960,  855,  375}, "00:00",       0xC0FFC0,       "Elapsed time", "",                                        "",                    nullptr,             &Main::LabelTijd},
     {"cmdPause",     Button,     {6960, 1440, 1095,  375}, "Pause",       0x80FF80,       "",             "Stops the clock and hides the board",     "P",                   &Main::cmdPause},
     {"cmdGenerate",  Button,     {6960, 2040, 1095,  375}, "New",         0xFFFF80,       "",             "Makes a new puzzle",                      "Ctrl+N",              &Main::cmdGenerate},
-    {"cmdOpen",      Button,     {6960, 2520, 1095,  375}, "Open...",     0xFFFF80,       "",             "Opens a puzzle by its number",            "Ctrl+O",              &Main::cmdOpen},
+    {"cmdOpen",      Button,     {6960, 2520, 1095,  375}, "Open...",     0xFFFF80,       "",             "Opens a puzzle by its number, F2 lists all", "Ctrl+O",              &Main::cmdOpen},
     {"cmdNext",      Button,     {6960, 3000, 1095,  375}, "Next",        0xFFFF80,       "",             "Opens the next puzzle",                   "Ctrl+Right",          &Main::cmdNext},
     {"cmdRestart",   Button,     {6960, 3600, 1095,  375}, "Restart",     0xFF8080,       "",             "Starts the puzzle again",                 "Ctrl+R",              &Main::cmdRestart},
     {"cmdSolution",  Button,     {6960, 4080, 1095,  375}, "Solution",    0xFF8080,       "",             "Shows the solution and ends the game",    "",                    &Main::cmdSolution},

@@ -62,17 +62,11 @@ void RateAndKeep(Main& main) {
   });
 }
 
-/// A player who is not in the list any more holds no best time.
-bool HasBestTime(const Global& global) {
-  const PackRecord& puzzle = global.PuzzleRec;
-  return (puzzle.BestMinutes > 0 || puzzle.BestSeconds > 0) && puzzle.BestPlayer <= global.PlayerCount;
-}
-
 /// Shows and starts the puzzle in PuzzleRec.
 void BeginPuzzle(Main& main) {
   ShowLevel(main);
   ShowPuzzleNumber(main);
-  if (HasBestTime(main.global)) {
+  if (HasBestTime(main.global, main.global.PuzzleRec)) {
     ShowBestTime(main);
   } else {
     ShowNoBestTime(main);
@@ -93,7 +87,13 @@ bool WithBoxForErrors(Main& main, Step step) {
   }
 }
 
-void LoadPuzzle(Main& main, int number) {
+}  // namespace
+
+bool HasBestTime(const Global& global, const PackRecord& puzzle) {
+  return (puzzle.BestMinutes > 0 || puzzle.BestSeconds > 0) && puzzle.BestPlayer <= global.PlayerCount;
+}
+
+void OpenPuzzle(Main& main, int number) {
   auto otherFiles = FileUse::None;
   const bool read = WithBoxForErrors(main, [&] {
     ReadPuzzle(main, number);
@@ -116,8 +116,6 @@ void LoadPuzzle(Main& main, int number) {
   }
 }
 
-}  // namespace
-
 void LayPuzzleOut(Main& main) {
   const PackRecord& puzzle = main.global.PuzzleRec;
   main.TreeCount = 0;
@@ -138,11 +136,11 @@ void cmdOpen_Click(Main& main) {
   const InputBox box{.Title = "Select Puzzle",
                      .Prompt = "Please choose a puzzle between 1 and " + std::to_string(count),
                      .Default = "1"};
-  if (const std::optional<int> number = AskNumber(main, box, 1, count)) LoadPuzzle(main, *number);
+  if (const std::optional<int> number = AskNumber(main, box, 1, count)) OpenPuzzle(main, *number);
 }
 
 void cmdNext_Click(Main& main) {
-  LoadPuzzle(main, main.PuzzleNo + 1);
+  OpenPuzzle(main, main.PuzzleNo + 1);
 }
 
 void cmdOptions_Click(Main& main) {

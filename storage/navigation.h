@@ -13,6 +13,10 @@ void LayPuzzleOut(Main& main);
 /// Errors: a damaged record may end in IndexOutsideArray once another file than the pack has been used.
 void cmdOpen_Click(Main& main);
 void cmdNext_Click(Main& main);
+/// What an answer to cmdOpen's box does. Requires: a number from 1 to the count. Errors: as those.
+void OpenPuzzle(Main& main, int number);
+/// Whether a puzzle has a best time: a player who is not in the list any more holds none.
+bool HasBestTime(const Global& global, const PackRecord& puzzle);
 /// Changes the size. Errors: IndexOutsideArray for 19 and 20, which the box lets through.
 void cmdOptions_Click(Main& main);
 

@@ -12,6 +12,16 @@
 namespace bivouac {
 namespace {
 
+template <class Is>
+long CountIf(const PackStats& stats, Is is) {
+  long count = 0;
+  for (const PackStats::Pack& pack : stats.Packs)
+    count += std::count_if(pack.Puzzles.begin(), pack.Puzzles.end(), is);
+  return count;
+}
+
+}  // namespace
+
 PuzzleStats StatsOfPuzzle(Main& main, const PackRecord& record) {
   const PuzzleFacts facts = FactsOf(main, record);
   LayOutRecord(main, record);
@@ -27,16 +37,6 @@ PuzzleStats StatsOfPuzzle(Main& main, const PackRecord& record) {
   stats.Finished = walk.Ended() == SolutionWalk::End::Solved;
   return stats;
 }
-
-template <class Is>
-long CountIf(const PackStats& stats, Is is) {
-  long count = 0;
-  for (const PackStats::Pack& pack : stats.Packs)
-    count += std::count_if(pack.Puzzles.begin(), pack.Puzzles.end(), is);
-  return count;
-}
-
-}  // namespace
 
 std::uint64_t CasesOf(const HintRule& rule) {
   std::uint64_t bits = 0;

@@ -21,6 +21,10 @@ struct PuzzleStats {
   std::uint64_t Cases = 0;  ///< Those needed, bit by place in HintCases().
 };
 
+/// Rates a puzzle and walks it by hints. Errors: RunTimeError if the record cannot be started. Requires: its
+/// size is 6 to 18.
+PuzzleStats StatsOfPuzzle(Main& main, const PackRecord& record);
+
 /// The cases of a rule, as bits.
 std::uint64_t CasesOf(const HintRule& rule);
 

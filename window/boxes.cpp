@@ -155,6 +155,15 @@ QSize RoomOnScreen(const QWidget& window) {
   return window.screen()->availableGeometry().size() - kFrame;
 }
 
+void MoveOverParent(QWidget& window) {
+  if (window.parentWidget() == nullptr) return;
+  const QPoint least = window.screen()->availableGeometry().topLeft();
+  const QSize spare = RoomOnScreen(window) - window.size();
+  const QPoint middle = window.parentWidget()->geometry().center() - window.rect().center();
+  window.move(std::max(least.x(), std::min(middle.x(), least.x() + spare.width())),
+              std::max(least.y(), std::min(middle.y(), least.y() + spare.height())));
+}
+
 BoxAnswer ShowMessageBox(QWidget* parent, const MessageBox& box) {
   const ButtonChoice choice = ChoiceOf(box.Buttons);
   const QString text = LinesOf(box.Text);

@@ -20,6 +20,7 @@
 #include "window/boxes.h"
 #include "window/own_files.h"
 #include "window/pictures.h"
+#include "window/puzzle_list.h"
 
 namespace bivouac {
 namespace {
@@ -91,6 +92,8 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
   resize(kWindowWidth / kTwipsPerPixel, kWindowHeight / kTwipsPerPixel);
 }
 
+MainWindow::~MainWindow() = default;
+
 void MainWindow::SetIcon() {
   QIcon icon;
   for (const int side : {16, 48, 128})
@@ -160,6 +163,7 @@ void MainWindow::AddKeys() {
   }
   AddKey(QLatin1String(kProgressKey), [this] { announcer_->Say(SpokenProgress(main_)); });
   AddKey(QStringLiteral("F1"), [this] { Press([this] { ShowHelp(); }); });
+  AddKey(QStringLiteral("F2"), [this] { Press([this] { ShowPuzzles(); }); });
   if (printing_.IsOffered()) {
     AddKey(QStringLiteral("Ctrl+P"), [this] { Press([this] { printing_.PrintPosition(main_); }); });
   }
@@ -191,9 +195,22 @@ void MainWindow::ShowHelp() {
       return;
     }
   }
-  std::string text = HelpText(KeysOfTable);
+  std::string text = HelpText(KeysOfTable) + kListKeyHelp;
   if (printing_.IsOffered()) text += kPrintKeyHelp;
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text});
+}
+
+/// The puzzles of the size, from which one is opened. While one is made, that must not be held up.
+void MainWindow::ShowPuzzles() {
+  if (IsMakingPuzzle(main_)) return;
+  if (puzzles_ == nullptr) puzzles_ = std::make_unique<PuzzleList>(main_, this);
+  std::optional<int> number;
+  {
+    const EventRoad::Modal modal(road_);
+    number = puzzles_->Choose(BoxUnit());
+  }
+  road_.ThrowIfEnded();
+  if (number) PressOpen(main_, *number);
 }
 
 Listener MainWindow::ListenerNow() {

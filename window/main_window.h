@@ -20,9 +20,12 @@
 
 namespace bivouac {
 
+class PuzzleList;
+
 class MainWindow : public QWidget {
  public:
   MainWindow(Main& main, EventRoad& road);
+  ~MainWindow() override;
 
   /// Compares the values of Main with what was last drawn, and draws what changed. Shows the window once Main
   /// says that it is visible.
@@ -73,6 +76,7 @@ class MainWindow : public QWidget {
   void AddKey(const QString& key, const std::function<void()>& press);
   void PressByKey(const PlacedButton& button);
   void ShowHelp();
+  void ShowPuzzles();
   Listener ListenerNow();
   void AddShield();
   void ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main));
@@ -109,6 +113,7 @@ class MainWindow : public QWidget {
   TextLabel* continue_ = nullptr;  ///< Picture1.
   QTimer timer1_, timer2_, timer3_;
   std::unique_ptr<Announcer> announcer_;
+  std::unique_ptr<PuzzleList> puzzles_;  ///< Made when it is first asked for.
 
   std::string drawnTitle_;
   bool hintTakesClicks_ = false;

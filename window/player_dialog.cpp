@@ -120,22 +120,13 @@ QSize PlayerDialog::LayOut(double unit, int listHeight) {
   return {width, layout()->totalMinimumHeightForWidth(width)};
 }
 
-void PlayerDialog::MoveOverMainWindow() {
-  if (parentWidget() == nullptr) return;
-  const QPoint least = screen()->availableGeometry().topLeft();
-  const QSize spare = RoomOnScreen(*this) - size();
-  const QPoint middle = parentWidget()->geometry().center() - rect().center();
-  move(std::max(least.x(), std::min(middle.x(), least.x() + spare.width())),
-       std::max(least.y(), std::min(middle.y(), least.y() + spare.height())));
-}
-
 void PlayerDialog::ShowModal(double unit) {
   Resize(unit);
   form_.Visible = true;
   Form_Activate(form_);
   drawnFocus_.reset();
   Draw();
-  MoveOverMainWindow();
+  MoveOverParent(*this);
   exec();
   form_.Visible = false;
   hide();

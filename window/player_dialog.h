@@ -31,7 +31,6 @@ class PlayerDialog : public QDialog {
   void Run(const EventRoad::Handler& press);
   void Resize(double unit);
   QSize LayOut(double unit, int listHeight);
-  void MoveOverMainWindow();
   void KeepFieldShort(const QString& text);
   void TakeSelection();
   bool ListKey(int key);

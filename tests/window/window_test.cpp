@@ -1,17 +1,23 @@
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPushButton>
 #include <QSettings>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include "game/clock.h"
 #include "game/layout.h"
 #include "tests/support/looks.h"
 #include "tests/window/game_run.h"
@@ -624,6 +630,70 @@ TEST(Window, OpensTheWebSiteAndAPrintedPosition) {
     EXPECT_TRUE(page.readAll().startsWith("%PDF"));
   });
   qputenv("PATH", path);
+}
+
+TEST(Window, ThePuzzlesAreListedChosenAndOpened) {
+  GameRun run("10");
+  run.Setting("Players/Count", "1");
+  run.Setting("Players/Player01", "Zoe");
+  run.Setting("Players/Last_Player", "1");
+  const auto cell = [](QDialog& dialog, int row, int column) {
+    const auto* view = dialog.findChild<QTableView*>("Puzzles");
+    return view->model()->index(row, column).data().toString();
+  };
+  const auto list = [](Program& program) {
+    program.Window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&program.Window()));
+    QTest::keyClick(&program.Window(), Qt::Key_F2);
+  };
+  run.Play(3, [&](Program& program) {
+    // In a game the table is for looking only.
+    run.Expect("Puzzles 10x10", [&](QDialog& dialog) {
+      auto* view = dialog.findChild<QTableView*>("Puzzles");
+      EXPECT_EQ(view->currentIndex().row(), 2);
+      EXPECT_FALSE(dialog.findChild<QPushButton*>("Open")->isEnabled());
+      QTest::keyClick(view, Qt::Key_Return);
+      EXPECT_TRUE(dialog.isVisible());
+      QTest::keyClick(view, Qt::Key_Escape);
+    });
+    list(program);
+    EXPECT_FALSE(program.State().PuzzleOver);
+
+    AddPenalty(program.State(), 75);  // A time of 0:00 counts as none.
+    run.Expect("Puzzle Solved!!!", Press(Qt::Key_Return));
+    run.Expect("New Best Time!!!", Press(Qt::Key_Return));
+    Solve(program);
+    run.Expect("Puzzles 10x10", [&](QDialog& dialog) {
+      auto* view = dialog.findChild<QTableView*>("Puzzles");
+      EXPECT_EQ(cell(dialog, 2, 5), "solved");
+      EXPECT_TRUE(cell(dialog, 2, 3).endsWith(" by Zoe"));
+      EXPECT_EQ(cell(dialog, 2, 4), cell(dialog, 2, 3).left(5));
+      EXPECT_TRUE(dialog.findChild<QLabel*>("Summary")->text().startsWith("1 of 100 solved, in 0"));
+
+      dialog.findChild<QCheckBox*>("UnsolvedFilter")->click();
+      EXPECT_EQ(cell(dialog, 2, 0), "4");
+      dialog.findChild<QComboBox*>("LevelFilter")->setCurrentIndex(5);
+      EXPECT_EQ(cell(dialog, 0, 1), "5");
+      auto* rules = dialog.findChild<QComboBox*>("RuleFilter");
+      ASSERT_TRUE(QTest::qWaitFor([&] { return rules->itemText(1).contains(','); }));
+      rules->setCurrentIndex(rules->count() - 1);
+      EXPECT_EQ(dialog.findChild<QListWidget*>("Needs")
+                    ->findItems(rules->currentText().section(',', 0, 0), Qt::MatchExactly)
+                    .size(),
+                1);
+      const QString number = cell(dialog, 0, 0);
+      view->sortByColumn(0, Qt::DescendingOrder);
+      EXPECT_LT(number.toInt(), cell(dialog, 0, 0).toInt());
+
+      dialog.findChild<QPushButton*>("Today")->click();
+      EXPECT_EQ(view->model()->rowCount(), 100);
+      view->setCurrentIndex(view->model()->index(0, 0));
+      QTest::keyClick(view, Qt::Key_Return);
+    });
+    list(program);
+    EXPECT_EQ(program.State().PuzzleNo, 100);
+    EXPECT_FALSE(program.State().PuzzleOver);
+  });
 }
 
 }  // namespace
