@@ -37,12 +37,6 @@ constexpr std::array<const char*, 12> kOddAnswers = {
     "", "abc", "0", "99", "-1", "2.5", "1e9", " 2 ", "&H2", "2x", "1e999", "\xFF\xFE",
 };
 
-int IntegerAt(const std::string& bytes, std::size_t at) {
-  const auto low = static_cast<unsigned char>(bytes[at]);
-  const auto high = static_cast<unsigned char>(bytes[at + 1]);
-  return static_cast<std::int16_t>(low | high << 8);
-}
-
 /// Seconds of a time at a place in a file; 0 if there is none.
 int TimeAt(const std::string& bytes, std::size_t at) {
   return IntegerAt(bytes, at) * 60 + IntegerAt(bytes, at + 2);

@@ -12,3 +12,6 @@ if missing=$(tr -d '`' <<<"$named" | sort -u | grep -vxF "$had"); then
   echo "$missing"
   exit 1
 fi
+for play in $(grep -oE '`plays/\w+\.txt`' "$paper" | tr -d '`' | sort -u); do
+  [ -f "tests/data/$play" ] || { echo "$paper names $play, which is not there"; exit 1; }
+done

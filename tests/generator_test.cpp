@@ -131,56 +131,9 @@ TEST_F(Proof, TheTentOfTheFirstTreeIsNotTested) {
   EXPECT_TRUE(VerdictOf(".v..>.\n......\n......\n......\n....>.\n......"));
 }
 
-/// Counts the solutions for the trees from a cell on, by trying everything. Stops at two. `left` holds what
-/// rows and columns still need, a row and a column in turn.
-int CountSolutions(Main& main, std::vector<int>& left, int tree = 0) {
-  while (tree < main.CellCount && main.Board[tree] != CELL_TREE) ++tree;
-  if (tree == main.CellCount) return std::count(left.begin(), left.end(), 0) == main.BoardSize * 2;
-  int solutions = 0;
-  ForEachSide(main.BoardSize, tree, [&](int side, int) {
-    const auto isTent = [&](int cell) { return main.Board[cell] == CELL_TENT; };
-    if (solutions >= 2 || main.Board[side] >= CELL_TENT || AnyAround(main, side, isTent)) return;
-    const auto set = [&](int code, int by) {
-      main.Board[side] = code;
-      left.at(static_cast<std::size_t>(RowOf(main, side)) * 2) += by;
-      left.at(static_cast<std::size_t>(ColOf(main, side)) * 2 + 1) += by;
-    };
-    set(CELL_TENT, -1);
-    solutions += CountSolutions(main, left, tree + 1);
-    set(CELL_OPEN, 1);
-  });
-  return solutions;
-}
-
-TEST_F(Proof, KeepsNothingThatBruteForceSolvesTwice) {
-  LayOut(6);
-  int kept = 0;
-  int several = 0;
-  for (int attempt = 0; attempt < 300; ++attempt) {
-    DrawLayout(main);
-    const bool unique = Verdict();
-    std::vector<int> clues;
-    for (int i = 0; i < 6; ++i) clues.insert(clues.end(), {RowClue(main, i), ColClue(main, i)});
-    const int solutions = CountSolutions(main, clues);
-    EXPECT_GE(solutions, 1);
-    EXPECT_FALSE(unique && solutions > 1) << "attempt " << attempt;
-    kept += unique;
-    several += solutions > 1;
-  }
-  EXPECT_TRUE(kept > 150 && several > 20);
-}
-
-/// A window with its packs in an empty folder of its own.
 class Generator : public GameTest {
  protected:
-  void SetUp() override { game.global.DataDir = folder_ / ""; }
-
-  PackContent Saved() { return ReadContent(PackPath(game.global, main.BoardSize)); }
-
   PackRecord& record = game.global.PuzzleRec;
-
- private:
-  TempFolder folder_;
 };
 
 // The signature covers the generator, the proof and the rater.
@@ -215,80 +168,6 @@ TEST_F(Generator, MakesFullLayoutsWithoutFaultAndTheSameAsBefore) {
   }
   EXPECT_GT(leftOvers, 0);
   EXPECT_EQ(signature.Hash, 461898511494061834U);
-}
-
-TEST_F(Generator, TheWindowWaitsBlankWhileItRuns) {
-  LayOut(7);
-  main.StepCount = 3;
-  main.MoveLogTop = 5;
-  main.BoardLive = false;
-  main.Paused = true;
-  for (ImageCell& cell : main.Grid) cell.Picture = CELL_TREE;
-  int looks = 0;
-  desktop.WhileYielding = [&] {
-    if (++looks > 1) return;
-    EXPECT_TRUE(main.Timer1.Enabled && main.GenFirstTick);
-    EXPECT_EQ(main.LabelStap.Caption, "0");
-    EXPECT_EQ(main.StepCount + main.MoveLogTop, 0);
-    EXPECT_TRUE(main.BoardLive && !main.Paused && !main.PuzzleOver);
-    EXPECT_TRUE(main.cmdExit.Enabled);
-    for (int i = 0; i < main.BoardSize; ++i) {
-      EXPECT_FALSE(main.RowCnt[i].Visible || main.ColCnt[i].Visible);
-      EXPECT_EQ(main.RowCnt[i].Caption + main.ColCnt[i].Caption, "00");
-    }
-    for (int cell = 0; cell < main.CellCount; ++cell) EXPECT_EQ(main.Grid[cell].Picture, CELL_OPEN);
-    EXPECT_EQ(main.Grid[main.CellCount].Picture, CELL_TREE);
-    EXPECT_EQ(record.LevelSize, 7);
-  };
-  cmdGenerate_Click(main);
-  EXPECT_GE(looks, 3);
-}
-
-TEST_F(Generator, SavesThenReportsThenStarts) {
-  LayOut(6);
-  main.global.PersonalPos = 4;
-  main.PuzzleCount[0] = 0;
-  desktop.WhileOpen = [&](const MessageBox& box) {
-    EXPECT_EQ(box.Title, "Generate report");
-    EXPECT_EQ(box.Symbol, BoxSymbol::Information);
-    EXPECT_EQ(box.Text, "The new generated puzzle has level 1 with difficulty 0.9999999");
-    EXPECT_FALSE(main.Timer1.Enabled);
-    EXPECT_FALSE(main.RowCnt[0].Visible);
-    EXPECT_EQ(main.global.PersonalPos, 0);
-    EXPECT_EQ(PanelOf(main, 3).Text, "Puzzle #: 1");
-    EXPECT_EQ(main.PuzzleCount[0], 1);
-  };
-  cmdGenerate_Click(main);
-  EXPECT_EQ(desktop.Titles(), std::vector<std::string>{"Generate report"});
-  EXPECT_TRUE(main.RowCnt[5].Visible && main.ColCnt[5].Visible);
-  EXPECT_TRUE(main.Timer3.Enabled);
-  EXPECT_TRUE(main.cmdHint.Enabled && main.cmdSolution.Enabled && !main.cmdGenerate.Enabled);
-  for (int cell = 0; cell < main.CellCount; ++cell) EXPECT_NE(main.Board[cell], CELL_TENT);
-  EXPECT_EQ(Saved().Records, std::vector<PackRecord>{record});
-}
-
-TEST_F(Generator, ARefusedPuzzleIsReportedAndPlayed) {
-  LayOut(6);
-  main.PuzzleCount[0] = 7;
-  cmdGenerate_Click(main);
-  EXPECT_EQ(desktop.Titles(), (std::vector<std::string>{"Puzzle Save Error", "Generate report"}));
-  EXPECT_THROW(Saved(), InputError);
-  EXPECT_TRUE(main.Timer3.Enabled);
-}
-
-TEST_F(Generator, TheEndOfTheProgramLeavesThePackAlone) {
-  LayOut(8);
-  cmdGenerate_Click(main);
-  const PackRecord first = record;
-  for (const int last : {1, 40, 300}) {
-    int yields = 0;
-    desktop.WhileYielding = [&] {
-      if (++yields == last) desktop.End();
-    };
-    EXPECT_THROW(while (true) cmdGenerate_Click(main), ProgramEnd);
-    EXPECT_EQ(Saved().SpareBytes, 0);
-    EXPECT_EQ(Saved().Records.at(0), first);
-  }
 }
 
 }  // namespace

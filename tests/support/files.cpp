@@ -64,6 +64,11 @@ const std::string& ShippedPack(int size) {
   return pack;
 }
 
+int IntegerAt(const std::string& bytes, std::size_t at) {
+  const auto byte = [&](std::size_t place) { return static_cast<unsigned char>(bytes.at(place)); };
+  return static_cast<std::int16_t>(byte(at) | byte(at + 1) << 8);
+}
+
 std::vector<PackRecord> ReadPack(const std::string& path) {
   return ReadContent(BIVOUAC_SOURCE_DIR "/" + path).Records;
 }

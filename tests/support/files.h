@@ -33,6 +33,8 @@ void WriteBytes(const std::string& path, const std::string& bytes);
 std::map<std::string, std::string> FilesIn(const std::string& folder);
 /// Bytes of 16-bit integers, low byte first.
 std::string Integers(std::initializer_list<int> values);
+/// The one that stands there. Requires: two bytes.
+int IntegerAt(const std::string& bytes, std::size_t at);
 
 /// The pack of that size that comes with the program.
 const std::string& ShippedPack(int size);

@@ -62,7 +62,7 @@ void ClickRightFields(const Main& main, const std::function<void(int cell)>& cli
   for (int cell = 0; cell < main.CellCount; ++cell) {
     if (main.Board[cell] == CELL_TREE) continue;
     for (int before = -1; !main.PuzzleOver && main.Board[cell] != RightCode(main, cell);) {
-      if (main.StepCount == before) return;
+      if (main.StepCount == before) break;
       before = main.StepCount;
       click(cell);
     }

@@ -50,8 +50,8 @@ struct ProgramRun : LoadedProgram {
 
 /// What a field is clicked to for the puzzle to be solved: a tent, or grass.
 int RightCode(const Main& main, int cell);
-/// Clicks each field to what is right until the puzzle is over, or a click changes nothing; `click` may end
-/// the program by an exception.
+/// Clicks field after field to what is right, until the puzzle is over; a field whose click changes nothing
+/// stays.
 void ClickRightFields(const Main& main, const std::function<void(int cell)>& click);
 
 /// Opens a puzzle of the current size by the box.

@@ -35,13 +35,16 @@ inline void ExpectAlike(const std::string& seen, const std::string& kept) {
     ASSERT_LE(std::abs(value(seen[i]) - value(kept[i])), 4) << "square " << i << " of\n" << seen;
 }
 
-/// The text that a file of tests/data/looks keeps. With BIVOUAC_KEEP_LOOKS in the environment it becomes what
-/// was seen.
-inline std::string Kept(const std::string& name, const std::string& seen) {
-  const std::string path = BIVOUAC_SOURCE_DIR "/tests/data/looks/" + name + ".txt";
+/// The text that a file keeps. With BIVOUAC_KEEP_LOOKS in the environment it becomes what was seen.
+inline std::string KeptIn(const std::string& path, const std::string& seen) {
   if (std::getenv("BIVOUAC_KEEP_LOOKS") != nullptr) std::ofstream(path) << seen;
   std::ifstream file(path);
   return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The same of a file of tests/data/looks.
+inline std::string Kept(const std::string& name, const std::string& seen) {
+  return KeptIn(BIVOUAC_SOURCE_DIR "/tests/data/looks/" + name + ".txt", seen);
 }
 
 }  // namespace bivouac
