@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <system_error>
 
@@ -22,24 +24,50 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
   return text;
 }
 
+#ifdef __cpp_lib_to_chars
+
+std::optional<double> TakeDigits(std::string_view& digits) {
+  double value = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (error == std::errc::invalid_argument) return {};
+  const auto length = static_cast<std::size_t>(end - digits.data());
+  if (error == std::errc::result_out_of_range) {
+    const std::string_view taken = digits.substr(0, length);
+    value = taken.find("e-") != taken.npos || taken.find("E-") != taken.npos ? 0.0 : HUGE_VAL;
+  }
+  digits.remove_prefix(length);
+  return value;
+}
+
+#else  // A library without them, on a platform that writes every number in English.
+
+std::optional<double> TakeDigits(std::string_view& digits) {
+  std::string number(digits);
+  // Hexadecimal numbers are none here.
+  if (const auto hexadecimal = number.find_first_of("xX"); hexadecimal != number.npos)
+    number.resize(hexadecimal);
+  char* end = nullptr;
+  const double value = std::strtod(number.c_str(), &end);
+  if (end == number.c_str()) return {};
+  digits.remove_prefix(static_cast<std::size_t>(end - number.c_str()));
+  return value;
+}
+
+#endif
+
 /// Takes a number off the front of the text. A value too large for a double counts as infinite.
 std::optional<double> TakeNumber(std::string_view& text) {
   std::string_view rest = text;
   if (!rest.empty() && rest.front() == '+') rest.remove_prefix(1);
   const bool negative = !rest.empty() && rest.front() == '-' && rest.size() == text.size();
-  const std::string_view digits = negative ? rest.substr(1) : rest;
+  std::string_view digits = negative ? rest.substr(1) : rest;
   // from_chars would also read "inf" and "nan", which are no numbers here.
   if (digits.empty() || !(digits.front() == '.' || (digits.front() >= '0' && digits.front() <= '9')))
     return {};
-  double value = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (error == std::errc::invalid_argument) return {};
-  if (error == std::errc::result_out_of_range) {
-    const std::string_view taken = digits.substr(0, static_cast<std::size_t>(end - digits.data()));
-    value = taken.find("e-") != taken.npos || taken.find("E-") != taken.npos ? 0.0 : HUGE_VAL;
-  }
-  text = digits.substr(static_cast<std::size_t>(end - digits.data()));
-  return negative ? -value : value;
+  const std::optional<double> value = TakeDigits(digits);
+  if (!value) return {};
+  text = digits;
+  return negative ? -*value : *value;
 }
 
 }  // namespace
@@ -67,6 +95,16 @@ std::string OnOneLine(std::string text) {
   const auto breaks = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; };
   std::replace_if(text.begin(), text.end(), breaks, '?');
   return text;
+}
+
+std::string SevenDigits(float number) {
+  char text[32];
+#ifdef __cpp_lib_to_chars
+  return {text, std::to_chars(text, text + sizeof text, number, std::chars_format::general, 7).ptr};
+#else
+  return {text,
+          static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.7g", static_cast<double>(number)))};
+#endif
 }
 
 double LeadingNumber(std::string_view text) {

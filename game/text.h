@@ -22,6 +22,9 @@ std::string Counted(long number, std::string_view thing);
 /// The text with '?' for what would break a line or a table: a file's name may hold anything.
 std::string OnOneLine(std::string text);
 
+/// At most seven significant digits, whatever the language of the system.
+std::string SevenDigits(float number);
+
 /// The numeric value of the leading part of a text: leading blanks, a sign, digits, a point, an exponent.
 /// What follows is ignored; 0 if there is no number.
 double LeadingNumber(std::string_view text);

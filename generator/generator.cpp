@@ -1,10 +1,10 @@
 #include "generator/generator.h"
 
-#include <charconv>
 #include <string>
 
 #include "game/board.h"
 #include "game/play.h"
+#include "game/text.h"
 #include "generator/layout_drawing.h"
 #include "generator/unique_solution.h"
 #include "rating/rating.h"
@@ -33,13 +33,6 @@ void CopyLayoutToRecord(Main& main) {
   }
 }
 
-/// At most seven significant digits, whatever the language of the system.
-std::string DifficultyText(float difficulty) {
-  char text[32];
-  const auto end = std::to_chars(text, text + sizeof text, difficulty, std::chars_format::general, 7).ptr;
-  return {text, end};
-}
-
 void ShowWaiting(Main& main) {
   BeginOpening(main);
   for (int cell = 0; cell < main.CellCount; ++cell) SetPicture(main, cell, CELL_OPEN);
@@ -53,7 +46,7 @@ void Report(Main& main) {
   RatePuzzle(main, level);
   main.desktop.Show(MessageBox{.Title = "Generate report",
                                .Text = "The new generated puzzle has level " + std::to_string(level) +
-                                       " with difficulty " + DifficultyText(main.Difficulty),
+                                       " with difficulty " + SevenDigits(main.Difficulty),
                                .Symbol = BoxSymbol::Information});
 }
 

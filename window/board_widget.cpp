@@ -49,7 +49,6 @@ void BoardWidget::Draw() {
   const int visible = main_.Grid[0].Visible ? main_.CellCount : 0;
   if (visible != cells_.Upper() + 1) {
     size_ = static_cast<int>(std::lround(std::sqrt(visible)));
-    firstCell_ = main_.Grid[0].At;
     current_ = current_ < visible ? current_ : 0;
     cells_.RedimPreserve(visible - 1);
     pictures_.RedimPreserve(visible - 1);
@@ -82,43 +81,9 @@ void BoardWidget::SetScale(const Scale& scale) {
 void BoardWidget::LayOut() {
   if (size_ == 0) return;
   ratio_ = devicePixelRatioF();
-  const QRect room = scale_.Map(PlaceOfCells());
-  LayOutCells(room.topLeft());
-  setGeometry(room.left(), room.top(), LogicalLength(lefts_[size_]), LogicalLength(tops_[size_]));
-}
-
-/// All cells together, in twips of the layout.
-Place BoardWidget::PlaceOfCells() const {
-  const Place last = main_.Grid[size_ * size_ - 1].At;
-  return {firstCell_.Left, firstCell_.Top, last.Left + last.Width - firstCell_.Left,
-          last.Top + last.Height - firstCell_.Top};
-}
-
-/// Lays the cells out in device pixels. `corner` is the widget's in the window, in logical pixels.
-void BoardWidget::LayOutCells(QPoint corner) {
-  lefts_.Redim(size_);
-  tops_.Redim(size_);
-  side_ = std::max(1, static_cast<int>(std::lround(firstCell_.Width * DevicePixelsPerTwip())));
-  for (int line = 0; line < size_; ++line) {
-    lefts_[line] = DeviceEdge(main_.Grid[line].At.Left, scale_.Left, corner.x());
-    tops_[line] = DeviceEdge(main_.Grid[line * size_].At.Top, scale_.Top, corner.y());
-    if (line == 0) continue;
-    side_ = std::max({side_, lefts_[line] - lefts_[line - 1], tops_[line] - tops_[line - 1]});
-  }
-  lefts_[size_] = lefts_[size_ - 1] + side_;
-  tops_[size_] = tops_[size_ - 1] + side_;
-}
-
-double BoardWidget::DevicePixelsPerTwip() const {
-  return scale_.Factor * ratio_;
-}
-
-/// Where a place in twips lies, in device pixels from the widget's corner: whole ones, also where a logical
-/// pixel is none, so that tiles are copied as they are. `origin` is the layout's corner in the window and
-/// `corner` the widget's, both in logical pixels.
-int BoardWidget::DeviceEdge(int twips, double origin, int corner) const {
-  const double at = origin * ratio_ + twips * DevicePixelsPerTwip() - std::round(corner * ratio_);
-  return std::max(0, static_cast<int>(std::lround(at)));
+  edges_ = EdgesOfCells(main_, size_, scale_, ratio_);
+  setGeometry(edges_.Room.Left, edges_.Room.Top, LogicalLength(edges_.Lefts[size_]),
+              LogicalLength(edges_.Tops[size_]));
 }
 
 /// The logical pixels that hold so many device pixels.
@@ -126,14 +91,8 @@ int BoardWidget::LogicalLength(int devicePixels) const {
   return static_cast<int>(std::ceil(devicePixels / ratio_));
 }
 
-QRect BoardWidget::DeviceRect(int index) const {
-  const int row = index / size_;
-  const int col = index % size_;
-  return {lefts_[col], tops_[row], lefts_[col + 1] - lefts_[col], tops_[row + 1] - tops_[row]};
-}
-
 QRect BoardWidget::CellRect(int index) const {
-  const QRect device = DeviceRect(index);
+  const QRect device = RectOf(edges_.Cell(index));
   return QRectF(device.left() / ratio_, device.top() / ratio_, device.width() / ratio_,
                 device.height() / ratio_)
       .toAlignedRect();
@@ -147,8 +106,8 @@ int BoardWidget::CellAt(QPoint point) const {
     }
     return -1;
   };
-  const int row = lineAt(tops_, point.y());
-  const int col = lineAt(lefts_, point.x());
+  const int row = lineAt(edges_.Tops, point.y());
+  const int col = lineAt(edges_.Lefts, point.x());
   return row < 0 || col < 0 ? -1 : row * size_ + col;
 }
 
@@ -169,13 +128,13 @@ void BoardWidget::paintEvent(QPaintEvent* event) {
 
   for (int i = 0; i < size_ * size_; ++i) {
     if (!event->region().intersects(CellRect(i))) continue;
-    const QRect at = DeviceRect(i);
+    const QRect at = RectOf(edges_.Cell(i));
     // Neighbours overlap by the last pixels of a tile.
-    painter.drawPixmap(at.topLeft(), tiles_.At(pictures_[i], side_), QRect(QPoint(0, 0), at.size()));
+    painter.drawPixmap(at.topLeft(), tiles_.At(pictures_[i], edges_.Side), QRect(QPoint(0, 0), at.size()));
   }
   if (frameShown_ && hasFocus()) {
-    const int width = std::max(2, side_ / 10);
-    QRect at = DeviceRect(current_);
+    const int width = std::max(2, edges_.Side / 10);
+    QRect at = RectOf(edges_.Cell(current_));
     for (const QColor& colour : {kFrameOuter, kFrameInner}) {
       painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
       painter.drawRect(QRectF(at).adjusted(width / 2.0, width / 2.0, -width / 2.0, -width / 2.0));

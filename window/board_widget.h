@@ -67,12 +67,7 @@ class BoardWidget : public QWidget {
 
  private:
   void LayOut();
-  void LayOutCells(QPoint corner);
-  Place PlaceOfCells() const;
-  double DevicePixelsPerTwip() const;
-  int DeviceEdge(int twips, double origin, int corner) const;
   int LogicalLength(int devicePixels) const;
-  QRect DeviceRect(int index) const;
   void MoveFrame(int index);
   bool ShowsFrameFirst();
   void SetFrameShown(bool shown);
@@ -86,13 +81,9 @@ class BoardWidget : public QWidget {
 
   // What was last drawn.
   Array<int> pictures_;
-  Place firstCell_;
   int size_ = 0;
 
-  // Edges of the cells in device pixels from the widget's corner, one more than there are cells in a line.
-  Array<int> lefts_;
-  Array<int> tops_;
-  int side_ = 1;  // Of the stretched tiles, device pixels.
+  CellEdges edges_;
   double ratio_ = 1;
 
   int current_ = 0;

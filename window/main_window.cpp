@@ -291,7 +291,7 @@ void MainWindow::DrawClues() {
 void MainWindow::DrawClue(const Label& value, PlacedClue& clue) {
   if (clue.At != value.At) {
     clue.At = value.At;
-    clue.Widget->setGeometry(scale_.Map(value.At));
+    clue.Widget->setGeometry(RectOf(scale_.Map(value.At)));
     clue.Widget->FitText(Unit());
   }
   clue.Widget->Draw(value);
@@ -374,20 +374,20 @@ void MainWindow::ShowFirst() {
 }
 
 void MainWindow::LayOut() {
-  scale_ = Scale::ToFit(size());
+  scale_ = Scale::ToFit(width(), height());
   const double unit = Unit();
   QFont boxes = font();  // They have the font of the window that they come up over.
   boxes.setPixelSize(PixelsOf(kBoxText, BoxUnit()));
   setFont(boxes);
   for (const Placed& placed : placed_) {
-    placed.Widget->setGeometry(scale_.Map(placed.At));
+    placed.Widget->setGeometry(RectOf(scale_.Map(placed.At)));
     if (auto* button = dynamic_cast<ColourButton*>(placed.Widget)) button->FitText(unit);
     if (auto* label = dynamic_cast<TextLabel*>(placed.Widget)) label->FitText(unit);
   }
   sound_->FitText(unit);
   for (auto* clues : {&rowClues_, &colClues_}) {
     for (PlacedClue& clue : *clues) {
-      clue.Widget->setGeometry(scale_.Map(clue.At));
+      clue.Widget->setGeometry(RectOf(scale_.Map(clue.At)));
       clue.Widget->FitText(unit);
     }
   }
@@ -395,9 +395,8 @@ void MainWindow::LayOut() {
   Place picture = ControlNamed("Picture1").At;
   picture.Left += box.Left;
   picture.Top += box.Top;
-  continue_->setGeometry(scale_.Map(picture).translated(-shield_->pos()));
-  const int bar = PixelsOf(static_cast<double>(kStatusBarHeight) / kTwipsPerPixel, unit);
-  status_->setGeometry(0, height() - bar, width(), bar);
+  continue_->setGeometry(RectOf(scale_.Map(picture)).translated(-shield_->pos()));
+  status_->setGeometry(RectOf(PlaceOfStatusBar(width(), height(), unit)));
   status_->LayOut(unit);
   board_->SetScale(scale_);
 }

@@ -44,13 +44,8 @@ void StatusBar::Draw(const FixedArray<Panel, 6>& panels) {
 
 void StatusBar::LayOut(double unit) {
   unit_ = unit;
-  const int gap = MarginOf(4, unit);
-  int before = 0;
   for (std::size_t i = 0; i < labels_.size(); ++i) {
-    const int left = width() * before / kPanelWidths;
-    before += PanelTable()[i].Width;
-    const int right = width() * before / kPanelWidths;
-    labels_[i]->setGeometry(left + gap, 1, right - left - gap - gap / 2, height() - 1);
+    labels_[i]->setGeometry(RectOf(PlaceOfPanel(static_cast<int>(i), width(), height(), unit)));
   }
   FitTexts();
 }
