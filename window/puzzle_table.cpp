@@ -43,6 +43,7 @@ int PuzzleTable::columnCount(const QModelIndex& parent) const {
 
 QVariant PuzzleTable::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole) return TextOf(index.row(), index.column());
+  if (role == Qt::AccessibleTextRole) return SpokenAt(index.row(), index.column());
   if (role == kSortRole) return SortedBy(index.row(), index.column());
   const bool isFigure = index.column() <= kTrees;
   if (role == Qt::TextAlignmentRole && isFigure) return int{Qt::AlignCenter};
@@ -74,6 +75,26 @@ QString PuzzleTable::TextOf(int row, int column) const {
       return time(puzzle.OwnTime);
     default:
       return IsSolved(row) ? QStringLiteral("solved") : QStringLiteral("new");
+  }
+}
+
+/// The text with what it tells of: of a row a reader says the cells one by one.
+QString PuzzleTable::SpokenAt(int row, int column) const {
+  const QString text = TextOf(row, column);
+  if (text.isEmpty()) return text;
+  switch (column) {
+    case kNumber:
+      return QStringLiteral("Puzzle ") + text;
+    case kLevel:
+      return text.at(0).isLetter() ? text : QStringLiteral("level ") + text;
+    case kTrees:
+      return text + QStringLiteral(" trees");
+    case kBest:
+      return QStringLiteral("best time ") + text;
+    case kOwn:
+      return QStringLiteral("your time ") + text;
+    default:
+      return text;
   }
 }
 

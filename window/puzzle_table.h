@@ -41,6 +41,7 @@ class PuzzleTable : public QAbstractTableModel {
 
  private:
   QString TextOf(int row, int column) const;
+  QString SpokenAt(int row, int column) const;
   int SortedBy(int row, int column) const;
 
   const Main& main_;
