@@ -11,6 +11,7 @@
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tests/support/files.h"
+#include "tests/support/looks.h"
 #include "tools/commands.h"
 #include "workbench/position.h"
 #include "workbench/workbench.h"
@@ -66,14 +67,6 @@ std::string InputErrorOf(Run run) {
     return error.what();
   }
   return "no error";
-}
-
-/// Says in which lines two tables differ, and how.
-void ExpectSameLines(const std::string& actual, const std::string& expected) {
-  const std::vector<std::string> lines = Split(actual, '\n');
-  const std::vector<std::string> wanted = Split(expected, '\n');
-  ASSERT_EQ(lines.size(), wanted.size());
-  for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(lines[i], wanted[i]) << "line " << i + 1;
 }
 
 // The worked results of the rating, the proof and the hints: held here, by the program that people run, and

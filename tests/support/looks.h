@@ -3,6 +3,7 @@
 // does.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -27,12 +28,32 @@ std::string Shades(int width, int height, int square, DarknessAt darknessAt) {
   return shades;
 }
 
-/// Holds shades against others; a square may be a little lighter or darker.
-inline void ExpectAlike(const std::string& seen, const std::string& kept) {
+/// Holds shades against others; a square may be a little lighter or darker, a few of them by more than
+/// `most`.
+inline void ExpectAlike(const std::string& seen, const std::string& kept, int most = 4) {
   ASSERT_EQ(seen.size(), kept.size());
   const auto value = [](char digit) { return digit <= '9' ? digit - '0' : digit - 'a' + 10; };
-  for (std::size_t i = 0; i < seen.size(); ++i)
-    ASSERT_LE(std::abs(value(seen[i]) - value(kept[i])), 4) << "square " << i << " of\n" << seen;
+  int others = 0;
+  for (std::size_t i = 0; i < seen.size(); ++i) {
+    const int difference = std::abs(value(seen[i]) - value(kept[i]));
+    ASSERT_LE(difference, 4) << "square " << i << " of\n" << seen;
+    others += difference > most;
+  }
+  EXPECT_LE(others, 8) << seen;
+}
+
+/// Says where two texts begin to differ: the line, what each goes on with, and the step of a play that led
+/// there.
+inline void ExpectSameLines(const std::string& seen, const std::string& kept) {
+  const auto [here, there] = std::mismatch(seen.begin(), seen.end(), kept.begin(), kept.end());
+  if (here == seen.end() && there == kept.end()) return;
+  const auto at = static_cast<std::size_t>(here - seen.begin());
+  const std::size_t line = at == 0 ? 0 : seen.rfind('\n', at - 1) + 1;
+  const std::size_t step = seen.rfind("\n> ", at);
+  const auto rest = [&](const std::string& text) { return text.substr(std::min(line, text.size()), 400); };
+  ADD_FAILURE() << "line " << 1 + std::count(seen.begin(), here, '\n') << ", after"
+                << (step == seen.npos ? "" : seen.substr(step, seen.find('\n', step + 1) - step))
+                << "\nseen: " << rest(seen) << "\nkept: " << rest(kept);
 }
 
 /// The text that a file keeps. With BIVOUAC_KEEP_LOOKS in the environment it becomes what was seen.

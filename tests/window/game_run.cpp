@@ -83,6 +83,7 @@ bool GameRun::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void GameRun::AnswerBox(QDialog& box) {
+  if (Answerer) return Answerer(box);
   const auto* message = qobject_cast<QMessageBox*>(&box);
   Titles.push_back(box.windowTitle());
   Texts.push_back(message != nullptr ? message->text() : QString());

@@ -23,6 +23,8 @@ class GameRun : public QObject {
   void Setting(const char* key, const QString& value);
   /// Answers the next box, which must have that title. Boxes without an answer fail the test.
   void Expect(const QString& title, Answer answer);
+  /// Answers all boxes, if set.
+  Answer Answerer;
   /// Runs the program until it ends; the script runs when the window has been shown. Whatever goes on after
   /// it is ended by the close box. Returns the status.
   int Run(const Script& script);

@@ -1,0 +1,273 @@
+// A session at the real window: after each line that begins with "> " stands what became another, of what
+// assistive tools are told, of what is painted on the board, of the focus, and of the settings; and every
+// box, with what is set in it before anything is pressed.
+//
+// A line is something to press, a control, a field by its number, or keys, and then what is done in the boxes
+// that it opens: keys, a text after an apostrophe, a control after an @.
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QFile>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTextStream>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include "tests/support/files.h"
+#include "tests/support/looks.h"
+#include "tests/window/game_run.h"
+#include "tests/window/pixels.h"
+
+namespace bivouac {
+namespace {
+
+using Values = QList<QPair<QString, QString>>;
+
+/// The timers tick when the script says so.
+class NoTicks : public QObject {
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::Timer; }
+};
+
+class Session {
+ public:
+  Session(GameRun& run, Program& program, const QString& script)
+      : run_(run), program_(program), lines_(script.split('\n')) {
+    for (const char* timer : {"Timer1", "Timer2", "Timer3"})
+      program_.Window().findChild<QTimer*>(timer)->installEventFilter(&noTicks_);
+    run_.Answerer = [this](QDialog& box) { AnswerBox(box); };
+  }
+
+  QString Told() {
+    Activate();
+    TellChanges();
+    for (const QString& line : lines_) {
+      if (line.startsWith('#')) told_ += line + '\n';
+      if (!line.startsWith("> ")) continue;
+      told_ += line + '\n';
+      words_ = line.mid(2).split(' ');
+      Activate();
+      Do(words_.takeFirst());
+      TellChanges();
+    }
+    return told_;
+  }
+
+ private:
+  /// As a desktop does after a box.
+  void Activate() {
+    program_.Window().activateWindow();
+    if (!QTest::qWaitForWindowActive(&program_.Window())) Tell("window", "not active");
+  }
+
+  static void PressKeys(QWidget& top, const QString& keys, bool held = false) {
+    QWidget* const to = top.focusWidget() != nullptr ? top.focusWidget() : &top;
+    const int code = QKeySequence(keys)[0].toCombined();
+    const Qt::KeyboardModifiers modifiers(code & static_cast<int>(Qt::KeyboardModifierMask));
+    const auto key = static_cast<Qt::Key>(code & ~static_cast<int>(Qt::KeyboardModifierMask));
+    if (held) return QTest::simulateEvent(to, true, key, modifiers, QString(), true);
+    const bool letter = key >= Qt::Key_A && key <= Qt::Key_Z && !modifiers;
+    QTest::sendKeyEvent(QTest::Click, to, key, letter ? QString(QChar(key)).toLower() : QString(), modifiers);
+  }
+
+  void Do(const QString& word) {
+    MainWindow& window = program_.Window();
+    bool isNumber = false;
+    const int number = word.toInt(&isNumber);
+    if (isNumber) return ClickCell(program_, number);
+    if (word == "held") return PressKeys(window, words_.takeFirst(), true);
+    if (word == "focus") return Find(program_, words_.takeFirst())->setFocus(Qt::TabFocusReason);
+    if (word == "tick")
+      return void(QMetaObject::invokeMethod(window.findChild<QTimer*>(words_.takeFirst()), "timeout"));
+    if (word == "close") return void(window.close());
+    if (word == "large") return window.resize(window.size() * 3 / 2);
+    if (word == "small") return window.resize(window.size() * 2 / 3);
+    if (word == "solve") return Solve(program_);
+    if (word == "tool") {  // Pressed by an assistive tool.
+      QAccessibleInterface* it =
+          QAccessible::queryAccessibleInterface(&window.Board())->child(words_.takeFirst().toInt());
+      return it->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+    QWidget* const widget = window.findChild<QWidget*>(word);
+    widget != nullptr ? QTest::mouseClick(widget, Qt::LeftButton) : PressKeys(window, word);
+  }
+
+  /// Under a box nothing of the window changes but what the box's caller did before; each word tells what it
+  /// did.
+  void AnswerBox(QDialog& box) {
+    const auto* message = qobject_cast<QMessageBox*>(&box);
+    QString text = box.windowTitle();
+    if (message != nullptr) {
+      text += " | " + message->text() + " | icon " + QString::number(message->icon());
+      text += " | Enter " + message->defaultButton()->text() + " | Escape " + message->escapeButton()->text();
+    }
+    Tell("box", text);
+    Values before;
+    for (;;) {
+      TellChanges();
+      const Values now = ValuesIn(box);
+      TellDifference("  in it ", before, now);
+      before = now;
+      if (words_.isEmpty()) {
+        Tell("box", "stays open");
+        box.close();
+        return;
+      }
+      const QString word = words_.takeFirst();
+      Tell("then", word);
+      if (word.startsWith('\'')) {
+        QTest::keyClicks(box.focusWidget(), word.mid(1).replace('~', ' '));
+      } else if (word.startsWith('@')) {
+        box.findChild<QPushButton*>(word.mid(1))->click();
+      } else {
+        PressKeys(box, word);
+      }
+      QCoreApplication::processEvents();
+      if (!box.isVisible()) return;
+    }
+  }
+
+  static Values ValuesIn(QDialog& box) {
+    Values values;
+    for (const QWidget* widget : box.findChildren<QWidget*>()) {
+      const auto* button = qobject_cast<const QPushButton*>(widget);
+      const auto* label = qobject_cast<const QLabel*>(widget);
+      const auto* field = qobject_cast<const QLineEdit*>(widget);
+      const auto* list = qobject_cast<const QListWidget*>(widget);
+      QString text;
+      if (button != nullptr) text = button->text() + (button->isDefault() ? " default" : "");
+      if (label != nullptr && label->pixmap().isNull()) text = label->text();
+      if (field != nullptr) text = '[' + field->text() + "] selected [" + field->selectedText() + ']';
+      if (list != nullptr) {
+        for (int row = 0; row < list->count(); ++row)
+          text += (list->item(row)->isSelected() ? "*[" : "[") + list->item(row)->text() + ']';
+      }
+      if (button == nullptr && label == nullptr && field == nullptr && list == nullptr) continue;
+      if (widget->objectName().startsWith("qt_") || !widget->isVisible()) continue;
+      text += " | " + widget->accessibleName() + " | " + widget->accessibleDescription();
+      text += widget->isEnabled() ? "" : " | disabled";
+      text += widget == box.focusWidget() ? " | focus" : "";
+      values.append({widget->objectName(), text});
+    }
+    return values;
+  }
+
+  static QString Timeless(QString text) {
+    static const QRegularExpression time("\\b\\d\\d:\\d\\d\\b");
+    return text.replace('\n', "\\n").replace(time, "mm:ss");
+  }
+
+  void Tell(const QString& what, const QString& text) { told_ += "  " + what + ": " + Timeless(text) + '\n'; }
+
+  void TellDifference(const QString& start, const Values& before, const Values& now) {
+    QMap<QString, QString> old;
+    for (const auto& [name, text] : before) old[name] = Timeless(text);
+    for (const auto& [name, text] : now) {
+      if (!old.contains(name) || old[name] != Timeless(text)) Tell(start + name, text);
+    }
+  }
+
+  void TellChanges() {
+    // One event may wait for another: a tool's press, what it draws, and what is said of it.
+    for (int round = 0; round < 8; ++round) QCoreApplication::processEvents();
+    MainWindow& window = program_.Window();
+    Values now;
+    QAccessibleInterface* all = QAccessible::queryAccessibleInterface(&window);
+    AddTold(now, *all, all->rect().topLeft());
+    const QWidget* focus = window.focusWidget();
+    now.append({"focus", focus == nullptr ? "" : focus->objectName()});
+    now.append({"cursor", QString::number(Find(program_, "lblHint")->cursor().shape())});
+    for (const char* name : {"Timer1", "Timer2", "Timer3"}) {
+      const auto* timer = window.findChild<QTimer*>(name);
+      now.append({name, timer->isActive() ? QString::number(timer->interval()) : "off"});
+    }
+    AddPainted(now);
+    QFile settings(GameRun::SettingsFile());
+    if (settings.open(QFile::ReadOnly))
+      now.append({"settings", QString(settings.readAll()).replace('\n', ' ')});
+    TellDifference("", values_, now);
+    values_ = now;
+  }
+
+  static void AddTold(Values& values, QAccessibleInterface& of, QPoint corner) {
+    const QAccessible::State state = of.state();
+    const auto* widget = qobject_cast<QWidget*>(of.object());
+    QStringList words{of.text(QAccessible::Name), QString::number(of.role()),
+                      of.text(QAccessible::Description), of.text(QAccessible::Accelerator),
+                      widget != nullptr ? widget->toolTip() : QString()};
+    if (of.actionInterface() != nullptr) words += of.actionInterface()->actionNames();
+    // Some versions of Qt let a check box be pressed, too.
+    if (words.contains("Toggle")) words.removeAll("Press");
+    for (const auto& [is, word] : {std::pair{state.focusable != 0, "focusable"},
+                                   {state.focused != 0, "focused"},
+                                   {state.disabled != 0, "disabled"},
+                                   {state.invisible != 0, "invisible"},
+                                   {state.checked != 0, "checked"}})
+      words += is ? word : "";
+    words.removeAll("");
+    const QRect at = of.rect().isEmpty() ? QRect() : of.rect().translated(-corner);
+    if (!state.invisible || of.childCount() > 0) {
+      values.append({of.object()->objectName(), QString("%1 | %2,%3 %4x%5")
+                                                    .arg(words.join(" | "))
+                                                    .arg(at.x())
+                                                    .arg(at.y())
+                                                    .arg(at.width())
+                                                    .arg(at.height())});
+    }
+    for (int i = 0; i < of.childCount(); ++i) {
+      EXPECT_EQ(of.indexOfChild(of.child(i)), i);
+      if (!at.isEmpty() && !of.child(i)->rect().isEmpty()) {
+        const QPoint middle = of.child(i)->rect().center();
+        EXPECT_EQ(of.childAt(middle.x(), middle.y()), of.child(i));
+      }
+      AddTold(values, *of.child(i), corner);
+    }
+  }
+
+  /// The tile of each field, as its pixels show it, in brackets where a frame stands round it.
+  void AddPainted(Values& values) {
+    BoardWidget& board = program_.Window().Board();
+    if (!board.isVisible()) return;
+    const int size = board.Size();
+    for (int row = 0; row < size; ++row) {
+      QString text;
+      for (int cell = row * size; cell < row * size + size; ++cell) {
+        const QRect at = board.CellRect(cell);
+        const auto [tile, difference] =
+            ClosestTile(board.grab(at.adjusted(1, 1, -1, -1)).toImage(), at.size());
+        const QChar sign = QLatin1Char(".gtT4??W"[tile]);
+        text += difference > 5 ? '[' + QString(sign) + ']' : QString(sign);
+      }
+      values.append({QString("painted %1").arg(row + 1), text});
+    }
+  }
+
+  NoTicks noTicks_;
+  GameRun& run_;
+  Program& program_;
+  const QStringList lines_;
+  QStringList words_;
+  QString told_;
+  Values values_;
+};
+
+TEST(Session, GoesAsItDid) {
+  GameRun run("6");
+  run.Run([&](Program& program) {
+    const std::string path = BIVOUAC_SOURCE_DIR "/tests/data/plays/window.txt";
+    const std::string told =
+        Session(run, program, QString::fromStdString(BytesOf(path))).Told().toStdString();
+    ExpectSameLines(told, KeptIn(path, told));
+  });
+}
+
+}  // namespace
+}  // namespace bivouac
