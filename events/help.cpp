@@ -7,7 +7,9 @@ constexpr const char* kOtherKeys =
     ". S says the time, the steps and the tents left. Tab goes from control to control, the board comes last."
     "\nON THE BOARD: Arrow keys, Page Up, Page Down, Home, End, Ctrl+Home and Ctrl+End move the frame. Space "
     "and Enter click. G, T and O click the field on until it is grass, tent or open. Enter or Escape ends a "
-    "hint.";
+    "hint. Drag over open fields to make them all grass. Ctrl+B remembers the step, Ctrl+Shift+B undoes back "
+    "to "
+    "it.";
 
 std::string Joined(std::string_view keys, std::string_view between) {
   std::string text;

@@ -16,7 +16,10 @@ inline std::string_view KeysOfTable(const ControlRow& row) {
 
 inline constexpr const char* kProgressKey = "S";
 inline constexpr const char* kListKeyHelp =
-    "\nTHE PUZZLES: F2 lists those of the size: levels, times, and the rules that each needs.";
+    "\nTHE PUZZLES: F2 lists those of the size: levels, times, and the rules that each needs. Ctrl+S keeps a "
+    "game, and F2 leads back to it. Ctrl+Shift+N makes a puzzle of a level. Ctrl+C copies the puzzle as a "
+    "line "
+    "of text and as a picture, Ctrl+V opens one that was copied.";
 inline constexpr const char* kPrintKeyHelp = "\nON PAPER: Ctrl+P prints the position.";
 
 /// What a control does.

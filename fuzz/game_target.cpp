@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -42,6 +43,24 @@ int TimeAt(const std::string& bytes, std::size_t at) {
   return IntegerAt(bytes, at) * 60 + IntegerAt(bytes, at + 2);
 }
 
+/// Everything of a game that keeping it must not lose.
+std::string GameText(const Main& main) {
+  std::ostringstream text;
+  for (int cell = 0; cell < main.CellCount; ++cell) text << main.Board[cell] << main.Grid[cell].Picture;
+  text << "; steps " << main.StepCount << " of " << main.MoveLogTop << ':';
+  for (int step = 1; step <= main.MoveLogTop; ++step) text << ' ' << main.MoveLog[step];
+  for (const auto* clues : {&main.RowCnt, &main.ColCnt}) {
+    for (int line = 0; line < main.BoardSize; ++line)
+      text << ' ' << (*clues)[line].Caption << '/' << static_cast<int>((*clues)[line].ForeColor);
+  }
+  // In a pause a price is on the clock, and not on its label yet.
+  text << "; " << (main.Paused ? "" : main.LabelTijd.Caption) << ' ' << main.Elapsed << ' '
+       << main.LabelStap.Caption << main.Paused << main.PuzzleOver << main.Shield.Visible
+       << main.Timer3.Enabled << "; buttons ";
+  for (const ButtonRow& row : ButtonTable()) text << (main.*row.Value).Enabled;
+  return text.str();
+}
+
 /// One run of the program, watched.
 struct WatchedRun : LoadedProgram {
   using LoadedProgram::LoadedProgram;
@@ -69,6 +88,9 @@ class Season {
   void WindowEvent();
   void DialogEvent();
   void Press(std::size_t button);
+  template <class Act>
+  void PressAs(const ButtonRow& row, const char* name, Act act);
+  void KeepAndGoOn();
   void ClickField(int index);
   void PlayRightFields(int fields);
   void Tick();
@@ -78,6 +100,7 @@ class Season {
   bool IsNamed(const RunTimeError& error) const;
   void Check();
   void CheckMadePuzzle();
+  void NoticeNoPuzzle();
   void CheckFiles();
   [[noreturn]] void Wrong(const std::string& what) const;
   Main& main() { return run_->main; }
@@ -242,6 +265,11 @@ void Season::WindowEvent() {
       desktop_.ShellCode = bytes_.Below(64);
       Run("press Label2", [&] { Label2_Click(main()); });
     }
+    if (odd == 3) KeepAndGoOn();
+    if (odd == 4) Run("remember", [&] { PressRemember(main()); });
+    if (odd == 5) Run("back", [&] { PressBackToStep(main()); });
+    if (odd == 6) PressAs(ButtonOf(&Main::cmdGenerate), "cmdGenerate", PressNewOfLevel);
+    if (odd == 7) Run("end making", [&] { PressEndMaking(main()); });
   } else {
     Run("press optSound", [&] { PressSound(main(), !main().optSound.Checked); });
   }
@@ -253,11 +281,17 @@ void Season::Press(std::size_t button) {
       "cmdOptions", "cmdPause", "cmdGenerate", "cmdOpen",    "cmdNext", "cmdRestart",  "cmdSolution",
       "cmdUndo",    "cmdRedo",  "cmdHint",     "cmdPlayers", "cmdExit", "cmdResetTime"};
   const ButtonRow& row = ButtonTable()[button];
+  PressAs(row, kNames.at(button), [&](Main& pressed) { PressButton(pressed, row); });
+}
+
+/// A press of a button, or one that does the like.
+template <class Act>
+void Season::PressAs(const ButtonRow& row, const char* name, Act act) {
   const int sizeBefore = main().BoardSize;
   const int step = main().StepCount;
   const bool enabled = (main().*row.Value).Enabled;
   fileError_ = false;
-  Run(std::string("press ") + kNames.at(button), [&] { PressButton(main(), row); });
+  Run(std::string("press ") + name, [&] { act(main()); });
   if (ended_) return;
   Watched& watched = run_->watched;
   if (main().BoardSize != sizeBefore) watched.NoPuzzleOfThisSize = true;
@@ -271,8 +305,23 @@ void Season::Press(std::size_t button) {
   }
   if (opens && damaged_ && fileError_) watched.OpeningBrokeOff = true;
   if (!enabled) return;
-  if (row.Value == &Main::cmdGenerate) CheckMadePuzzle();
+  if (row.Value == &Main::cmdGenerate) {
+    NoticeNoPuzzle();
+    if (!watched.NoPuzzleOfThisSize) CheckMadePuzzle();
+  }
   if (starts || row.Value == &Main::cmdResetTime) CheckFiles();
+}
+
+/// A game taken up again is the game that was kept, in everything but the time of day.
+void Season::KeepAndGoOn() {
+  bool kept = false;
+  Run("keep", [&] { kept = PressKeep(main()).has_value(); });
+  if (!kept || ended_ || damaged_ || run_->watched.amid != Amid::Nothing) return;
+  const std::string before = GameText(main());
+  Run("press cmdSolution", [&] { PressButton(main(), ButtonOf(&Main::cmdSolution)); });
+  LetTimePass();
+  Run("press cmdOpen", [&] { PressGoOn(main(), main().PuzzleNo); });
+  if (!ended_ && GameText(main()) != before) Wrong("A kept game goes on as it was -- " + before);
 }
 
 void Season::ClickField(int index) {
@@ -329,12 +378,19 @@ void Season::ChangeFilesOutside() {
 
 void Season::AtYield() {
   if (++yields_ >= kMostYields) Run("close", [&] { Form_QueryUnload(main()); });
+  if (bytes_.AtEnd()) PressEndMaking(main());
   if (yields_ % yieldsBetween_ != 0 || bytes_.AtEnd() || ended_) return;
   yieldsBetween_ = 1 << bytes_.Below(6);  // A small puzzle takes some dozens.
   WindowEvent();
 }
 
+/// The making of a puzzle of a level may end without one.
+void Season::NoticeNoPuzzle() {
+  if (main().PuzzleOver && PanelOf(main(), 3).Text == "Puzzle #: --") run_->watched.NoPuzzleOfThisSize = true;
+}
+
 void Season::UnderBox(const std::string& title) {
+  if (title == "New Puzzle") NoticeNoPuzzle();
   Amid& amid = run_->watched.amid;
   const Amid outer = amid;
   amid = AmidOf(main(), title, outer);
@@ -416,6 +472,7 @@ void Season::CheckFiles() {
   std::map<std::string, std::string> now = FilesIn(installation_.InData(""));
   for (const auto& [name, before] : files_) {
     if (damaged_) break;
+    if (name.starts_with("Kept")) continue;
     const std::string& after = now[name];
     const bool pack = name.starts_with("BVPack");
     const std::size_t record = pack ? kPackBytes : kPersonalBytes;

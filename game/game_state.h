@@ -66,8 +66,9 @@ struct Main {
 
   // Moves. MoveLog holds one cell a click, at the value that StepCount has after it.
   Array<int> MoveLog{1};
-  int StepCount = 0;   ///< Clicks in force, 16 bits.
-  int MoveLogTop = 0;  ///< Valid entries of MoveLog; above StepCount exactly when redo is possible.
+  int StepCount = 0;        ///< Clicks in force, 16 bits.
+  int MoveLogTop = 0;       ///< Valid entries of MoveLog; above StepCount exactly when redo is possible.
+  int RememberedStep = -1;  ///< A step to come back to; -1 when there is none.
 
   // State of play.
   bool PuzzleOver = false;  ///< No game in progress.
@@ -89,6 +90,7 @@ struct Main {
   Array<int> BlinkTile;  ///< Tile of each mark, signed; see AddBlink.
   int BlinkTop = -1;     ///< Index of the last mark; -1 when there is none.
   bool GenFirstTick = false;
+  bool GenEnds = false;       ///< The making of a puzzle of a level is to end.
   int AnimationColour = 0;    ///< 0 to 2.
   int AnimationPosition = 0;  ///< 0 to 8.
 

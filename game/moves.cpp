@@ -40,6 +40,8 @@ void EndPuzzle(Main& main) {
 
 void Move(Main& main, int cell) {
   Speel(main, Sound::Assign);
+  // From an earlier step on, the game goes another way.
+  if (main.StepCount < main.RememberedStep) main.RememberedStep = -1;
   main.StepCount = CheckedInteger(main.StepCount + 1);
   main.MoveLogTop = main.StepCount;
   main.LabelStap.Caption = std::to_string(main.StepCount);

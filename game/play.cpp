@@ -66,6 +66,7 @@ void StartPuzzle(Main& main) {
   Speel(main, Sound::Discard);
   main.StepCount = 0;
   main.MoveLogTop = 0;
+  main.RememberedStep = -1;
   RefreshButtons(main);
   ShowStepCount(main);
   const int size = main.BoardSize;

@@ -11,8 +11,8 @@ git grep -n '^#include "' -- '*.cpp' '*.h' | awk -v rooms="
   hints: game deduction
   storage: game rating
   generator: game rating storage
-  events: game hints storage generator
-  workbench: $core
+  workbench: game storage generator
+  events: game hints storage generator workbench
   packs: $core workbench
   walks: $core workbench packs
   drawing: $core workbench walks

@@ -143,11 +143,8 @@ void cmdNext_Click(Main& main) {
   OpenPuzzle(main, main.PuzzleNo + 1);
 }
 
-void cmdOptions_Click(Main& main) {
-  const InputBox box{.Title = "Puzzle Size", .Prompt = "Enter a value between 6 and 18", .Default = "12"};
-  const std::optional<int> size = AskNumber(main, box, kMinSize, kLargestAnswer);
-  if (!size || *size == main.BoardSize) return;
-  main.BoardSize = *size;
+void ChangeSize(Main& main, int size) {
+  main.BoardSize = size;
   KeepSetting(main, "Options", "Size", std::to_string(main.BoardSize));
   ShowSize(main);
   ShowLevel(main);
@@ -159,6 +156,12 @@ void cmdOptions_Click(Main& main) {
   RefreshButtons(main);
   SizeLayout(main);
   TellOfLostSettings(main);
+}
+
+void cmdOptions_Click(Main& main) {
+  const InputBox box{.Title = "Puzzle Size", .Prompt = "Enter a value between 6 and 18", .Default = "12"};
+  const std::optional<int> size = AskNumber(main, box, kMinSize, kLargestAnswer);
+  if (size && *size != main.BoardSize) ChangeSize(main, *size);
 }
 
 }  // namespace bivouac

@@ -17,6 +17,9 @@ void cmdNext_Click(Main& main);
 void OpenPuzzle(Main& main, int number);
 /// Whether a puzzle has a best time: a player who is not in the list any more holds none.
 bool HasBestTime(const Global& global, const PackRecord& puzzle);
+/// What an answer to cmdOptions' box does. Requires: another size than the present one, 6 to 20. Errors: as
+/// there.
+void ChangeSize(Main& main, int size);
 /// Changes the size. Errors: IndexOutsideArray for 19 and 20, which the box lets through.
 void cmdOptions_Click(Main& main);
 

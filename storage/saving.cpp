@@ -1,5 +1,7 @@
 #include "storage/saving.h"
 
+#include <algorithm>
+
 #include "storage/pack_files.h"
 #include "storage/platform_files.h"
 #include "storage/record_file.h"
@@ -78,6 +80,12 @@ void Save_Puzzle(Main& main) {
   Refuse(main,
          "There are less Puzzles in the Puzzle Pack than the current number!!!\n\r"
          "Current Puzzle will not be updated!");
+}
+
+bool IsSamePuzzle(const PackRecord& a, const PackRecord& b) {
+  const auto alike = [](int cellA, int cellB) { return (cellA == CELL_TREE) == (cellB == CELL_TREE); };
+  return a.RowCounts == b.RowCounts && a.ColCounts == b.ColCounts &&
+         std::equal(a.Layout.begin(), a.Layout.end(), b.Layout.begin(), alike);
 }
 
 }  // namespace bivouac

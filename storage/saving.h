@@ -12,4 +12,7 @@ void Save_New(Main& main);
 /// told in a box.
 void Save_Puzzle(Main& main);
 
+/// Trees and clues are equal; levels and times may differ.
+bool IsSamePuzzle(const PackRecord& a, const PackRecord& b);
+
 }  // namespace bivouac

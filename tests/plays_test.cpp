@@ -16,7 +16,9 @@
 #include "game/spoken.h"
 #include "game/text.h"
 #include "game/web_link.h"
+#include "storage/kept_game.h"
 #include "storage/pack_files.h"
+#include "storage/puzzle_list.h"
 #include "storage/record_file.h"
 #include "storage/start_up.h"
 #include "tests/support/installation.h"
@@ -57,6 +59,11 @@ std::string PackText(const std::string& bytes) {
   return bytes.size() % kPackBytes == 0 ? text : Joined(text, "and ", bytes.size() % kPackBytes, " bytes");
 }
 
+std::string LinesOf(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', '|');
+  return text;
+}
+
 std::string ClueText(const FixedArray<Label, kMaxSize>& clues, int size) {
   std::string text;
   for (int i = 0; i <= size && i < kMaxSize; ++i) {
@@ -76,6 +83,8 @@ class Play {
     scripted.PlayerDialog = [this] { PlayInDialog(); };
     scripted.WhileYielding = [this] {
       if (yieldsToEnd_ > 0 && --yieldsToEnd_ == 0) desktop().End();
+      if (yieldsToEscape_ > 0 && --yieldsToEscape_ == 0) PressEndMaking(Now());
+      if (!later_.empty()) desktop().Now = std::exchange(later_, {});
       if (!std::exchange(watchedMaking_, true)) TellChanges();
     };
   }
@@ -223,6 +232,8 @@ class Play {
     if (name == "steps") Now().StepCount = number;
     if (name == "player") Now().global.CurrentPlayer = number;
     if (name == "end") yieldsToEnd_ = number;
+    if (name == "escape") yieldsToEscape_ = number;
+    if (name == "later") later_ = value;
     if (name == "full") full_ = number;
     const auto slash = name.find('/');
     if (slash != name.npos) desktop().Settings[{name.substr(0, slash), name.substr(slash + 1)}] = value;
@@ -243,7 +254,32 @@ class Play {
     if (name == "optSound") return PressSound(Now(), !Now().optSound.Checked);
     if (name == "Label2") return Label2_Click(Now());
     if (name == "close") return Form_QueryUnload(Now());
+    if (name == "open") return PressOpen(Now(), NextNumber());
+    if (name == "level") return PressNewOfLevel(Now());
+    if (name == "goon") return PressGoOn(Now(), NextNumber());
+    if (name == "back") return PressBackToStep(Now());
+    if (name == "keep") return Tell("told", PressKeep(Now()).value_or("nothing"));
+    if (name == "remember") return Tell("told", PressRemember(Now()).value_or("nothing"));
+    if (name == "paste") return PressPaste(Now(), Rest());
+    if (name == "list") return List();
     PressButton(Now(), ButtonOf(ControlNamed(name).ItsButton));
+  }
+
+  std::string Rest() {
+    std::ostringstream text;
+    while (!words_.empty()) text << Next("") << ' ';
+    return text.str();
+  }
+
+  void List() {
+    int number = 0;
+    for (const ListedPuzzle& puzzle : ListPuzzles(Now())) {
+      Tell("puzzle", Joined(++number, puzzle.Readable ? "" : " unreadable", ", ", puzzle.Trees, " trees, ",
+                            puzzle.BestTime, " s by [", puzzle.BestBy, "], own ", puzzle.OwnTime, " s"));
+    }
+    Tell("list", SolvedText(Now(), ListPuzzles(Now())));
+    for (const auto& [kept, game] : FindKeptGames(Now()))
+      Tell("puzzle", Joined(kept, ' ', game ? KeptText(*game) : "damaged"));
   }
 
   void Field(int cell) {
@@ -383,6 +419,7 @@ class Play {
       files["file " + name] = entry.is_directory()         ? "a folder"
                               : name.starts_with("BVPack") ? PackText(bytes)
                               : name.ends_with(".HTM")     ? bytes
+                              : name.ends_with(".txt")     ? LinesOf(bytes)
                                                            : NumbersIn(bytes);
       const bool writable = (entry.status().permissions() & fs::perms::owner_write) != fs::perms::none;
       if (!writable) files["file " + name] += ", read only";
@@ -395,6 +432,8 @@ class Play {
   std::optional<LoadedProgram> run_;
   std::vector<std::string> words_;
   std::string told_;
+  int yieldsToEscape_ = 0;
+  std::string later_;  // The time of day from the next yield on.
   Values values_;
   Listener listener_;
   bivouac::Told said_;
@@ -412,7 +451,8 @@ TEST_P(Plays, GoAsTheyDid) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Plays,
-                         testing::Values("board", "files", "hints", "new", "players", "season", "start"),
+                         testing::Values("board", "files", "hints", "kept", "new", "players", "season",
+                                         "start"),
                          [](const auto& play) { return std::string(play.param); });
 
 }  // namespace

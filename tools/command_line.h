@@ -13,7 +13,7 @@ namespace bivouac {
 using Command = std::function<ExitStatus(Terminal&)>;
 
 /// "3" or "2-4". Errors: CLI::ValidationError.
-LevelRange ReadLevels(const std::string& text);
+LevelRange LevelsOf(const std::string& text);
 
 /// From now on an interrupt sets a flag, which is returned.
 const std::atomic<bool>& WatchForInterrupts();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "generator/generator.h"
 #include "packs/puzzle_maker.h"
 
 namespace bivouac {
@@ -24,12 +25,6 @@ enum class ExitStatus { Done = 0, FaultsFound = 1, BadInput = 2, Interrupted = 1
 enum class Format {
   Words,
   Table,  ///< Tab-separated, no header, one record a line.
-};
-
-/// Levels from 1 to 5, both included.
-struct LevelRange {
-  int Lowest = 1;
-  int Highest = 5;
 };
 
 struct MakeOptions {

@@ -103,7 +103,7 @@ void AddPrint(CLI::App& app, Command& chosen) {
     }
     refuse(ofPictures, "only a picture of one puzzle, PACK NUMBER, takes it");
     if (!input->Numbers.empty()) input->Book.Numbers = ReadNumbers(input->Numbers);
-    if (!input->Levels.empty()) input->Book.Levels = ReadLevels(input->Levels);
+    if (!input->Levels.empty()) input->Book.Levels = LevelsOf(input->Levels);
     input->Book.Solutions = input->Solutions == "none"   ? SolutionPlace::None
                             : input->Solutions == "back" ? SolutionPlace::Back
                                                          : SolutionPlace::Separate;

@@ -52,7 +52,7 @@ void AddMake(CLI::App& app, Command& chosen) {
   make->add_flag("--distinct", input->Options.Distinct, "Leave out what is alike, turned or mirrored");
   make->add_option("PACK", input->Options.Pack, "The pack")->required();
   make->callback([input, seed, &chosen] {
-    const LevelRange levels = ReadLevels(input->Levels);
+    const LevelRange levels = LevelsOf(input->Levels);
     input->Options.LowestLevel = levels.Lowest;
     input->Options.HighestLevel = levels.Highest;
     if (seed->count() == 0) {
@@ -211,14 +211,11 @@ int Run(int argc, char** argv) {
 
 }  // namespace
 
-LevelRange ReadLevels(const std::string& text) {
-  const auto isLevel = [](char c) { return c >= '1' && c <= '5'; };
-  const bool one = text.size() == 1 && isLevel(text[0]);
-  const bool range =
-      text.size() == 3 && isLevel(text[0]) && text[1] == '-' && isLevel(text[2]) && text[0] <= text[2];
-  if (!one && !range)
+LevelRange LevelsOf(const std::string& text) {
+  const std::optional<LevelRange> levels = ReadLevels(text);
+  if (!levels)
     throw CLI::ValidationError("--level", "'" + text + "' is not a level 1 to 5 or a range such as 2-4");
-  return {text.front() - '0', text.back() - '0'};
+  return *levels;
 }
 
 const std::atomic<bool>& WatchForInterrupts() {

@@ -26,6 +26,12 @@ constexpr std::pair<Qt::Key, FrameKey> kFrameKeys[] = {
     {Qt::Key_PageUp, FrameKey::PageUp}, {Qt::Key_PageDown, FrameKey::PageDown},
     {Qt::Key_Home, FrameKey::Home},     {Qt::Key_End, FrameKey::End}};
 
+constexpr int kStepsInField = 8;  // Of a drag, looked at between two events.
+
+bool IsOpen(const Main& main, int cell) {
+  return cell <= main.Board.Upper() && main.Board[cell] == CELL_OPEN;
+}
+
 constexpr QColor kFrameOuter(0x00, 0x2A, 0x8C);
 constexpr QColor kFrameInner(0xFF, 0xFF, 0xFF);
 
@@ -148,7 +154,46 @@ void BoardWidget::mousePressEvent(QMouseEvent* event) {
   if (index < 0) return;
   SetFrameShown(false);
   MoveFrame(index);
+  const bool wasOpen = IsOpen(main_, index);
   click_(index);
+  dragged_ = wasOpen && !IsOpen(main_, index) && main_.Timer3.Enabled ? index : -1;
+  dragPoint_ = event->position().toPoint();
+}
+
+void BoardWidget::mouseMoveEvent(QMouseEvent* event) {
+  // A fast hand skips fields between two events.
+  const QPoint end = event->position().toPoint();
+  const QPoint way = end - dragPoint_;
+  const int steps = 1 + way.manhattanLength() * kStepsInField / std::max(1, CellRect(0).width());
+  const QPoint begin = dragPoint_;
+  for (int step = 1; step <= steps && dragged_ >= 0; ++step) DragTo(begin + way * step / steps);
+  dragPoint_ = end;
+}
+
+void BoardWidget::mouseReleaseEvent(QMouseEvent*) {
+  dragged_ = -1;
+}
+
+/// A field that is open gets its click once the pointer is well inside.
+void BoardWidget::DragTo(QPoint point) {
+  const int cell = CellAt(point);
+  if (cell < 0 || cell == dragged_ || !IsWellInside(point, cell)) return;
+  dragged_ = cell;
+  if (!IsOpen(main_, cell)) return;
+  MoveFrame(cell);
+  click_(cell);
+  if (IsOpen(main_, cell) || !main_.Timer3.Enabled) dragged_ = -1;  // No game that takes clicks.
+}
+
+/// Whether the pointer has entered a field by a third of its width, from where the drag came.
+bool BoardWidget::IsWellInside(QPoint point, int cell) const {
+  const QRect at = CellRect(cell);
+  const auto isInside = [](int from, int to, int depthFromStart, int length) {
+    if (from == to) return true;
+    return (from < to ? depthFromStart : length - 1 - depthFromStart) >= length / 3;
+  };
+  return isInside(dragged_ % size_, cell % size_, point.x() - at.left(), at.width()) &&
+         isInside(dragged_ / size_, cell / size_, point.y() - at.top(), at.height());
 }
 
 void BoardWidget::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -61,6 +61,8 @@ class BoardWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -69,6 +71,8 @@ class BoardWidget : public QWidget {
   void LayOut();
   int LogicalLength(int devicePixels) const;
   void MoveFrame(int index);
+  void DragTo(QPoint point);
+  bool IsWellInside(QPoint point, int cell) const;
   bool ShowsFrameFirst();
   void SetFrameShown(bool shown);
   void TellName(int index);
@@ -85,6 +89,9 @@ class BoardWidget : public QWidget {
 
   CellEdges edges_;
   double ratio_ = 1;
+
+  int dragged_ = -1;  // The field that a drag came to last; -1 when none is going on.
+  QPoint dragPoint_;
 
   int current_ = 0;
   bool frameShown_ = false;

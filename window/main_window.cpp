@@ -1,12 +1,15 @@
 #include "window/main_window.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
+#include <QToolTip>
 #include <algorithm>
 #include <utility>
 
@@ -14,6 +17,7 @@
 #include "events/help.h"
 #include "game/blinking.h"
 #include "game/clock.h"
+#include "game/puzzle_line.h"
 #include "game/web_link.h"
 #include "storage/platform_files.h"
 #include "storage/start_up.h"
@@ -21,6 +25,7 @@
 #include "window/own_files.h"
 #include "window/pictures.h"
 #include "window/puzzle_list.h"
+#include "window/puzzle_picture.h"
 
 namespace bivouac {
 namespace {
@@ -28,6 +33,8 @@ namespace {
 constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour of their own.
 constexpr double kSmallest = 0.6;                // Of the opening size.
 constexpr int kBoxText = 13;
+constexpr int kCopiedField = 32;  // Pixels.
+constexpr int kToldFor = 3000;    // Milliseconds.
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
@@ -164,6 +171,12 @@ void MainWindow::AddKeys() {
   AddKey(QLatin1String(kProgressKey), [this] { announcer_->Say(SpokenProgress(main_)); });
   AddKey(QStringLiteral("F1"), [this] { Press([this] { ShowHelp(); }); });
   AddKey(QStringLiteral("F2"), [this] { Press([this] { ShowPuzzles(); }); });
+  AddKey(QStringLiteral("Ctrl+Shift+N"), [this] { Press([this] { PressNewOfLevel(main_); }); });
+  AddKey(QStringLiteral("Ctrl+S"), [this] { Press([this] { Tell(PressKeep(main_)); }); });
+  AddKey(QStringLiteral("Ctrl+B"), [this] { Press([this] { Tell(PressRemember(main_)); }); });
+  AddKey(QStringLiteral("Ctrl+Shift+B"), [this] { Press([this] { PressBackToStep(main_); }); });
+  AddKey(QStringLiteral("Ctrl+C"), [this] { Press([this] { Copy(); }); });
+  AddKey(QStringLiteral("Ctrl+V"), [this] { Press([this] { Paste(); }); });
   if (printing_.IsOffered()) {
     AddKey(QStringLiteral("Ctrl+P"), [this] { Press([this] { printing_.PrintPosition(main_); }); });
   }
@@ -204,13 +217,35 @@ void MainWindow::ShowHelp() {
 void MainWindow::ShowPuzzles() {
   if (IsMakingPuzzle(main_)) return;
   if (puzzles_ == nullptr) puzzles_ = std::make_unique<PuzzleList>(main_, this);
-  std::optional<int> number;
+  std::optional<PuzzleList::Choice> choice;
   {
     const EventRoad::Modal modal(road_);
-    number = puzzles_->Choose(BoxUnit());
+    choice = puzzles_->Choose(BoxUnit());
   }
   road_.ThrowIfEnded();
-  if (number) PressOpen(main_, *number);
+  if (choice) (choice->GoOn ? PressGoOn : PressOpen)(main_, choice->Number);
+}
+
+/// The puzzle as a line of text, and the position as a picture; a pause hides that.
+void MainWindow::Copy() {
+  if (!IsPuzzleOnShow(main_)) return;
+  auto* copied = new QMimeData;
+  copied->setText(QString::fromStdString(PuzzleLineOf(main_.global.PuzzleRec)));
+  if (!main_.Paused) copied->setImageData(PictureOf(main_, kCopiedField));
+  QGuiApplication::clipboard()->setMimeData(copied);
+  Tell("Puzzle copied.");
+}
+
+void MainWindow::Paste() {
+  PressPaste(main_, QGuiApplication::clipboard()->text().toStdString());
+}
+
+/// Says a sentence and shows it over the board for a while.
+void MainWindow::Tell(const std::optional<std::string>& sentence) {
+  if (!sentence) return;
+  announcer_->Say(*sentence);
+  QToolTip::showText(board_->mapToGlobal(QPoint(0, 0)), QString::fromStdString(*sentence), board_, {},
+                     kToldFor);
 }
 
 Listener MainWindow::ListenerNow() {
@@ -418,11 +453,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && IsMakingPuzzle(main_))
+    return Press([this] { PressEndMaking(main_); });
   if (event->key() == Qt::Key_Escape && HintTakesClicks(main_)) return hint_->Press();
   QWidget::keyPressEvent(event);
 }
 
 void MainWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::WindowStateChange && isMinimized())
+    Press([this] { PressButton(main_, ButtonOf(&Main::cmdPause)); });
   if (event->type() == QEvent::ActivationChange) {
     if (isActiveWindow()) {
       announcer_->Watch();

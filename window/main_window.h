@@ -77,6 +77,9 @@ class MainWindow : public QWidget {
   void PressByKey(const PlacedButton& button);
   void ShowHelp();
   void ShowPuzzles();
+  void Tell(const std::optional<std::string>& sentence);
+  void Copy();
+  void Paste();
   Listener ListenerNow();
   void AddShield();
   void ConnectTimer(QTimer& timer, const char* name, void (*tick)(Main& main));

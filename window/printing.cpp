@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include "events/presses.h"
 #include "storage/pack_files.h"
 
 namespace bivouac {
@@ -24,7 +25,7 @@ Printing::Printing()
                                                 {QCoreApplication::applicationDirPath()})) {}
 
 void Printing::PrintPosition(Main& main) {
-  if (main.PuzzleNo == 0 || main.Paused) return;
+  if (!IsPuzzleOnShow(main) || main.Paused) return;
   QString digits;
   for (int cell = 0; cell < main.CellCount; ++cell) digits += QString::number(main.Board[cell]);
   const QString pdf =

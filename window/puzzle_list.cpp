@@ -22,12 +22,13 @@ namespace bivouac {
 namespace {
 
 constexpr int kText = 13;  // Pixels at the main window's opening size.
-constexpr int kWidth = 880;
+constexpr int kWidth = 960;
 constexpr int kHeight = 520;
 constexpr int kPicture = 240;
 constexpr int kNeedsLeast = 60;
 constexpr int kTableLeast = 520;
 constexpr int kLevels = 5;
+constexpr int kGoOn = 2;            // Beside the results of a QDialog, 0 and 1.
 constexpr std::size_t kBatch = 50;  // Puzzles whose needs are told at a time.
 /// Characters that each column of the table has room for.
 constexpr int kColumnWidths[PuzzleTable::kState] = {11, 9, 9, 22, 12};
@@ -78,12 +79,14 @@ PuzzleList::PuzzleList(const Main& main, QWidget* mainWindow)
   connect(open_, &QPushButton::clicked, this, [this] {
     if (SelectedRow() >= 0) accept();
   });
+  goOn_ = AddButton("GoOn", "&Go On", "Goes on with the kept game of the chosen puzzle");
+  connect(goOn_, &QPushButton::clicked, this, [this] { done(kGoOn); });
   QPushButton* today = AddButton("Today", "&Today's", "Chooses the puzzle of the day");
   connect(today, &QPushButton::clicked, this, [this] { SelectToday(); });
   QPushButton* close = AddButton("Close", "&Close", "Closes without opening a puzzle");
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
   buttons->addWidget(summary_, 1);
-  for (QPushButton* button : {today, open_, close}) buttons->addWidget(button);
+  for (QPushButton* button : {today, goOn_, open_, close}) buttons->addWidget(button);
 
   auto* column = new QVBoxLayout(this);
   column->addLayout(filters);
@@ -180,21 +183,21 @@ void PuzzleList::LayOut(double unit) {
   layout()->activate();
 }
 
-std::optional<int> PuzzleList::Choose(double unit) {
+std::optional<PuzzleList::Choice> PuzzleList::Choose(double unit) {
   const QString size = QString::number(main_.BoardSize);
   setWindowTitle(QStringLiteral("Puzzles %1x%1").arg(size));
   setAccessibleName(windowTitle());
   EndSearch();
   table_.Refresh();
   Resize(unit);
-  open_->setEnabled(main_.cmdOpen.Enabled);
   Filter();
   Select(std::clamp(main_.PuzzleNo, 1, std::max(1, table_.rowCount())) - 1);
   view_->setFocus();
   BeginSearch();
-  const bool chosen = exec() == Accepted;
+  const int result = exec();
   EndSearch();
-  return chosen && main_.cmdOpen.Enabled ? std::optional(SelectedRow() + 1) : std::nullopt;
+  if (result == Rejected || !main_.cmdOpen.Enabled) return {};
+  return Choice{SelectedRow() + 1, result == kGoOn};
 }
 
 /// Selects a puzzle where it is shown, else the first that is.
@@ -234,6 +237,7 @@ void PuzzleList::Filter() {
 void PuzzleList::DrawChosen() {
   const int row = SelectedRow();
   open_->setEnabled(row >= 0 && main_.cmdOpen.Enabled);
+  goOn_->setEnabled(open_->isEnabled() && table_.IsKept(row));
   bool shown = row >= 0 && table_.Puzzles()->at(static_cast<std::size_t>(row)).Readable;
   try {
     if (shown) {

@@ -26,9 +26,13 @@ class PuzzleList : public QDialog {
   PuzzleList(const Main& main, QWidget* mainWindow);
   ~PuzzleList() override;
 
-  /// Shows the puzzles and holds the caller until one is chosen or the window is closed. Returns the number
-  /// of the one to open, if any. `unit` is the length of a pixel of the main window's opening size.
-  std::optional<int> Choose(double unit);
+  struct Choice {
+    int Number;
+    bool GoOn;  ///< With the kept game, instead of from the start.
+  };
+  /// Shows the puzzles and holds the caller until one is chosen or the window is closed. `unit` is the length
+  /// of a pixel of the main window's opening size.
+  std::optional<Choice> Choose(double unit);
 
   /// Chooses today's puzzle, whatever the filters.
   void SelectToday();
@@ -63,6 +67,7 @@ class PuzzleList : public QDialog {
   QListWidget* needs_ = nullptr;
   QLabel* summary_ = nullptr;
   QPushButton* open_ = nullptr;
+  QPushButton* goOn_ = nullptr;
 };
 
 }  // namespace bivouac

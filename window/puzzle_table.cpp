@@ -15,12 +15,18 @@ constexpr std::array<const char*, PuzzleTable::kColumns> kHeadings = {"Number", 
 void PuzzleTable::Refresh() {
   beginResetModel();
   puzzles_ = std::make_shared<std::vector<ListedPuzzle>>(ListPuzzles(main_));
+  kept_ = FindKeptGames(main_);
   needs_.clear();
   endResetModel();
 }
 
 bool PuzzleTable::IsSolved(int row) const {
   return SolvedTime(main_, puzzles_->at(static_cast<std::size_t>(row))) > 0;
+}
+
+bool PuzzleTable::IsKept(int row) const {
+  const auto kept = kept_.find(row + 1);
+  return kept != kept_.end() && kept->second.has_value();
 }
 
 const PuzzleStats* PuzzleTable::NeedsOf(int row) const {
@@ -74,6 +80,8 @@ QString PuzzleTable::TextOf(int row, int column) const {
     case kOwn:
       return time(puzzle.OwnTime);
     default:
+      if (IsKept(row)) return QString::fromStdString(KeptText(*kept_.at(row + 1)));
+      if (kept_.contains(row + 1)) return QStringLiteral("kept, but damaged");
       return IsSolved(row) ? QStringLiteral("solved") : QStringLiteral("new");
   }
 }
@@ -112,7 +120,7 @@ int PuzzleTable::SortedBy(int row, int column) const {
     case kOwn:
       return time(puzzle.OwnTime);
     case kState:
-      return IsSolved(row);
+      return kept_.contains(row + 1) ? 1 : 2 * IsSolved(row);
     default:
       return row;
   }

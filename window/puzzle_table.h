@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "storage/kept_game.h"
 #include "storage/puzzle_list.h"
 #include "walks/pack_stats.h"
 
@@ -26,6 +27,8 @@ class PuzzleTable : public QAbstractTableModel {
   void Refresh();
   const PuzzlesShown& Puzzles() const { return puzzles_; }
   bool IsSolved(int row) const;
+  /// Whether the player's game of the puzzle was kept, and is not damaged.
+  bool IsKept(int row) const;
 
   /// What a puzzle needs came to light. The next row is meant each time.
   void AddNeeds(const PuzzleStats& needs) { needs_.push_back(needs); }
@@ -45,6 +48,7 @@ class PuzzleTable : public QAbstractTableModel {
   int SortedBy(int row, int column) const;
 
   const Main& main_;
+  std::map<int, std::optional<KeptGame>> kept_;  // By number.
   PuzzlesShown puzzles_ = std::make_shared<std::vector<ListedPuzzle>>();
   std::vector<PuzzleStats> needs_;  // Of the first rows, as far as they are known.
 };
