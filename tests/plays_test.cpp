@@ -2,12 +2,16 @@
 // of it, every value that a player or a file could show the change of. BIVOUAC_KEEP_LOOKS=1 writes the files
 // of tests/data/plays anew, and `git diff` shows what became different.
 #include <algorithm>
+#include <cstdarg>
+#include <fcntl.h>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <optional>
 #include <sstream>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "events/presses.h"
 #include "game/blinking.h"
@@ -25,6 +29,89 @@
 #include "tests/support/looks.h"
 #include "tests/support/picture.h"
 #include "workbench/position.h"
+
+namespace bivouac {
+namespace {
+
+// What changes files, and who locks them: the calls of the platform as this program's own, which go straight
+// to the kernel and are noted while a play goes on.
+
+std::string called;
+bool noting = false;
+std::map<int, short> locks;  // By descriptor.
+
+void Note(const char* what, std::string path) {
+  noting = false;
+  path = std::filesystem::path(path).filename().string();
+  if (path.starts_with(".bivouac-") && !path.starts_with(".bivouac-end")) path = ".bivouac-#";
+  if (path.starts_with("bivouac-test-")) path = "~";
+  called += std::string(called.empty() ? "" : ", ") + what + ' ' + path;
+  noting = true;
+}
+
+void Note(const char* what, int descriptor) {
+  if (noting)
+    Note(what, std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor)).string());
+}
+
+void NoteLock(int descriptor, short kind) {
+  const short before = std::exchange(locks[descriptor], kind);
+  if (kind == F_WRLCK) Note("lock", descriptor);
+  if (kind == F_UNLCK && before == F_WRLCK) Note("free", descriptor);
+}
+
+}  // namespace
+}  // namespace bivouac
+
+extern "C" {
+
+int fcntl(int descriptor, int command, ...) {
+  va_list rest;
+  va_start(rest, command);
+  void* const argument = va_arg(rest, void*);
+  va_end(rest);
+  const auto result = static_cast<int>(syscall(SYS_fcntl, descriptor, command, argument));
+  if (bivouac::noting && command == F_OFD_SETLK && result == 0)
+    bivouac::NoteLock(descriptor, static_cast<struct flock*>(argument)->l_type);
+  return result;
+}
+
+ssize_t pwrite(int descriptor, const void* bytes, std::size_t count, off_t offset) {
+  bivouac::Note("write", descriptor);
+  return syscall(SYS_pwrite64, descriptor, bytes, count, offset);
+}
+
+int fsync(int descriptor) {
+  bivouac::Note("sync", descriptor);
+  return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
+
+int fdatasync(int descriptor) {
+  bivouac::Note("sync", descriptor);
+  return static_cast<int>(syscall(SYS_fdatasync, descriptor));
+}
+
+int close(int descriptor) {
+  bivouac::locks.erase(descriptor);
+  return static_cast<int>(syscall(SYS_close, descriptor));
+}
+
+int link(const char* from, const char* to) noexcept {
+  if (bivouac::noting) bivouac::Note("name", std::string(to));
+  return static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+
+int rename(const char* from, const char* to) noexcept {
+  if (bivouac::noting) bivouac::Note("rename to", std::string(to));
+  return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+
+int unlink(const char* path) noexcept {
+  if (bivouac::noting) bivouac::Note("unlink", std::string(path));
+  return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+
+}  // extern "C"
 
 namespace bivouac {
 namespace {
@@ -97,6 +184,7 @@ class Play {
       told_ += line + '\n';
       words_ = Split(line.substr(2), ' ');
       watchedMaking_ = false;
+      noting = true;
       try {
         Do(Next(""));
       } catch (const RunTimeError& error) {
@@ -105,6 +193,10 @@ class Play {
         Tell("the program", "ends");
       } catch (const std::exception& error) {
         Tell("fault of the script", error.what());
+      }
+      noting = false;
+      for (const auto& [descriptor, lock] : std::exchange(locks, {})) {
+        if (lock != F_UNLCK) Tell("lock", "left behind");
       }
       TellChanges();
       if (!run_) continue;
@@ -336,9 +428,12 @@ class Play {
     for (const int sound : std::exchange(desktop().Played, {})) Tell("sound", std::to_string(sound));
     for (int beeps = std::exchange(desktop().Beeps, 0); beeps > 0; --beeps) Tell("beep", "");
     for (const std::string& page : std::exchange(desktop().Opened, {})) Tell("opened", page);
+    const bool notes = std::exchange(noting, false);
+    if (!called.empty()) Tell("calls", std::exchange(called, ""));
     Values values;
     if (run_) AddGame(values);
     AddFiles(values);
+    noting = notes;
     std::map<std::string, std::string> gone(values_.begin(), values_.end());
     for (const auto& [name, text] : values) {
       const auto before = gone.find(name);

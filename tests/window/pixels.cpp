@@ -19,6 +19,17 @@ double Difference(const QImage& one, const QImage& other) {
   return sum / 3 / one.width() / one.height();
 }
 
+QRect DifferentIn(const QImage& one, const QImage& other) {
+  if (one.size() != other.size()) return one.rect() | other.rect();
+  QRect around;
+  for (int y = 0; y < one.height(); ++y) {
+    for (int x = 0; x < one.width(); ++x) {
+      if ((one.pixel(x, y) & RGB_MASK) != (other.pixel(x, y) & RGB_MASK)) around |= QRect(x, y, 1, 1);
+    }
+  }
+  return around;
+}
+
 const QImage& Asset(const QString& name, QSize size) {
   static std::map<QString, QImage> originals;
   static std::map<std::tuple<QString, int, int>, QImage> pictures;

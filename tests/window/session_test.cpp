@@ -16,6 +16,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -232,17 +233,21 @@ class Session {
     }
   }
 
-  /// The tile of each field, as its pixels show it, in brackets where a frame stands round it.
+  /// The tile of each field, as the screen shows it, in brackets where a frame stands round it; and where the
+  /// screen shows what is no longer so.
   void AddPainted(Values& values) {
-    BoardWidget& board = program_.Window().Board();
-    if (!board.isVisible()) return;
-    const int size = board.Size();
-    for (int row = 0; row < size; ++row) {
+    MainWindow& window = program_.Window();
+    const QImage shown = window.screen()->grabWindow(window.winId()).toImage();
+    const QRect stale = DifferentIn(shown, window.grab().toImage());
+    if (!stale.isNull())
+      Tell("not painted",
+           QString("%1,%2 %3x%4").arg(stale.x()).arg(stale.y()).arg(stale.width()).arg(stale.height()));
+    const BoardWidget& board = window.Board();
+    for (int row = 0; row < board.Size() && board.isVisible(); ++row) {
       QString text;
-      for (int cell = row * size; cell < row * size + size; ++cell) {
-        const QRect at = board.CellRect(cell);
-        const auto [tile, difference] =
-            ClosestTile(board.grab(at.adjusted(1, 1, -1, -1)).toImage(), at.size());
+      for (int cell = row * board.Size(); cell < (row + 1) * board.Size(); ++cell) {
+        const QRect at = board.CellRect(cell).translated(board.pos());
+        const auto [tile, difference] = ClosestTile(shown.copy(at.adjusted(1, 1, -1, -1)), at.size());
         const QChar sign = QLatin1Char(".gtT4??W"[tile]);
         text += difference > 5 ? '[' + QString(sign) + ']' : QString(sign);
       }
