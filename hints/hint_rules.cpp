@@ -40,6 +40,7 @@ constexpr FixedArray<std::string_view, 9> kTwins{{
 
 constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
     {"AwayFromTrees",
+     "A field away from trees",
      1,
      kRow,
      FindAwayFromTrees,
@@ -48,6 +49,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      Sound::Error,
      {{"The blinking field is not next to a tree, it must be grass! Click HERE to continue..."}}},
     {"TentNeighbours",
+     "The fields around a tent",
      1,
      kRow,
      FindTentNeighbours,
@@ -56,6 +58,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      Sound::Giggle,
      {{"All open fields surrounding the blinking tent must be grass! Click HERE to continue..."}}},
     {"LoneOption",
+     "A tree with one field left",
      1,
      kRow,
      FindLoneOption,
@@ -64,6 +67,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      Sound::Hint,
      {{"The blinking tree has only one possible field for a tent! Click HERE to continue..."}}},
     {"ServedNeighbour",
+     "A field beside served trees only",
      1,
      kRow,
      FindServedAcross,
@@ -73,6 +77,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      {{"The blinking field is only located next to a tree that already has his tent, so this field must be "
        "grass! Click HERE to continue..."}}},
     {"RowComplete",
+     "A row that has all its tents",
      1,
      kRow,
      FindComplete,
@@ -82,6 +87,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      {{"All tents are placed in the row, so all blinking open fields must contain grass! Click HERE to "
        "continue..."}}},
     {"ColumnComplete",
+     "A column that has all its tents",
      1,
      kColumn,
      FindComplete,
@@ -91,6 +97,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      {{"All tents are placed in the column, so all blinking open fields must contain grass! Click HERE to "
        "continue..."}}},
     {"RowRuns",
+     "A row that must be filled",
      1,
      kRow,
      FindRuns,
@@ -104,6 +111,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "All possible placements of tents in the row  with the blinking tents points out that all blinking "
        "open fields in the neighbour rows must contain grass! Click HERE to continue..."}}},
     {"ColumnRuns",
+     "A column that must be filled",
      1,
      kColumn,
      FindRuns,
@@ -116,6 +124,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "open fields in the neighbour columns must contain grass! Click HERE to continue..."}}},
 
     {"CornerField",
+     "The corner between two options",
      2,
      kRow,
      FindCornerField,
@@ -124,9 +133,26 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      Sound::Hint,
      {{"All possible tent placements for the blinking Tree, points out that the blinking open field must be "
        "grass! Click HERE to continue..."}}},
-    {"PinchedRow", 2, kRow, FindPinched, Blinking::All, 15, Sound::Hint, {{kPinched}}},
-    {"PinchedColumn", 2, kColumn, FindPinched, Blinking::All, 15, Sound::Hint, {{kPinched}}},
+    {"PinchedRow",
+     "A field pinched in a row",
+     2,
+     kRow,
+     FindPinched,
+     Blinking::All,
+     15,
+     Sound::Hint,
+     {{kPinched}}},
+    {"PinchedColumn",
+     "A field pinched in a column",
+     2,
+     kColumn,
+     FindPinched,
+     Blinking::All,
+     15,
+     Sound::Hint,
+     {{kPinched}}},
     {"ClaimedRow",
+     "Trees that need a row",
      2,
      kRow,
      FindClaimed,
@@ -136,6 +162,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      {{"All possible tent placements for the blinking Tree(s) in that row, points out that any blinking open "
        "field must be grass! Click HERE to continue..."}}},
     {"ClaimedColumn",
+     "Trees that need a column",
      2,
      kColumn,
      FindClaimed,
@@ -145,8 +172,17 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      {{"All possible tent placements for the blinking Tree(s) in that column, points out that any blinking "
        "open field must be grass! Click HERE to continue..."}}},
 
-    {"PinchedCorner", 3, kRow, FindPinchedCorner, Blinking::All, 15, Sound::Hint, {{kPinched}}},
+    {"PinchedCorner",
+     "A field pinched in a corner",
+     3,
+     kRow,
+     FindPinchedCorner,
+     Blinking::All,
+     15,
+     Sound::Hint,
+     {{kPinched}}},
     {"SharedField",
+     "Two trees that share a field",
      3,
      kRow,
      FindSharedField,
@@ -191,6 +227,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "All possibilities for both blinking trees to place their tents, results in grass for the blinking "
        "open field(s)! Click HERE to continue..."}}},
     {"LastTentRow",
+     "The last tent of a row",
      3,
      kRow,
      FindLastTent,
@@ -200,6 +237,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
      {{"The placement for the last tent in this row makes it impossible for the blinking field to be a tent, "
        "so it must be grass! Click HERE to continue..."}}},
     {"LastTentColumn",
+     "The last tent of a column",
      3,
      kColumn,
      FindLastTent,
@@ -210,6 +248,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "tent, so it must be grass! Click HERE to continue..."}}},
 
     {"SpareRunRow",
+     "A row with one place to spare",
      4,
      kRow,
      FindSpareRun,
@@ -220,6 +259,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "impossible for the blinking fields in the near by rows to contain tents, and must be grass! Click "
        "HERE to continue..."}}},
     {"SpareRunColumn",
+     "A column with one place to spare",
      4,
      kColumn,
      FindSpareRun,
@@ -230,6 +270,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "impossible for the blinking fields in the near by columns to contain tents, and must be grass! Click "
        "HERE to continue..."}}},
     {"Cluster",
+     "A cluster",
      4,
      kRow,
      FindCluster,
@@ -242,9 +283,10 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        // ClusterIsServed
        "All possible placements for a cluster of Trees and Tents points out that the blinking cell(s) must "
        "be grass! Click HERE to continue..."}}},
-    {"TwinRow", 4, kRow, FindTwins, Blinking::All, 40, Sound::Error, kTwins},
-    {"TwinColumn", 4, kColumn, FindTwins, Blinking::All, 40, Sound::Error, kTwins},
+    {"TwinRow", "Twins in a row", 4, kRow, FindTwins, Blinking::All, 40, Sound::Error, kTwins},
+    {"TwinColumn", "Twins in a column", 4, kColumn, FindTwins, Blinking::All, 40, Sound::Error, kTwins},
     {"Wing",
+     "A wing",
      4,
      kRow,
      FindWingWithClaims,
@@ -271,6 +313,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "open field blinking with grass, must be grass. Click HERE to continue!"}}},
 
     {"TreeSupplyRow",
+     "The supply of trees by rows",
      5,
      kRow,
      FindTreeSupplyAsItLies,
@@ -284,6 +327,7 @@ constexpr FixedArray<HintRule, kHintRuleCount> kRules{{
        "Since there are not enough trees to provide the needed tents in the rows below the row with one or "
        "more blinking trees, their tents must be in the row below them! Click HERE to continue..."}}},
     {"TreeSupplyColumn",
+     "The supply of trees by columns",
      5,
      kColumn,
      FindTreeSupplyAsItLies,

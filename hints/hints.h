@@ -34,7 +34,8 @@ struct HintRule {
   /// The same in every version. The pass of the rater that acts on the same find is "Pass" and this name; the
   /// first two rules have none.
   std::string_view Name;
-  int Stage;  ///< 1 to 5, from HintBasic to HintCounts.
+  std::string_view Title;  ///< For people.
+  int Stage;               ///< 1 to 5, from HintBasic to HintCounts.
   LineKind Along;
   bool (*Look)(Lines& lines, Find& find);  ///< May end in a RunTimeError.
   Blinking Shown;

@@ -43,7 +43,7 @@ PuzzleStats NeedsOf(Workbench& bench, const ListedPuzzle& puzzle) {
 }
 
 QString NameOfRule(const HintRule& rule) {
-  return QString::fromUtf8(rule.Name);
+  return QString::fromUtf8(rule.Title);
 }
 
 }  // namespace
@@ -306,6 +306,7 @@ void PuzzleList::TakeNeeds(const std::vector<PuzzleStats>& needs) {
                                     .arg(QLatin1String(count == 1 ? "puzzle" : "puzzles")));
   }
   if (rule_->currentIndex() != 0) filter_.Apply();
+  if (SelectedRow() < 0) Select(0);
   if (!chosenKnown) DrawNeeds();
   DrawSummary();
 }

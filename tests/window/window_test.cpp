@@ -316,8 +316,8 @@ TEST(Window, ThePuzzlesAreListedChosenAndOpened) {
       dialog.findChild<QComboBox*>("LevelFilter")->setCurrentIndex(5);
       EXPECT_EQ(cell(dialog, 0, 1), "5");
       auto* rules = dialog.findChild<QComboBox*>("RuleFilter");
-      ASSERT_TRUE(QTest::qWaitFor([&] { return rules->itemText(1).contains(','); }));
       rules->setCurrentIndex(rules->count() - 1);
+      ASSERT_TRUE(QTest::qWaitFor([&] { return view->model()->rowCount() > 0; }));
       EXPECT_EQ(dialog.findChild<QListWidget*>("Needs")
                     ->findItems(rules->currentText().section(',', 0, 0), Qt::MatchExactly)
                     .size(),
