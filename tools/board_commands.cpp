@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "game/puzzle_line.h"
 #include "game/sound.h"
 #include "hints/hints.h"
 #include "packs/pack_access.h"
@@ -98,6 +99,10 @@ void WriteHintInWords(const Main& main, const Hint& hint, Terminal& terminal) {
 
 ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal) {
   const PackRecord record = PackReader(pack).Read(number);
+  if (reveal == Reveal::Line) {
+    terminal.Out << PuzzleLineOf(record) << '\n';
+    return ExitStatus::Done;
+  }
   Workbench bench;
   LayOutRecord(bench.main, record);
   if (reveal == Reveal::Puzzle) {

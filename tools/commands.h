@@ -50,7 +50,11 @@ struct HintOptions {
   Format Output = Format::Words;
 };
 
-enum class Reveal { Puzzle, Solution };
+enum class Reveal {
+  Puzzle,
+  Solution,
+  Line,  ///< The puzzle as a line of text.
+};
 
 // All commands report input that they cannot work with by an InputError, before they change a file. One that
 // comes later, as from a full disk, says what was changed.
@@ -60,6 +64,9 @@ enum class Reveal { Puzzle, Solution };
 ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
 ExitStatus ListPacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
 ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal);
+/// Appends puzzles that the terminal's input has, one a line: each is solved, proved and rated first. None is
+/// added unless all are good.
+ExitStatus AddPuzzles(const std::string& pack, Terminal& terminal);
 ExitStatus RatePacks(const RateOptions& options, Terminal& terminal);
 ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
 /// FaultsFound if there is any. Puzzles that are alike are named, but are no fault.

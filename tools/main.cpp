@@ -136,18 +136,29 @@ void AddShow(CLI::App& app, Command& chosen) {
     std::string Pack;
     long Number = 1;
     bool Solution = false;
+    bool Line = false;
+    Reveal What() const { return Line ? Reveal::Line : Solution ? Reveal::Solution : Reveal::Puzzle; }
   };
   const auto input = std::make_shared<Input>();
   CLI::App* show = app.add_subcommand("show", "A board with its clues");
   show->add_option("PACK", input->Pack, "The pack")->required();
   show->add_option("NUMBER", input->Number, "The puzzle, counted from 1")->required();
-  show->add_flag("--solution", input->Solution, "Show tents and grass too");
+  CLI::Option* solution = show->add_flag("--solution", input->Solution, "Show tents and grass too");
+  show->add_flag("--line", input->Line, "The puzzle as a line of text, for add")->excludes(solution);
   show->callback([input, &chosen] {
     chosen = [input](Terminal& terminal) {
-      return ShowPuzzle(input->Pack, input->Number, input->Solution ? Reveal::Solution : Reveal::Puzzle,
-                        terminal);
+      return ShowPuzzle(input->Pack, input->Number, input->What(), terminal);
     };
   });
+}
+
+void AddAdd(CLI::App& app, Command& chosen) {
+  const auto pack = std::make_shared<std::string>();
+  CLI::App* add = app.add_subcommand("add", "Append puzzles that are given as lines of text");
+  add->add_option("PACK", *pack, "The pack")->required();
+  add->add_option("LINES", "Standard input, -")->required()->check(CLI::IsMember({"-"}));
+  add->callback(
+      [pack, &chosen] { chosen = [pack](Terminal& terminal) { return AddPuzzles(*pack, terminal); }; });
 }
 
 void AddHint(CLI::App& app, Command& chosen) {
@@ -185,6 +196,7 @@ int Run(int argc, char** argv) {
   AddMake(app, chosen);
   AddListAndProve(app, chosen);
   AddShow(app, chosen);
+  AddAdd(app, chosen);
   AddRate(app, chosen);
   AddCheckAndSort(app, chosen);
   AddMerge(app, chosen);
