@@ -26,7 +26,7 @@ BENCH_PACKAGES=(
   "${CHECK_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
   time
 )
-FUZZ_PACKAGES=("${PLAY_PACKAGES[@]}" clang libclang-rt-dev)
+FUZZ_PACKAGES=("${PLAY_PACKAGES[@]}" libcli11-dev clang libclang-rt-dev)
 
 # Installs those of the named packages that this release of Debian has.
 install_where_available() {

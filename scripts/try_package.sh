@@ -75,4 +75,5 @@ wait "$game" || fail "the game ended with status $?: $(cat "$home/messages")"
 "$games/bivouac-packs" make --size 6 --count 1 --seed 1 "$home/made.bvq" 2>/dev/null
 "$games/bivouac-packs" show "$home/made.bvq" 1 >/dev/null
 "$games/bivouac-packs" check "$home/made.bvq" "$shared"/BVPack06.bvq
-echo "The pack maker made a pack without faults."
+"$games/bivouac-packs" print "$home/made.bvq" -o "$home/book.pdf"
+echo "The pack maker made a pack without faults, and a book of it."

@@ -10,6 +10,8 @@
 
 namespace bivouac {
 
+struct DrawingOptions;
+
 using Command = std::function<ExitStatus(Terminal&)>;
 
 /// "3" or "2-4". Errors: CLI::ValidationError.
@@ -18,7 +20,19 @@ LevelRange LevelsOf(const std::string& text);
 /// From now on an interrupt sets a flag, which is returned.
 const std::atomic<bool>& WatchForInterrupts();
 
-/// The commands that draw.
-void AddDrawingCommands(CLI::App& app, Command& chosen);
+/// An option that is given with nothing is no option left out. Errors: CLI::ValidationError.
+void RefuseEmpty(const CLI::App& command, const char* name, const char* words);
+
+/// What every drawing command asks for.
+void AddDrawingOptions(CLI::App& command, DrawingOptions& options);
+
+/// Thrown where something is to be drawn and this program does not draw: bivouac-draw goes on then.
+struct DrawingWanted {};
+
+inline constexpr const char* kPrintHelp = "A book of puzzles, or a picture of one";
+
+void AddExplain(CLI::App& app, Command& chosen);
+void AddStats(CLI::App& app, Command& chosen);
+void AddPrint(CLI::App& app, Command& chosen);
 
 }  // namespace bivouac

@@ -1,4 +1,4 @@
-// The commands of bivouac-packs that draw. Built without Cairo they say so.
+// The commands of bivouac-packs that draw. Drawing itself is the work of bivouac-draw.
 #pragma once
 
 #include <atomic>
@@ -66,6 +66,8 @@ ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal);
 ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal& terminal);
 /// Tells what packs hold: levels, difficulty, tents, the rules that hints need, their seconds.
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
+/// Errors: InputError if the ending of the file's name is no picture's.
+void CheckPlot(const DrawingOptions& options);
 /// Draws them as a picture, by the ending of the file's name. Errors: InputError.
 void PlotStats(const DrawingOptions& options, const PackStats& stats);
 /// Writes a PDF. `stop` ends it without a file.

@@ -1,6 +1,7 @@
 // bivouac-packs: makes, checks and shows packs of puzzles. See bivouac-packs.6.
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <random>
 #include <thread>
@@ -11,14 +12,6 @@
 
 namespace bivouac {
 namespace {
-
-// A signal handler can reach nothing else.
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-extern "C" void OnInterrupt(int) {
-  interrupted = true;
-}
 
 bool UnderstandsColours() {
   const char* terminal = std::getenv("TERM");
@@ -188,6 +181,16 @@ int BadInput(const std::string& text) {
   return static_cast<int>(ExitStatus::BadInput);
 }
 
+/// Goes on as the program that draws, which lies beside this one or, once installed, where only programs
+/// look.
+int DrawElsewhere(char** argv) {
+  std::error_code error;
+  const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+  for (const std::filesystem::path& folder : {here, here / BIVOUAC_MODULES_FROM_PROGRAM})
+    execv((folder / "bivouac-draw").c_str(), argv);
+  return BadInput("there is no bivouac-draw beside this program: it cannot draw");
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Makes, checks and shows packs of puzzles.", "bivouac-packs");
   app.require_subcommand(0, 1);
@@ -201,7 +204,9 @@ int Run(int argc, char** argv) {
   AddCheckAndSort(app, chosen);
   AddMerge(app, chosen);
   AddHint(app, chosen);
-  AddDrawingCommands(app, chosen);
+  AddExplain(app, chosen);
+  AddStats(app, chosen);
+  AddPrint(app, chosen);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -223,19 +228,6 @@ int Run(int argc, char** argv) {
 
 }  // namespace
 
-LevelRange LevelsOf(const std::string& text) {
-  const std::optional<LevelRange> levels = ReadLevels(text);
-  if (!levels)
-    throw CLI::ValidationError("--level", "'" + text + "' is not a level 1 to 5 or a range such as 2-4");
-  return *levels;
-}
-
-const std::atomic<bool>& WatchForInterrupts() {
-  std::signal(SIGINT, OnInterrupt);
-  std::signal(SIGTERM, OnInterrupt);
-  return interrupted;
-}
-
 }  // namespace bivouac
 
 int main(int argc, char** argv) {
@@ -244,6 +236,8 @@ int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
   try {
     return bivouac::Run(argc, argv);
+  } catch (const bivouac::DrawingWanted&) {
+    return bivouac::DrawElsewhere(argv);
   } catch (const std::exception& error) {
     return bivouac::BadInput(error.what());
   }

@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <memory>
 #include <ostream>
 
 #include "game/text.h"
 #include "packs/pack_reader.h"
+#include "tools/command_line.h"
 #include "tools/drawing_commands.h"
 #include "tools/progress.h"
 #include "walks/pack_stats.h"
@@ -129,6 +131,7 @@ void WriteTable(const PackStats& stats, std::ostream& out) {
 }  // namespace
 
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
+  if (!options.Drawing.Output.empty()) CheckPlot(options.Drawing);
   long total = 0;
   for (const std::string& path : options.Packs) total += PackReader(path).Count();
   PackStats stats;
@@ -153,6 +156,20 @@ ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& st
   if (stats.Packs.size() > 1) WriteLevels(all, terminal.Out);
   WriteRules(stats, terminal.Out);
   return ExitStatus::Done;
+}
+
+void AddStats(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<StatsOptions>();
+  CLI::App* stats = app.add_subcommand("stats", "Levels, difficulty, tents, rules and seconds of hints");
+  stats->add_option("PACK", options->Packs, "The packs")->required();
+  stats->add_flag_callback(
+      "--tsv", [options] { options->Output = Format::Table; }, "Write a table, separated by tabs");
+  stats->add_option("-o,--output", options->Drawing.Output, "A plot to write: an SVG, PDF or PNG");
+  stats->add_flag("--force", options->Drawing.Force, "Overwrite the plot");
+  stats->callback([options, stats, &chosen] {
+    RefuseEmpty(*stats, "--output", "no name");
+    chosen = [options](Terminal& terminal) { return StatsOfPacks(*options, WatchForInterrupts(), terminal); };
+  });
 }
 
 }  // namespace bivouac

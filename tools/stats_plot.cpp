@@ -133,12 +133,20 @@ void PlotRules(Canvas& canvas, const Box& box, const PackStats& stats) {
   canvas.Text("per cent, by level", {left + 2.5 * width, box.Y + box.Height + 4}, kLabelCentre);
 }
 
-}  // namespace
-
-void PlotStats(const DrawingOptions& options, const PackStats& stats) {
+PictureFormat FormatOf(const DrawingOptions& options) {
   const std::optional<PictureFormat> format = FormatOfName(options.Output);
   if (!format) throw InputError(options.Output + ": the name must end in .svg, .pdf or .png");
-  Canvas canvas(options.Output, *format, {1000, 780}, "Packs of Bivouac",
+  return *format;
+}
+
+}  // namespace
+
+void CheckPlot(const DrawingOptions& options) {
+  FormatOf(options);
+}
+
+void PlotStats(const DrawingOptions& options, const PackStats& stats) {
+  Canvas canvas(options.Output, FormatOf(options), {1000, 780}, "Packs of Bivouac",
                 options.Force ? Overwrite::Yes : Overwrite::No);
   canvas.Fill({0, 0, 1000, 780}, kWhite);
   PlotPuzzles(canvas, {70, 70, 420, 290}, stats);

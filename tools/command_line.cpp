@@ -1,0 +1,44 @@
+#include "tools/command_line.h"
+
+#include <csignal>
+
+#include "tools/drawing_commands.h"
+
+namespace bivouac {
+namespace {
+
+// A signal handler can reach nothing else.
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void OnInterrupt(int) {
+  interrupted = true;
+}
+
+}  // namespace
+
+LevelRange LevelsOf(const std::string& text) {
+  const std::optional<LevelRange> levels = ReadLevels(text);
+  if (!levels)
+    throw CLI::ValidationError("--level", "'" + text + "' is not a level 1 to 5 or a range such as 2-4");
+  return *levels;
+}
+
+void RefuseEmpty(const CLI::App& command, const char* name, const char* words) {
+  const CLI::Option* option = command.get_option(name);
+  if (option->count() != 0 && option->results().front().empty()) throw CLI::ValidationError(name, words);
+}
+
+const std::atomic<bool>& WatchForInterrupts() {
+  std::signal(SIGINT, OnInterrupt);
+  std::signal(SIGTERM, OnInterrupt);
+  return interrupted;
+}
+
+void AddDrawingOptions(CLI::App& command, DrawingOptions& options) {
+  command.add_option("-o,--output", options.Output, "The file to write; its ending says what it becomes");
+  command.add_flag("--colour", options.Colour, "The colours of the window instead of ink");
+  command.add_flag("--force", options.Force, "Overwrite the file");
+}
+
+}  // namespace bivouac
