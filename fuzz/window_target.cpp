@@ -241,10 +241,24 @@ class Hand : public QObject {
     const Main& main = State();
     MainWindow& window = program_.Window();
     for (const ControlRow& row : ControlTable()) {
-      if (row.ItsButton == nullptr) continue;
-      const auto* button = window.findChild<QAbstractButton*>(QString::fromLatin1(row.Name.data()));
-      if (button->isEnabled() != (main.*row.ItsButton).Enabled)
+      const auto* widget = window.findChild<QWidget*>(QString::fromLatin1(row.Name.data()));
+      if (row.ItsButton != nullptr && widget->isEnabled() != (main.*row.ItsButton).Enabled)
         Fault("A button shows whether it is enabled.");
+      const auto* label = dynamic_cast<const TextLabel*>(widget);
+      if (row.ItsLabel != nullptr && label->Text().toStdString() != (main.*row.ItsLabel).Caption)
+        Fault("A label shows its caption: " + (main.*row.ItsLabel).Caption);
+    }
+    const auto* sound = window.findChild<QAbstractButton*>("optSound");
+    if (sound->isChecked() != main.optSound.Checked || sound->isEnabled() != main.optSound.Enabled)
+      Fault("The box of the sounds shows whether they are on.");
+    for (const auto& [name, timer] :
+         {std::pair{"Timer1", &main.Timer1}, {"Timer2", &main.Timer2}, {"Timer3", &main.Timer3}}) {
+      if (window.findChild<QTimer*>(name)->isActive() != timer->Enabled)
+        Fault("A timer runs while it is enabled.");
+    }
+    for (int line = 0; line < kMaxSize; ++line) {
+      const auto* clue = window.findChild<QWidget*>(QStringLiteral("RowCnt(%1)").arg(line));
+      if (clue->isHidden() == main.RowCnt[line].Visible) Fault("A clue shows while it is visible.");
     }
     if (window.Board().isHidden() != main.Shield.Visible)
       Fault("The shield hides the board, and nothing else.");

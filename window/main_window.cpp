@@ -63,8 +63,10 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
         break;
       case ControlKind::CheckBox:
         sound_ = new ScaledCheckBox(QString::fromUtf8(row.Caption), this);
-        connect(sound_, &QCheckBox::clicked, this,
-                [this](bool checked) { Press([this, checked] { PressSound(main_, checked); }); });
+        connect(sound_, &QCheckBox::clicked, this, [this](bool checked) {
+          Press([this, checked] { PressSound(main_, checked); });
+          sound_->setChecked(main_.optSound.Checked);  // Also where the press was held.
+        });
         AddPlaced(sound_, row);
         break;
       case ControlKind::Figure:

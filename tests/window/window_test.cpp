@@ -103,6 +103,18 @@ TEST(Window, AnErrorAtStartNamesTheSettingsFile) {
   }
 }
 
+TEST(Window, SettingsThatCannotBeWrittenAreToldOnce) {
+  GameRun run("6");
+  QFile::remove(GameRun::SettingsFile());
+  QDir().mkpath(GameRun::SettingsFile());
+  run.Run([&](Program& program) {
+    run.Expect("Settings not saved", Press(Qt::Key_Return));
+    ClickOn(program, "optSound");
+    ClickOn(program, "optSound");
+  });
+  QDir().rmdir(GameRun::SettingsFile());
+}
+
 TEST(Window, EndsInTheMiddleOfANewPuzzleAndUnderABox) {
   enum class Way { CloseBox, Exit, UnderABox };
   for (const Way way : {Way::CloseBox, Way::Exit, Way::UnderABox}) {
