@@ -23,13 +23,6 @@ END {
       row("a proof at size " size, sprintf("%.2f us", value["Proof/" size, "proof"] * 1e6), "")
       row("a proof at size " size ", slowest of 10,000", sprintf("%.1f us", value["Proof/" size, "slowest"] * 1e6), "")
     }
-  for (size = 6; size <= 18; size++) {
-    if (!has("ProofSatSolver/" size) || !has("Proof/" size)) continue
-    ratio = value["ProofSatSolver/" size, "proof"] / value["Proof/" size, "proof"]
-    if (!smallest || ratio < smallest) { smallest = ratio; where = size }
-  }
-  if (smallest)
-    row("proof against CaDiCaL where it is closest, size " where, sprintf("%.0f times", smallest), "faster at every size")
   for (size = 6; size <= 18; size++)
     if (has("Rating/" size))
       row("a rating at size " size, sprintf("%.1f us", value["Rating/" size, "rating"] * 1e6),
@@ -80,7 +73,7 @@ END {
 
   # Whatever else is measured, by its name.
   for (name in seen)
-    if (name !~ /^(Proof|ProofPlain|ProofSatSolver|Rating|New|NewWithoutYields|MakeWithJobs|BM_HintOnAFullBoard|WholeProcess|Window)\//) rest[++others] = name
+    if (name !~ /^(Proof|Rating|New|NewWithoutYields|MakeWithJobs|BM_HintOnAFullBoard|WholeProcess|Window)\//) rest[++others] = name
   for (i = 1; i <= others; i++)
     for (j = i + 1; j <= others; j++)
       if (rest[j] < rest[i]) { swap = rest[i]; rest[i] = rest[j]; rest[j] = swap }

@@ -11,7 +11,7 @@ DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev)
 CHECK_PACKAGES=(
   "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}"
   git
-  libgtest-dev libcli11-dev libbenchmark-dev libcadical-dev libxcb-damage0-dev
+  libgtest-dev libcli11-dev libbenchmark-dev libxcb-damage0-dev
   poppler-utils cmark tidy
   desktop-file-utils appstream mandoc weston qt6-wayland
 )
