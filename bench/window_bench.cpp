@@ -134,7 +134,7 @@ void Yield(benchmark::State& state, Program& program) {
 void ListPuzzles(benchmark::State& state, Program& program) {
   constexpr int kPuzzles = 6400;
   Main& main = program.State();
-  RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize));
+  RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize), Access::Write);
   const std::vector<PackRecord> few = pack.ReadAll();
   while (pack.Counts().Whole < kPuzzles) pack.WriteAll(pack.Counts().Next, few);
   main.PuzzleCount[main.BoardSize - kMinSize] = kPuzzles;

@@ -5,7 +5,9 @@
 #include <cairo-svg.h>
 #include <cctype>
 #include <cmath>
+#include <filesystem>
 #include <pango/pangocairo.h>
+#include <utility>
 
 #include "game/error.h"
 
@@ -27,8 +29,22 @@ constexpr const char* kFontFamily = "DejaVu Sans";
 constexpr const char* kDocumentDate = "2026-01-01T00:00:00Z";
 
 cairo_status_t WriteTo(void* file, const unsigned char* bytes, unsigned int count) {
-  const std::string_view text(reinterpret_cast<const char*>(bytes), count);
-  return static_cast<OutputFile*>(file)->Write(text) ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+  return static_cast<Replacement*>(file)->Append({bytes, count}) ? CAIRO_STATUS_SUCCESS
+                                                                 : CAIRO_STATUS_WRITE_ERROR;
+}
+
+[[noreturn]] void RefuseToOverwrite(const std::string& path) {
+  throw InputError(path + ": the file exists, --force overwrites it");
+}
+
+/// The path, if it may become a file. A link is there even where it leads nowhere.
+const std::string& Allowed(const std::string& path, Overwrite overwrite) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (fs::exists(status) && !fs::is_regular_file(status)) throw InputError(path + ": not a regular file");
+  if (overwrite == Overwrite::No && fs::exists(fs::symlink_status(path, error))) RefuseToOverwrite(path);
+  return path;
 }
 
 /// Names of files and titles may be any bytes; what is no letter is drawn as such.
@@ -53,7 +69,7 @@ std::optional<PictureFormat> FormatOfName(const std::string& path) {
 
 Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const std::string& title,
                Overwrite overwrite)
-    : file_(path, overwrite), format_(format), page_(page) {
+    : path_(Allowed(path, overwrite)), overwrite_(overwrite), file_(path), format_(format), page_(page) {
   switch (format) {
     case PictureFormat::Pdf:
       surface_ = cairo_pdf_surface_create_for_stream(WriteTo, &file_, page.Width, page.Height);
@@ -161,7 +177,8 @@ void Canvas::EndPage() {
   cairo_show_page(pen_);
 }
 
-void Canvas::Close() {
+void Canvas::Finish() {
+  if (std::exchange(finished_, true)) return;
   if (format_ == PictureFormat::Png) {
     cairo_surface_flush(surface_);
     cairo_surface_write_to_png_stream(surface_, WriteTo, &file_);
@@ -172,7 +189,16 @@ void Canvas::Close() {
   if (status != CAIRO_STATUS_SUCCESS && status != CAIRO_STATUS_WRITE_ERROR) {
     throw InputError(std::string("drawing failed: ") + cairo_status_to_string(status));
   }
-  file_.Keep();
+  file_.Sync();
+}
+
+void Canvas::Close() {
+  Finish();
+  if (overwrite_ == Overwrite::Yes) {
+    file_.TakePlace();
+  } else if (!file_.TakeFreePlace()) {
+    RefuseToOverwrite(path_);
+  }
 }
 
 }  // namespace bivouac

@@ -5,12 +5,15 @@
 #include <optional>
 #include <string>
 
-#include "drawing/output_file.h"
+#include "storage/replacement.h"
 
 // As in <pango/pango-layout.h>.
 using PangoLayout = struct _PangoLayout;
 
 namespace bivouac {
+
+/// Whether what is there may go.
+enum class Overwrite { No, Yes };
 
 enum class PictureFormat { Pdf, Svg, Png };
 
@@ -60,7 +63,8 @@ struct TextStyle {
 class Canvas {
  public:
   /// A PDF has pages of this extent, its title in the document's data; the other two have one page. Errors:
-  /// InputError as OutputFile.
+  /// InputError if the file exists and may not be overwritten, or is no regular file; a file error if nothing
+  /// can be written beside it.
   Canvas(const std::string& path, PictureFormat format, Extent page, const std::string& title,
          Overwrite overwrite);
   Canvas(const Canvas&) = delete;
@@ -84,18 +88,23 @@ class Canvas {
 
   /// Ends the page; drawing goes on with the next.
   void EndPage();
-  /// Ends the last page and puts the file in its place. Errors: InputError if it cannot be written.
+  /// Ends the last page. Returns when all has reached the disk. Errors: a file error if it cannot be written.
+  void Finish();
+  /// The same, and puts the file in its place. Errors: InputError as well if there is one by now.
   void Close();
 
  private:
   void LayText(const std::string& text, const TextStyle& style, double width);
 
-  OutputFile file_;
+  std::string path_;
+  Overwrite overwrite_;
+  Replacement file_;
   PictureFormat format_;
   Extent page_;
   cairo_surface_t* surface_ = nullptr;
   cairo_t* pen_ = nullptr;
   PangoLayout* layout_ = nullptr;
+  bool finished_ = false;
 };
 
 }  // namespace bivouac

@@ -1,28 +1,24 @@
 // Power loss by enumeration: records the calls that change files while the game or the pack maker works, and
 // then plays every prefix of them, with each change that was not yet synced lost or kept, onto the files as
-// they were. In each of these worlds every old record must be there; once the program has gone on, the new
-// one too.
+// they were. In each of these worlds every old record must be there, and the pack maker must work on; once
+// the program has gone on, the new one must be there too.
 //
 // The model is stricter than file systems are: a synced file may still have lost its name, names are lost one
-// by one, and unsynced writes in any order. One write is kept as a whole or not at all: a write in place
-// changes only the last eight bytes of a record, which no sector's edge cuts.
+// by one, and unsynced writes in any order. One write is kept as a whole or not at all, and does not make a
+// file longer that was made longer before.
 //
-// A kill is tried at every call too, within a write at bytes of every kind: there everything that was done
-// stands, and the next start of the game must find every old record, and nothing but whole ones.
-#include <algorithm>
-#include <csignal>
+// A kill is tried at every call too, within a longer write at bytes of every kind: there everything that was
+// done stands, and the next start of the game must find every old record, nothing but whole ones, and leave
+// nothing lying about. Eight bytes at a multiple of eight are never cut.
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -35,6 +31,9 @@
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
+#include "tests/support/files.h"
+#include "tests/support/installation.h"
+#include "tools/commands.h"
 
 namespace bivouac {
 namespace {
@@ -53,6 +52,7 @@ struct Call {
   std::string Path{}, To{};
   std::uint64_t Offset = 0;  ///< For Truncate the length.
   std::string Bytes{};
+  bool Extends = false;  ///< A write beyond the end.
 };
 
 std::vector<Call> calls;
@@ -62,10 +62,10 @@ std::string Tidy(const char* path) {
   return fs::absolute(path).lexically_normal().string();
 }
 
-Inode InodeOf(int descriptor) {
+struct stat StatusOf(int descriptor) {
   struct stat status {};
   fstat(descriptor, &status);
-  return status.st_ino;
+  return status;
 }
 
 Inode InodeOf(const std::string& path) {
@@ -74,18 +74,14 @@ Inode InodeOf(const std::string& path) {
   return status.st_ino;
 }
 
-void Record(Call call) {
+/// Notes a call that was done.
+template <class Result>
+Result Record(Result result, const Call& call) {
+  if (!recording || result < 0) return result;
   recording = false;
-  calls.push_back(std::move(call));
+  calls.push_back(call);
   recording = true;
-}
-
-void RecordSync(int descriptor) {
-  struct stat status {};
-  fstat(descriptor, &status);
-  if (!S_ISDIR(status.st_mode)) return Record({.Did = Call::SyncFile, .File = status.st_ino});
-  Record({.Did = Call::SyncFolder,
-          .Path = fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor)).string()});
+  return result;
 }
 
 }  // namespace
@@ -98,97 +94,78 @@ extern "C" {
 int open(const char* path, int flags, ...) {
   va_list rest;
   va_start(rest, flags);
-  const unsigned mode = (flags & O_CREAT) != 0 ? va_arg(rest, unsigned) : 0;
+  const bool nameless = (flags & O_TMPFILE) == O_TMPFILE;
+  const unsigned mode = nameless || (flags & O_CREAT) != 0 ? va_arg(rest, unsigned) : 0;
   va_end(rest);
   using namespace bivouac;
-  const bool creates = recording && (flags & O_CREAT) != 0 && access(path, F_OK) != 0;
+  const bool creates = (flags & O_CREAT) != 0 && access(path, F_OK) != 0;
   const int descriptor = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
-  if (creates && descriptor >= 0)
-    Record({.Did = Call::Create, .File = InodeOf(descriptor), .Path = Tidy(path)});
+  if (creates)
+    Record(descriptor, {.Did = Call::Create, .File = StatusOf(descriptor).st_ino, .Path = Tidy(path)});
   return descriptor;
 }
 
 ssize_t pwrite(int descriptor, const void* bytes, std::size_t count, off_t offset) {
   using namespace bivouac;
+  const struct stat before = StatusOf(descriptor);
   const ssize_t written = syscall(SYS_pwrite64, descriptor, bytes, count, offset);
-  if (recording && written > 0)
-    Record({.Did = Call::Write,
-            .File = InodeOf(descriptor),
-            .Offset = static_cast<std::uint64_t>(offset),
-            .Bytes = {static_cast<const char*>(bytes), static_cast<std::size_t>(written)}});
-  return written;
-}
-
-/// Appends, as record_file does.
-ssize_t write(int descriptor, const void* bytes, std::size_t count) {
-  using namespace bivouac;
-  struct stat before {};
-  fstat(descriptor, &before);
-  const ssize_t written = syscall(SYS_write, descriptor, bytes, count);
-  if (recording && written > 0)
-    Record({.Did = Call::Write,
-            .File = before.st_ino,
-            .Offset = static_cast<std::uint64_t>(before.st_size),
-            .Bytes = {static_cast<const char*>(bytes), static_cast<std::size_t>(written)}});
-  return written;
+  return Record(written, {.Did = Call::Write,
+                          .File = before.st_ino,
+                          .Offset = static_cast<std::uint64_t>(offset),
+                          .Bytes = {static_cast<const char*>(bytes),
+                                    written < 0 ? 0 : static_cast<std::size_t>(written)},
+                          .Extends = offset + written > before.st_size});
 }
 
 int ftruncate(int descriptor, off_t length) noexcept {
   using namespace bivouac;
-  const int result = static_cast<int>(syscall(SYS_ftruncate, descriptor, length));
-  if (recording && result == 0)
-    Record(
-        {.Did = Call::Truncate, .File = InodeOf(descriptor), .Offset = static_cast<std::uint64_t>(length)});
-  return result;
-}
-
-int fsync(int descriptor) {
-  if (bivouac::recording) bivouac::RecordSync(descriptor);
-  return static_cast<int>(syscall(SYS_fsync, descriptor));
+  return Record(static_cast<int>(syscall(SYS_ftruncate, descriptor, length)),
+                {.Did = Call::Truncate,
+                 .File = StatusOf(descriptor).st_ino,
+                 .Offset = static_cast<std::uint64_t>(length)});
 }
 
 int fdatasync(int descriptor) {
-  if (bivouac::recording) bivouac::RecordSync(descriptor);
-  return static_cast<int>(syscall(SYS_fdatasync, descriptor));
+  using namespace bivouac;
+  const struct stat status = StatusOf(descriptor);
+  const std::string entry = "/proc/self/fd/" + std::to_string(descriptor);
+  const Call synced = S_ISDIR(status.st_mode)
+                          ? Call{.Did = Call::SyncFolder, .Path = fs::read_symlink(entry).string()}
+                          : Call{.Did = Call::SyncFile, .File = status.st_ino};
+  return Record(static_cast<int>(syscall(SYS_fdatasync, descriptor)), synced);
 }
 
 int rename(const char* from, const char* to) noexcept {
   using namespace bivouac;
-  if (recording)
-    Record({.Did = Call::Rename, .File = InodeOf(std::string(from)), .Path = Tidy(from), .To = Tidy(to)});
-  return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+  const Call call{.Did = Call::Rename, .File = InodeOf(from), .Path = Tidy(from), .To = Tidy(to)};
+  return Record(static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0)), call);
 }
 
-int link(const char* from, const char* to) noexcept {
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
   using namespace bivouac;
-  const int result = static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
-  if (recording && result == 0)
-    Record({.Did = Call::Link, .File = InodeOf(std::string(from)), .Path = Tidy(from), .To = Tidy(to)});
-  return result;
+  return Record(static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags)),
+                {.Did = Call::Link, .File = InodeOf(from), .To = Tidy(to)});
 }
 
 int unlink(const char* path) noexcept {
   using namespace bivouac;
-  if (recording) Record({.Did = Call::Unlink, .Path = Tidy(path)});
-  return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+  return Record(static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0)),
+                {.Did = Call::Unlink, .Path = Tidy(path)});
 }
 }
 
 namespace bivouac {
 namespace {
 
-std::string BytesOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// Applies a change. Others than changes of this kind are left out.
 void ApplyToContent(const Call& call, Contents& contents) {
   std::string& bytes = contents[call.File];
   if (call.Did == Call::Truncate) bytes.resize(call.Offset);
   if (call.Did != Call::Write) return;
-  if (bytes.size() < call.Offset + call.Bytes.size()) bytes.resize(call.Offset + call.Bytes.size());
-  std::copy(call.Bytes.begin(), call.Bytes.end(), bytes.begin() + static_cast<std::ptrdiff_t>(call.Offset));
+  if (call.Extends && bytes.size() < call.Offset + call.Bytes.size())
+    bytes.resize(call.Offset + call.Bytes.size());
+  if (call.Offset < bytes.size())
+    bytes.replace(call.Offset, call.Bytes.size(), call.Bytes, 0, bytes.size() - call.Offset);
 }
 
 void ApplyToNames(const Call& call, Names& names) {
@@ -201,11 +178,15 @@ bool IsContent(const Call& call) {
   return call.Did == Call::Write || call.Did == Call::Truncate;
 }
 
+std::string FolderOfNames(const Call& call) {
+  return fs::path(call.Did == Call::Link ? call.To : call.Path).parent_path().string();
+}
+
 /// What is on the disk for certain, and what may be.
 struct Disk {
-  Names SafeNames;
-  Contents SafeContents;
-  std::vector<Call> Pending;
+  Names SafeNames{};
+  Contents SafeContents{};
+  std::vector<Call> Pending{};
 
   void Do(const Call& call) {
     if (call.Did != Call::SyncFile && call.Did != Call::SyncFolder) {
@@ -216,24 +197,25 @@ struct Disk {
     for (const Call& change : Pending) {
       const bool settled = call.Did == Call::SyncFile
                                ? IsContent(change) && change.File == call.File
-                               : !IsContent(change) && fs::path(change.Path).parent_path() == call.Path;
+                               : !IsContent(change) && FolderOfNames(change) == call.Path;
       if (!settled) {
         rest.push_back(change);
-      } else if (IsContent(change)) {
-        ApplyToContent(change, SafeContents);
       } else {
-        ApplyToNames(change, SafeNames);
+        Apply(change, SafeNames, SafeContents);
       }
     }
     Pending = std::move(rest);
+  }
+
+  static void Apply(const Call& call, Names& names, Contents& contents) {
+    IsContent(call) ? ApplyToContent(call, contents) : ApplyToNames(call, names);
   }
 
   World After(std::uint64_t kept) const {
     Names names = SafeNames;
     Contents contents = SafeContents;
     for (std::size_t i = 0; i < Pending.size(); ++i) {
-      if ((kept >> i & 1) == 0) continue;
-      IsContent(Pending[i]) ? ApplyToContent(Pending[i], contents) : ApplyToNames(Pending[i], names);
+      if ((kept >> i & 1) != 0) Apply(Pending[i], names, contents);
     }
     World world;
     for (const auto& [path, file] : names) world[fs::path(path).filename().string()] = contents[file];
@@ -243,46 +225,40 @@ struct Disk {
 
 /// What becomes of a trial. Where it is refused, there is nothing to sync.
 enum class End { Done, Refused };
+/// How far a program came: it went on, the power failed on the way, or it was killed.
+enum class Came { ToItsEnd, ToAPowerLoss, ToAKill };
 
 struct Trial {
   const char* Name;
   std::function<void()> Prepare;
   std::function<void()> Act;
-  /// True if a world is one that a person could live with; `done` once the program has gone on.
-  std::function<bool(const World& world, bool done)> IsSound;
+  /// True if a world is one that a person could live with.
+  std::function<bool(const World& world, Came came)> IsSound;
   End Ends = End::Done;
 };
 
 /// An installation in a temporary folder.
 struct Place {
   Place() {
-    std::string name = (fs::temp_directory_path() / "bivouac-power-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    Top = name;
-    fs::create_directory(Top / "program");
-    for (int size = kMinSize; size <= kMaxSize; ++size) {
-      const std::string pack = BytesOf(fs::path(BIVOUAC_SOURCE_DIR "/assets/packs") / PackName(size));
-      std::ofstream(Top / "program" / PackName(size), std::ios::binary)
-          << pack.substr(0, std::size_t{3} * RecordFile<PackRecord>::kBytes);
-    }
+    fs::create_directories(Data());
+    fs::create_directory(Program());
+    WriteShortPacks(Program());
   }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
-  ~Place() { fs::remove_all(Top); }
-  fs::path Data() const { return Top / "local" / "Bvc"; }
-  fs::path Pack() const { return Data() / PackName(kSize); }
-  HeadlessGame Start() const { return {(Top / "program").string(), (Top / "local").string()}; }
+  std::string Program() const { return Top / "program"; }
+  fs::path Data() const { return Top / "local/Bvc"; }
+  std::string Pack() const { return (Data() / PackName(kSize)).string(); }
 
   static constexpr int kSize = GameDesktop::kSize;
-  fs::path Top;
+  TempFolder Top;
 };
 
-/// Records what a trial does, and looks at every world. Returns how many were sound and how many were not.
 struct Verdict {
   long Sound = 0, Unsound = 0;
+  void Add(bool sound) { ++(sound ? Sound : Unsound); }
 };
 enum class Syncs { Count, DoNotCount };
 
+/// Looks at every world that a power loss may leave.
 Verdict Enumerate(const Disk& start, const Trial& trial, Syncs syncs) {
   constexpr std::size_t kMostPending = 16;
   Verdict verdict;
@@ -294,8 +270,9 @@ Verdict Enumerate(const Disk& start, const Trial& trial, Syncs syncs) {
       if (!isSync || syncs == Syncs::Count) disk.Do(call);
     }
     if (disk.Pending.size() > kMostPending) throw std::runtime_error("too much is pending at once");
+    const Came came = done == calls.size() ? Came::ToItsEnd : Came::ToAPowerLoss;
     for (std::uint64_t kept = 0; kept < std::uint64_t{1} << disk.Pending.size(); ++kept) {
-      ++(trial.IsSound(disk.After(kept), done == calls.size()) ? verdict.Sound : verdict.Unsound);
+      verdict.Add(trial.IsSound(disk.After(kept), came));
       // Without syncs one is enough: it shows that the worlds can tell.
       if (syncs == Syncs::DoNotCount && verdict.Unsound > 0) return verdict;
     }
@@ -305,48 +282,41 @@ Verdict Enumerate(const Disk& start, const Trial& trial, Syncs syncs) {
 
 /// How many bytes of a write may stand when its program was killed.
 std::vector<std::size_t> CutsOf(const Call& call) {
-  if (call.Did != Call::Write) return {call.Bytes.size()};
   constexpr std::size_t kPage = 4096;
-  constexpr std::size_t kRecord = RecordFile<PackRecord>::kBytes;
-  std::vector<std::size_t> cuts = {1, call.Bytes.size() / 2, call.Bytes.size() - 1, call.Bytes.size()};
-  for (const std::size_t edge : {kPage - call.Offset % kPage, kRecord, kRecord + 1}) {
-    if (edge < call.Bytes.size()) cuts.push_back(edge);
+  constexpr std::size_t kNeverCut = 8;
+  const std::size_t all = call.Bytes.size();
+  if (call.Did != Call::Write || (all <= kNeverCut && call.Offset % kNeverCut == 0)) return {all};
+  std::vector<std::size_t> cuts = {1, all / 2, all - 1, all};
+  for (const std::size_t edge : {kPage - call.Offset % kPage, sizeof(PackRecord), sizeof(PackRecord) + 1}) {
+    if (edge < all) cuts.push_back(edge);
   }
   return cuts;
 }
 
-Verdict EnumerateKills(const Place& place, const Disk& start, const Trial& trial) {
+/// Looks at what the next start of the game makes of every world that a kill may leave.
+Verdict EnumerateKills(const Place& place, Disk disk, const Trial& trial) {
   Verdict verdict;
   const auto isSoundAtNextStart = [&](const World& world) {
     const fs::path local = place.Top / "killed";
     fs::create_directories(local / "Bvc");
-    for (const auto& [name, bytes] : world) std::ofstream(local / "Bvc" / name, std::ios::binary) << bytes;
-    const HeadlessGame next((place.Top / "program").string(), local.string());
-    World after;
-    bool whole = true;
-    for (const fs::directory_entry& entry : fs::directory_iterator(local / "Bvc")) {
-      const std::string name = entry.path().filename().string();
-      after[name] = BytesOf(entry.path());
-      if (name.starts_with("BVPack")) whole &= after[name].size() % sizeof(PackRecord) == 0;
-      if (!name.starts_with("PLBest")) continue;
-      // A player's file is looked at when a time is added to it.
-      RecordFile<PersonalRecord> own(entry.path().string());
-      whole &= own.SpareBytes() == 0;
-      after[name] = BytesOf(entry.path());
-    }
+    for (const auto& [name, bytes] : world) WriteBytes((local / "Bvc" / name).string(), bytes);
+    const HeadlessGame next(place.Program(), local.string());
+    const World after = FilesIn((local / "Bvc").string());
     fs::remove_all(local);
-    return whole && trial.IsSound(after, false);
+    for (const auto& [name, bytes] : after) {
+      const std::size_t record = name.starts_with("BVPack") ? sizeof(PackRecord) : sizeof(PersonalRecord);
+      if (name.starts_with(".") || bytes.size() % record != 0) return false;
+    }
+    return trial.IsSound(after, Came::ToAKill);
   };
-  Names names = start.SafeNames;
-  Contents contents = start.SafeContents;
   for (const Call& call : calls) {
     for (const std::size_t kept : CutsOf(call)) {
       Call last = call;
       last.Bytes.resize(kept);
-      Disk disk{names, contents, {last}};
-      ++(isSoundAtNextStart(disk.After(1)) ? verdict.Sound : verdict.Unsound);
+      disk.Pending = {last};
+      verdict.Add(isSoundAtNextStart(disk.After(1)));
     }
-    IsContent(call) ? ApplyToContent(call, contents) : ApplyToNames(call, names);
+    Disk::Apply(call, disk.SafeNames, disk.SafeContents);
   }
   return verdict;
 }
@@ -355,12 +325,10 @@ Verdict EnumerateKills(const Place& place, const Disk& start, const Trial& trial
 bool Passes(const Place& place, const Trial& trial) {
   trial.Prepare();
   Disk start;
-  if (fs::exists(place.Data())) {
-    for (const fs::directory_entry& entry : fs::directory_iterator(place.Data())) {
-      const Inode file = InodeOf(entry.path().string());
-      start.SafeNames[entry.path().string()] = file;
-      start.SafeContents[file] = BytesOf(entry.path());
-    }
+  for (const fs::directory_entry& entry : fs::directory_iterator(place.Data())) {
+    const std::string path = entry.path().string();
+    start.SafeNames[path] = InodeOf(path);
+    start.SafeContents[InodeOf(path)] = BytesOf(path);
   }
   calls.clear();
   recording = true;
@@ -375,133 +343,152 @@ bool Passes(const Place& place, const Trial& trial) {
   return verdict.Unsound == 0 && killed.Unsound == 0 && tells;
 }
 
+std::string BytesOfAll(const std::vector<PackRecord>& records) {
+  const std::vector<std::uint8_t> bytes = BytesOf<PackRecord>(records);
+  return {bytes.begin(), bytes.end()};
+}
+
+/// A pack that puzzles are added to: the old ones, then of the new ones the first, as many as there are, and
+/// records that were never finished. A power loss may leave the end of a record without the rest of it.
+bool HasGrownSoundly(const std::string& bytes, const std::string& before,
+                     const std::vector<PackRecord>& added, Came came) {
+  constexpr std::size_t kBytes = sizeof(PackRecord);
+  if (!bytes.starts_with(before) || bytes.size() % kBytes != 0) return false;
+  const std::string whole = before + BytesOfAll(added);
+  if (came == Came::ToItsEnd) return bytes == whole;
+  std::size_t finished = bytes.size();
+  while (finished > before.size() && IntegerAt(bytes, finished - 8) == 0) finished -= kBytes;
+  return finished <= whole.size() &&
+         (came == Came::ToAPowerLoss || whole.starts_with(bytes.substr(0, finished)));
+}
+
 bool Run() {
   constexpr std::size_t kPartOfRecord = 700;
-  std::signal(SIGXFSZ, SIG_IGN);
   const Place place;
-  std::vector<PackRecord> spare = ReadSoundPack(BIVOUAC_SOURCE_DIR "/assets/packs/" + PackName(Place::kSize));
+  const std::string pack = PackName(Place::kSize);
+  const std::string own = "PLBest01.bvq";
+  const std::vector<PackRecord> spare = ReadPack("assets/packs/" + pack);
+  const std::vector<PackRecord> five(spare.begin() + 60, spare.begin() + 65);
+  const World installed = FilesIn(place.Program());
   std::string packBefore, ownBefore;
   const auto readFiles = [&] {
-    packBefore = BytesOf(place.Pack());
-    ownBefore = BytesOf(place.Data() / "PLBest01.bvq");
+    packBefore = fs::exists(place.Pack()) ? BytesOf(place.Pack()) : "";
+    ownBefore = BytesOf((place.Data() / own).string());
   };
   const auto content = [](const World& world, const std::string& name) {
     const auto found = world.find(name);
     return found == world.end() ? std::string() : found->second;
   };
-  const auto start = [&] { return place.Start(); };
-  const std::string pack = PackName(Place::kSize);
+  const auto grows = [&](std::vector<PackRecord> added) {
+    return [&, added](const World& world, Came came) {
+      // The next start brings the pack that comes with the game where none was begun.
+      const std::string bytes = content(world, pack);
+      const bool isInstalled = bytes == installed.at(pack);
+      return (packBefore.empty() && came == Came::ToAKill && isInstalled) ||
+             HasGrownSoundly(bytes, packBefore, added, came);
+    };
+  };
+  std::string packAfter;
+  const auto becomesAnother = [&](const World& world, Came came) {
+    const std::string bytes = content(world, pack);
+    return bytes == packAfter || (came != Came::ToItsEnd && bytes == packBefore);
+  };
+  const auto make = [&](const std::vector<PackRecord>& puzzles) {
+    PackAppender(place.Pack(), Place::kSize, PackAppender::Twins::Keep).Add(puzzles);
+  };
+  const auto makeStarved = [&] {
+    const FileSizeLimit limit(packBefore.size() + kPartOfRecord);
+    try {
+      make({spare.at(65)});
+    } catch (const InputError&) {
+    }
+  };
 
-  bool passes = Passes(place, {"first start", [&] { fs::create_directories(place.Data()); }, [&] { start(); },
-                               [&](const World& world, bool done) {
-                                 for (int size = kMinSize; size <= kMaxSize; ++size) {
-                                   const std::string name = PackName(size);
+  // One pack was begun by a program that died.
+  bool passes = Passes(place, {"first start", [&] { WriteBytes(place.Pack(), ""); },
+                               [&] { HeadlessGame(place.Program(), place.Top / "local"); },
+                               [&](const World& world, Came came) {
+                                 for (const auto& [name, bytes] : installed) {
                                    const bool there = world.count(name) != 0;
-                                   if (there && world.at(name) != BytesOf(place.Top / "program" / name))
+                                   const bool begun = name == pack && there && world.at(name).empty();
+                                   if (there ? world.at(name) != bytes && !begun : came == Came::ToItsEnd)
                                      return false;
-                                   if (done && !there) return false;
                                  }
-                                 return true;
+                                 return came != Came::ToItsEnd || !world.at(pack).empty();
                                }});
 
-  HeadlessGame game = start();
-  passes &=
-      Passes(place, {"new puzzle", readFiles,
-                     [&] {
-                       game.global.PuzzleRec = spare.at(50);
-                       Save_New(game.main);
-                     },
-                     [&](const World& world, bool done) {
-                       const std::string bytes = content(world, pack);
-                       return bytes.starts_with(packBefore) && (!done || bytes.size() > packBefore.size());
-                     }});
-  passes &=
-      Passes(place, {"no room for a new puzzle", readFiles,
-                     [&] {
-                       rlimit limit{};
-                       getrlimit(RLIMIT_FSIZE, &limit);
-                       const rlimit starved{packBefore.size() + kPartOfRecord, limit.rlim_max};
-                       setrlimit(RLIMIT_FSIZE, &starved);
-                       Save_New(game.main);
-                       setrlimit(RLIMIT_FSIZE, &limit);
-                     },
-                     [&](const World& world, bool) { return content(world, pack).starts_with(packBefore); },
-                     End::Refused});
-  passes &=
-      Passes(place, {"puzzles made", readFiles,
-                     [&] {
-                       PackAppender maker(place.Pack().string(), Place::kSize, PackAppender::Twins::Keep);
-                       maker.Add({spare.begin() + 60, spare.begin() + 65});
-                     },
-                     [&](const World& world, bool done) {
-                       const std::string bytes = content(world, pack);
-                       const std::size_t more = bytes.size() - packBefore.size();
-                       return bytes.starts_with(packBefore) && (!done || more == 5 * sizeof(PackRecord));
-                     }});
-  passes &= Passes(
-      place, {"no room for a new pack", [&] { fs::remove(place.Pack()); },
-              [&] {
-                rlimit limit{};
-                getrlimit(RLIMIT_FSIZE, &limit);
-                const rlimit starved{kPartOfRecord, limit.rlim_max};
-                setrlimit(RLIMIT_FSIZE, &starved);
-                try {
-                  PackAppender maker(place.Pack().string(), Place::kSize, PackAppender::Twins::Keep);
-                  maker.Add({spare.at(65)});
-                } catch (const InputError&) {
-                }
-                setrlimit(RLIMIT_FSIZE, &limit);
-              },
-              [&](const World&, bool done) { return !done || !fs::exists(place.Pack()); }, End::Refused});
-  passes &= Passes(place, {"first puzzle of a pack",
+  HeadlessGame game(place.Program(), place.Top / "local");
+  const auto saveNew = [&] {
+    game.global.PuzzleRec = spare.at(50);
+    Save_New(game.main);
+  };
+  passes &= Passes(place, {"new puzzle", readFiles, saveNew, grows({spare.at(50)})});
+  passes &= Passes(place, {"no room for a new puzzle", readFiles,
+                           [&] {
+                             const FileSizeLimit limit(packBefore.size() + kPartOfRecord);
+                             saveNew();
+                           },
+                           grows({}), End::Refused});
+  passes &= Passes(place, {"puzzles made", readFiles, [&] { make(five); }, grows(five)});
+  passes &= Passes(place, {"puzzles made behind some that were never finished",
+                           [&] {
+                             readFiles();
+                             fs::resize_file(place.Pack(), packBefore.size() + 2 * sizeof(PackRecord));
+                           },
+                           [&] { make({spare.at(66)}); }, grows({spare.at(66)})});
+  passes &= Passes(place, {"no room for a new pack",
                            [&] {
                              fs::remove(place.Pack());
-                             game.main.PuzzleCount[0] = 0;
+                             readFiles();
                            },
-                           [&] { Save_New(game.main); },
-                           [&](const World& world, bool done) {
-                             return !done || content(world, pack).size() == RecordFile<PackRecord>::kBytes;
-                           }});
+                           makeStarved, grows({}), End::Refused});
+  passes &= Passes(place, {"first puzzle of a pack", [&] { game.main.PuzzleCount[0] = 0; }, saveNew,
+                           grows({spare.at(50)})});
 
-  std::ofstream(place.Pack(), std::ios::binary) << packBefore;
+  WriteBytes(place.Pack(), BytesOfAll(spare).substr(0, 3 * sizeof(PackRecord)));
+  const auto solve = [&](int seconds) {
+    return [&, seconds] {
+      game.main.Elapsed = seconds;
+      RecordTimes(game.main);
+    };
+  };
+  const auto open = [&] {
+    CountPacks(game.main);
+    game.global.CurrentPlayer = 1;
+    game.desktop.Answer = std::string("2");
+    cmdOpen_Click(game.main);
+    readFiles();
+    packAfter = packBefore;
+  };
+  const auto keepsTime = [&](const std::string& best, const std::string& ownTime) {
+    return [&, best, ownTime](const World& world, Came came) {
+      const std::string bytes = content(world, pack);
+      const std::string ownBytes = content(world, own);
+      const std::string after = std::string(packBefore).replace(sizeof(PackRecord) + 1370, 6, best);
+      const bool kept = bytes == after && ownBytes == ownTime;
+      const bool ownIsSound =
+          ownBytes == ownTime || ownBytes == ownBefore || ownBytes == std::string(8, '\0');
+      return kept || (came != Came::ToItsEnd && ownIsSound && (bytes == after || bytes == packBefore));
+    };
+  };
   passes &=
-      Passes(place, {"time kept",
-                     [&] {
-                       CountPacks(game.main);
-                       game.global.CurrentPlayer = 1;
-                       game.desktop.Answer = std::string("2");
-                       cmdOpen_Click(game.main);
-                       readFiles();
-                     },
-                     [&] {
-                       game.main.Elapsed = 61;
-                       RecordTimes(game.main);
-                     },
-                     [&](const World& world, bool done) {
-                       std::string best = packBefore;
-                       best.replace(RecordFile<PackRecord>::kBytes + 1370, 6, std::string("\1\0\1\0\1\0", 6));
-                       const std::string own = content(world, "PLBest01.bvq");
-                       const std::string bytes = content(world, pack);
-                       const bool kept = bytes == best && own.size() == ownBefore.size() + 8;
-                       return own.starts_with(ownBefore) && (bytes == best || bytes == packBefore) &&
-                              (!done || kept);
-                     }});
+      Passes(place, {"time kept", open, solve(61), keepsTime(Integers({1, 1, 1}), Integers({2, 38, 1, 1}))});
+  passes &= Passes(
+      place, {"better time", open, solve(59), keepsTime(Integers({0, 59, 1}), Integers({2, 38, 0, 59}))});
 
-  std::string packAfter;
-  passes &= Passes(place, {"rewrite", readFiles,
-                           [&] {
-                             PackRewrite rewrite(place.Pack().string(), [](std::vector<PackRecord> records) {
-                               for (PackRecord& record : records) record.BestMinutes = 9;
-                               return records;
-                             });
-                             rewrite.Commit();
-                             recording = false;
-                             packAfter = BytesOf(place.Pack());
-                           },
-                           [&](const World& world, bool done) {
-                             const std::string bytes = content(world, pack);
-                             return bytes == packAfter || (!done && bytes == packBefore);
-                           }});
+  std::vector<PackRecord> changed;
+  const auto change = [&](const std::function<void(PackRecord&)>& act) {
+    return [&, act] {
+      readFiles();
+      changed = ReadSoundPack(place.Pack());
+      for (PackRecord& record : changed) act(record);
+      packAfter = BytesOfAll(changed);
+    };
+  };
+  passes &= Passes(
+      place, {"rewrite", change([](PackRecord& record) { record.BestMinutes = 9; }),
+              [&] { PackRewrite(place.Pack(), {}, [&](const PackContent&) { return changed; }).Commit(); },
+              becomesAnother});
   return passes;
 }
 

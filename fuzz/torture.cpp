@@ -1,5 +1,5 @@
-// Kills, halts, starves and races the programs on packs and players' files, and looks after each round
-// whether anything was lost. See fuzz/torture.
+// Kills, halts, starves and races the programs on packs, players' files and the list of players, and looks
+// after each round whether anything was lost. See fuzz/torture.
 //
 //   torture PACK_MAKER [ROUNDS [SEED]]
 #include <algorithm>
@@ -8,22 +8,19 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <set>
-#include <sstream>
 #include <string>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
 
 #include "fuzz/headless_game.h"
+#include "game/text.h"
 #include "generator/random.h"
 #include "packs/alike.h"
 #include "packs/puzzle_maker.h"
@@ -32,6 +29,8 @@
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/saving.h"
+#include "tests/support/files.h"
+#include "tests/support/installation.h"
 
 namespace bivouac {
 namespace {
@@ -39,29 +38,16 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kSize = GameDesktop::kSize;
-constexpr int kPlayers = GameDesktop::kPlayers;
 constexpr uid_t kNobody = 65534;
 constexpr std::uintmax_t kBytes = RecordFile<PackRecord>::kBytes;
+constexpr const char* kBook = "book.pdf";
 
 /// What tells one puzzle from another: trees, tents and clues. Levels and best times may change.
-std::string IdentityOf(const PackRecord& record) {
-  std::string text;
-  for (const auto* cells : {&record.TentDirs, &record.Layout}) {
-    for (const std::int16_t cell : *cells) text += static_cast<char>('0' + cell);
-  }
-  for (const auto* clues : {&record.RowCounts, &record.ColCounts}) {
-    for (const std::int16_t clue : *clues) text += static_cast<char>('0' + clue);
-  }
-  return text + static_cast<char>(SizeOf(record.LevelSize));
-}
-
-std::string BytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void WriteBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
+std::string IdentityOf(PackRecord record) {
+  record.LevelSize = static_cast<std::int16_t>(SizeOf(record.LevelSize));
+  record.BestMinutes = record.BestSeconds = record.BestPlayer = 0;
+  const std::vector<std::uint8_t> bytes = BytesOf<PackRecord>(std::span(&record, 1));
+  return {bytes.begin(), bytes.end()};
 }
 
 std::vector<PackRecord> MakePool(std::uint64_t seed, std::size_t count) {
@@ -73,62 +59,82 @@ std::vector<PackRecord> MakePool(std::uint64_t seed, std::size_t count) {
   return pool;
 }
 
-void WritePack(const std::string& path, const std::vector<PackRecord>& records) {
-  RecordFile<PackRecord> pack(path);
-  long number = 0;
-  for (const PackRecord& record : records) pack.Write(++number, record);
-}
-
 /// What a program says that it has done. It goes through a pipe, so that it outlives a kill.
 struct Report {
-  enum What { Saved, Timed } Did;
-  int Number;  ///< Of the puzzle: in the pool for Saved, in the pack for Timed.
+  enum What { Saved, Best, Own, Added } Did;
+  int Puzzle;  ///< In the pool; for Added the program and its step, which are the name.
+  int Number;  ///< Of the puzzle in the pack, or of the player.
   int Player;
   int Seconds;
 };
 
 struct Program {
-  pid_t Id = 0;
   std::string Name{};
   std::vector<PackRecord> Makes{};  ///< Puzzles of make and merge, in their order.
-  bool Merges = false;
+  uid_t User = 0;
+  pid_t Id = 0;
   bool Killed = false;
   int Status = 0;
   std::string Words{};  ///< From its standard error.
 };
 
 struct Totals {
-  long Rounds = 0, Programs = 0, Kills = 0, Races = 0, Reports = 0, Halves = 0, Losses = 0;
+  long Rounds = 0, Programs = 0, Kills = 0, Races = 0, Reports = 0, Unfinished = 0, Refused = 0, Losses = 0;
+};
+
+/// A desktop whose settings are files of a folder, for games beside one another.
+class SharedDesktop : public GameDesktop {
+ public:
+  SharedDesktop(const std::string& program, const std::string& local)
+      : GameDesktop(program, local), settings_(local + "/settings") {}
+  std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override {
+    const std::string path = PathOf(key);
+    return fs::exists(path) ? BytesOf(path) : GameDesktop::GetSetting(section, key, fallback);
+  }
+  bool SaveSetting(std::string_view, std::string_view key, std::string_view value) override {
+    fs::create_directories(settings_);
+    const std::string fresh = PathOf(key) + std::to_string(getpid());
+    WriteBytes(fresh, std::string(value));
+    fs::rename(fresh, PathOf(key));
+    return true;
+  }
+
+ private:
+  std::string PathOf(std::string_view key) const { return settings_ + "/" + std::string(key); }
+  std::string settings_;
 };
 
 class Torture {
  public:
   Torture(std::string packMaker, std::uint64_t seed)
       : packMaker_(std::move(packMaker)), seed_(seed), pool_(MakePool(1, 900)) {
-    std::string name = (fs::temp_directory_path() / "bivouac-torture-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    top_ = name;
-    fs::permissions(top_, fs::perms(0755));
     fs::create_directory(top_ / "program");
-    for (int size = kMinSize; size <= kMaxSize; ++size) {
-      std::vector<PackRecord> records(3);
-      for (PackRecord& record : records) record.LevelSize = LevelSizeOf(1, size);
-      WritePack((top_ / "program" / PackName(size)).string(), records);
-    }
+    WriteShortPacks(top_ / "program");
+    for (const PackRecord& puzzle : pool_) places_.emplace(IdentityOf(puzzle), places_.size());
   }
-  Torture(const Torture&) = delete;
-  Torture& operator=(const Torture&) = delete;
-  ~Torture() { fs::remove_all(top_); }
 
   void Round(long round);
   const Totals& Sums() const { return totals_; }
 
  private:
-  enum class Scene { Makers, Rewriters, Games, FirstStarts, ReadOnly, FolderInPlace };
+  enum class Scene {
+    Makers,
+    Rewriters,
+    Games,
+    FirstStarts,
+    Players,
+    Drawing,
+    TwoUsers,
+    ReadOnly,
+    FolderInPlace
+  };
 
   int Below(int limit) { return random_.Below(limit); }
   bool Once(int inSoMany) { return Below(inSoMany) == 0; }
   std::string Pack() const { return (data_ / PackName(kSize)).string(); }
+  bool IsOneOf(std::initializer_list<Scene> scenes) const {
+    return std::find(scenes.begin(), scenes.end(), scene_) != scenes.end();
+  }
 
   void SetUp();
   template <class Body>
@@ -137,27 +143,37 @@ class Torture {
                std::vector<PackRecord> makes = {});
   void RunMake();
   void RunMerge();
+  void RunPrint();
   void RunGame(int number);
+  void SaveOne(LoadedProgram& game, GameDesktop& desktop, int fresh);
+  void SolveOne(LoadedProgram& game, GameDesktop& desktop, int puzzle, int seconds);
+  void AddPlayer(LoadedProgram& game, int name);
+  void Tell(const Report& report) const;
+  void RunOneOf(int number);
   void KillSomeAndWait();
   void ReadReports();
   void Verify();
+  void VerifyPuzzles(const std::vector<PackRecord>& after);
+  void VerifyTimes(const std::vector<PackRecord>& after);
+  void VerifyFiles();
+  void VerifyNextStart();
   void Lose(const std::string& what);
 
-  std::string packMaker_;
-  std::uint64_t seed_;
+  const std::string packMaker_;
+  const std::uint64_t seed_;
   Random random_{0};
-  std::vector<PackRecord> pool_;
-  fs::path top_, folder_, data_;
+  const std::vector<PackRecord> pool_;
+  std::map<std::string, std::size_t> places_;  ///< Of identities in the pool.
+  const TempFolder top_;
 
   // Of the round.
+  fs::path folder_, data_;
   Scene scene_ = Scene::Makers;
   long round_ = 0;
   std::vector<PackRecord> before_;
   std::vector<Program> programs_;
   std::vector<Report> reports_;
   std::array<int, 2> pipe_{};
-  bool killed_ = false;
-  bool timesAreKept_ = false;
   Totals totals_;
 };
 
@@ -172,10 +188,13 @@ void Torture::Lose(const std::string& what) {
 }
 
 void Torture::SetUp() {
-  scene_ = static_cast<Scene>(std::min(Below(14) / 3, 5));
+  constexpr std::array kScenes = {Scene::Makers,       Scene::Makers,  Scene::Rewriters, Scene::Rewriters,
+                                  Scene::Games,        Scene::Games,   Scene::Games,     Scene::FirstStarts,
+                                  Scene::Players,      Scene::Drawing, Scene::TwoUsers,  Scene::ReadOnly,
+                                  Scene::FolderInPlace};
+  scene_ = kScenes[static_cast<std::size_t>(Below(kScenes.size()))];
   programs_.clear();
   reports_.clear();
-  killed_ = timesAreKept_ = false;
   constexpr std::array<const char*, 3> kNames = {"plain", "with blanks", "two\nlines"};
   folder_ = top_ / kNames[static_cast<std::size_t>(Below(3))];
   data_ = folder_ / "Bvc";
@@ -183,20 +202,25 @@ void Torture::SetUp() {
   before_.clear();
   if (scene_ == Scene::FirstStarts) return;
   before_.assign(pool_.begin(), pool_.begin() + 1 + Below(Once(4) ? 400 : 40));
-  if (Once(2)) {
-    for (PackRecord& record : before_) record.LevelSize = LevelSizeOf(0, kSize);
+  for (PackRecord& record : before_) {
+    if (round_ % 2 == 0) record.LevelSize = LevelSizeOf(0, kSize);
   }
+  const bool linked = Once(3);
+  const std::string pack = linked ? (folder_ / "elsewhere.bvq").string() : Pack();
+  if (linked) fs::create_symlink("../elsewhere.bvq", Pack());
   if (scene_ == Scene::FolderInPlace) {
     before_.clear();
-    fs::create_directory(Pack());
-  } else if (Once(3)) {
-    WritePack((folder_ / "elsewhere.bvq").string(), before_);
-    fs::create_symlink("../elsewhere.bvq", Pack());
+    fs::create_directory(pack);
   } else {
-    WritePack(Pack(), before_);
+    RecordFile<PackRecord>(pack, Access::Create).WriteAll(1, before_);
+    // What a program that died has left.
+    if (Once(4))
+      fs::resize_file(pack, fs::file_size(pack) + static_cast<std::uintmax_t>(1 + Below(3)) * kBytes);
   }
   // Files of somebody else, under names that come to mind.
   for (const char* ending : {".new", ".part", "~"}) WriteBytes(Pack() + ending, "mine");
+  WriteBytes((data_ / kBook).string(), "old");
+  if (scene_ == Scene::TwoUsers) fs::permissions(data_, fs::perms(01777));
   if (scene_ != Scene::ReadOnly || geteuid() != 0) return;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_)) {
     if (!entry.is_symlink()) fs::permissions(entry, fs::perms(entry.is_directory() ? 0555 : 0666));
@@ -207,21 +231,20 @@ void Torture::SetUp() {
 template <class Body>
 void Torture::Fork(Program program, Body body) {
   std::fflush(nullptr);
-  const std::string words = (top_ / ("words" + std::to_string(programs_.size()))).string();
-  const bool starves = scene_ != Scene::FirstStarts && Once(6);
-  const rlim_t limit = static_cast<rlim_t>(Below(static_cast<int>((before_.size() + 40) * kBytes)));
+  const std::string words = top_ / ("words" + std::to_string(programs_.size()));
+  const bool starves = !IsOneOf({Scene::FirstStarts, Scene::Players}) && Once(6);
+  const auto limit = static_cast<rlim_t>(Below(static_cast<int>((before_.size() + 40) * kBytes)));
+  const bool isNobodys =
+      scene_ == Scene::ReadOnly || (scene_ == Scene::TwoUsers && programs_.size() % 2 == 1);
+  if (isNobodys && geteuid() == 0) program.User = kNobody;
   program.Id = fork();
   if (program.Id == 0) {
     std::signal(SIGXFSZ, SIG_IGN);
-    const int errors = open(words.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    dup2(errors, STDERR_FILENO);
+    dup2(open(words.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666), STDERR_FILENO);
     dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
-    if (starves) {
-      const rlimit most{limit, limit};
-      setrlimit(RLIMIT_FSIZE, &most);
-    }
-    if (scene_ == Scene::ReadOnly && geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0))
-      _exit(9);
+    const rlimit most{limit, limit};
+    if (starves) setrlimit(RLIMIT_FSIZE, &most);
+    if (program.User != 0 && (setgid(program.User) != 0 || setuid(program.User) != 0)) _exit(9);
     body();
     _exit(0);
   }
@@ -230,9 +253,8 @@ void Torture::Fork(Program program, Body body) {
 
 void Torture::RunTool(const std::string& name, std::vector<std::string> arguments,
                       std::vector<PackRecord> makes) {
-  const bool merges = name == "merge";
-  Fork({.Name = name, .Makes = std::move(makes), .Merges = merges}, [&] {
-    std::vector<char*> argv = {packMaker_.data(), const_cast<char*>(name.c_str())};
+  Fork({.Name = name, .Makes = std::move(makes)}, [&] {
+    std::vector<char*> argv = {const_cast<char*>(packMaker_.data()), const_cast<char*>(name.c_str())};
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
     execv(packMaker_.c_str(), argv.data());
@@ -253,42 +275,70 @@ void Torture::RunMerge() {
   const std::string other = (folder_ / ("other" + std::to_string(programs_.size()))).string();
   const auto first = pool_.begin() + Below(700);
   std::vector<PackRecord> puzzles(first, first + 1 + Below(100));
-  WritePack(other, puzzles);
+  if (scene_ != Scene::ReadOnly) RecordFile<PackRecord>(other, Access::Create).WriteAll(1, puzzles);
   RunTool("merge", {Pack(), other}, std::move(puzzles));
 }
 
-/// A game that saves new puzzles, as New does, and keeps times, each player those of puzzles of their own.
+void Torture::RunPrint() {
+  RunTool("print", {Pack(), "--numbers", "1", "--force", "-o", (data_ / kBook).string()});
+}
+
+void Torture::Tell(const Report& report) const {
+  if (write(pipe_[1], &report, sizeof report) != sizeof report) _exit(8);
+}
+
+/// Saves a new puzzle, as New does.
+void Torture::SaveOne(LoadedProgram& game, GameDesktop& desktop, int fresh) {
+  game.global.PuzzleRec = pool_[static_cast<std::size_t>(fresh)];
+  game.main.Level = LevelOf(game.global.PuzzleRec.LevelSize);
+  Save_New(game.main);
+  if (desktop.Titles.empty()) Tell({Report::Saved, fresh, 0, 0, 0});
+}
+
+/// Solves a puzzle that others may solve, too.
+void Torture::SolveOne(LoadedProgram& game, GameDesktop& desktop, int puzzle, int seconds) {
+  desktop.Answer = std::to_string(puzzle);
+  cmdOpen_Click(game.main);
+  if (!desktop.Titles.empty()) return;
+  const auto place = places_.find(IdentityOf(game.global.PuzzleRec));
+  game.main.LostTimes = Loss::None;
+  game.main.Elapsed = seconds;
+  RecordTimes(game.main);
+  const auto wasShown = [&](const char* title) {
+    return std::count(desktop.Titles.begin(), desktop.Titles.end(), title) != 0;
+  };
+  Report report{Report::Own, 0, puzzle, game.global.CurrentPlayer, seconds};
+  if (!wasShown("Time not saved")) Tell(report);
+  report.Did = Report::Best;
+  report.Puzzle = static_cast<int>(place == places_.end() ? pool_.size() : place->second);
+  if (!wasShown("File Error") && !wasShown("Puzzle Save Error")) Tell(report);
+}
+
+void Torture::AddPlayer(LoadedProgram& game, int name) {
+  KnopNieuweSpeler_Click(game.form);
+  game.form.NaamInvoerveld.Text = std::to_string(name) + "th";
+  NaamInvoerveld_KeyPress(game.form, Key::Enter);
+  if (game.form.NaamLijst.Enabled) Tell({Report::Added, name, game.form.NaamLijst.ListIndex + 1, 0, 0});
+}
+
 void Torture::RunGame(int number) {
   const std::uint64_t seed = random_.Next();
-  const bool solves = timesAreKept_ && !before_.empty();
   Fork({.Name = "game"}, [&] {
-    const auto tell = [&](Report report) {
-      if (write(pipe_[1], &report, sizeof report) != sizeof report) _exit(8);
-    };
     try {
-      HeadlessGame game((top_ / "program").string(), folder_.string());
-      Main& main = game.main;
+      SharedDesktop desktop(top_ / "program", folder_.string());
+      LoadedProgram game(desktop);
+      Form_Load(game.main, game.form);
       Random random(seed);
       for (int step = 0; step < 12; ++step) {
-        game.desktop.Titles.clear();
-        if (solves && random.Below(2) == 0) {
-          const int puzzle = 1 + number + 4 * random.Below(static_cast<int>(before_.size()));
-          if (puzzle > static_cast<int>(before_.size())) continue;
-          game.global.CurrentPlayer = 1 + number % kPlayers;
-          game.desktop.Answer = std::to_string(puzzle);
-          cmdOpen_Click(main);
-          if (!game.desktop.Titles.empty()) continue;
-          main.Elapsed = 1000 - step;
-          RecordTimes(main);
-          const bool kept =
-              std::count(game.desktop.Titles.begin(), game.desktop.Titles.end(), "File Error") == 0;
-          if (kept) tell({Report::Timed, puzzle, game.global.CurrentPlayer, main.Elapsed});
+        desktop.Titles.clear();
+        if (scene_ == Scene::Players) {
+          AddPlayer(game, number * 100 + step);
+        } else if (!before_.empty() && random.Below(2) == 0) {
+          game.global.CurrentPlayer = 1 + number % GameDesktop::kPlayers;
+          const auto some = static_cast<int>(std::min<std::size_t>(before_.size(), 12));
+          SolveOne(game, desktop, 1 + random.Below(some), 2000 - 100 * step + random.Below(100));
         } else {
-          const int fresh = 400 + number * 100 + step * 5 + random.Below(5);
-          game.global.PuzzleRec = pool_[static_cast<std::size_t>(fresh)];
-          main.Level = LevelOf(game.global.PuzzleRec.LevelSize);
-          Save_New(main);
-          if (game.desktop.Titles.empty()) tell({Report::Saved, fresh, 0, 0});
+          SaveOne(game, desktop, 400 + number * 100 + step * 5 + random.Below(5));
         }
       }
     } catch (const RunTimeError& error) {
@@ -328,8 +378,8 @@ void Torture::KillSomeAndWait() {
     waitpid(program.Id, &status, 0);
     program.Killed = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
     program.Status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    program.Words = BytesOf((top_ / ("words" + std::to_string(i))).string());
-    killed_ = killed_ || program.Killed;
+    const std::string words = top_ / ("words" + std::to_string(i));
+    program.Words = fs::exists(words) ? BytesOf(words) : "";
     totals_.Kills += program.Killed;
     if (!program.Killed && program.Status < 0)
       Lose(program.Name + " ended by signal " + std::to_string(WTERMSIG(status)));
@@ -350,6 +400,126 @@ std::size_t AddedBy(const std::string& words) {
   return words.find(" added to ") != std::string::npos ? std::strtoul(words.c_str(), nullptr, 10) : 0;
 }
 
+void Torture::VerifyPuzzles(const std::vector<PackRecord>& after) {
+  std::map<std::string, int> present;
+  std::set<std::string> views, known;
+  for (const PackRecord& record : after) {
+    ++present[IdentityOf(record)];
+    views.insert(ViewedFromAnySide(record));
+  }
+  const auto take = [&](const PackRecord& record, const char* whose) {
+    if (--present[IdentityOf(record)] < 0) Lose(std::string("a puzzle is missing: ") + whose);
+  };
+  for (const PackRecord& record : before_) take(record, "of the pack before");
+  for (const Report& report : reports_) {
+    if (report.Did == Report::Saved) take(pool_[static_cast<std::size_t>(report.Puzzle)], "saved by a game");
+  }
+  for (const Program& program : programs_) {
+    for (const PackRecord& puzzle : program.Makes) known.insert(IdentityOf(puzzle));
+    const bool merges = program.Name == "merge";
+    if (program.User != 0 && program.Name != "game" && !program.Killed) {
+      totals_.Refused += program.Status == 2;
+      if (program.Status == 0 && scene_ == Scene::TwoUsers && program.Name != "print" &&
+          program.Words.find(" 0 puzzles added") != 0 && AddedBy(program.Words) != 0)
+        Lose("who may not write a pack has: " + program.Name);
+    }
+    if (program.Killed || program.Makes.empty()) continue;
+    const std::size_t added = AddedBy(program.Words);
+    totals_.Reports += static_cast<long>(added);
+    if (program.Status == 0 && !merges && added != program.Makes.size()) Lose("a maker that says less");
+    for (std::size_t i = 0; i < program.Makes.size(); ++i) {
+      if (!merges && i < added) take(program.Makes[i], "reported by make");
+      if (merges && program.Status == 0 && views.count(ViewedFromAnySide(program.Makes[i])) == 0)
+        Lose("a puzzle is missing: merged");
+    }
+  }
+  for (const auto& [identity, count] : present) {
+    const bool isFirst = scene_ == Scene::FirstStarts;  // The packs to begin with are others.
+    if (count > 0 && !isFirst && places_.count(identity) == 0 && known.count(identity) == 0)
+      Lose("a puzzle that nobody made");
+    if (count > 0 && places_.count(identity) != 0 && places_[identity] < before_.size() &&
+        IsOneOf({Scene::Games}))
+      Lose("a puzzle is there twice");
+  }
+}
+
+/// The best that was said to be kept must stand, of each puzzle in the pack and of each player under the
+/// number.
+void Torture::VerifyTimes(const std::vector<PackRecord>& after) {
+  std::map<int, int> bests;
+  std::map<std::pair<int, int>, int> owns;
+  const auto least = [](auto& times, const auto& key, int seconds) {
+    int& time = times.try_emplace(key, seconds).first->second;
+    time = std::min(time, seconds);
+  };
+  for (const Report& report : reports_) {
+    if (report.Did == Report::Best) least(bests, report.Puzzle, report.Seconds);
+    if (report.Did == Report::Own) least(owns, std::pair(report.Player, report.Number), report.Seconds);
+  }
+  for (const PackRecord& record : after) {
+    const auto place = places_.find(IdentityOf(record));
+    const auto best = place == places_.end() ? bests.end() : bests.find(static_cast<int>(place->second));
+    if (best == bests.end()) continue;
+    const int seconds = record.BestMinutes * 60 + record.BestSeconds;
+    if (seconds == 0 || seconds > best->second || record.BestPlayer == 0) Lose("a best time is missing");
+  }
+  Global global;
+  global.DataDir = (data_ / "").string();
+  for (const auto& [key, seconds] : owns) {
+    std::map<std::pair<int, int>, int> kept;
+    for (const PersonalRecord& own : RecordFile<PersonalRecord>(PersonalPath(global, key.first)).ReadAll()) {
+      const int time = own.PersonalMinutes * 60 + own.PersonalSeconds;
+      if (time > 0) least(kept, std::pair(key.first, int{own.PersonalPuzzle}), time);
+    }
+    if (kept.count(key) == 0 || kept[key] > seconds) Lose("an own time is missing");
+  }
+}
+
+void Torture::VerifyFiles() {
+  for (const Report& report : reports_) {
+    if (report.Did != Report::Added) continue;
+    const std::string file = (folder_ / "settings" / ("Player" + TwoDigits(report.Number))).string();
+    const bool stands = fs::exists(file) && BytesOf(file) == FixedName(std::to_string(report.Puzzle) + "th");
+    const std::string count = (folder_ / "settings/Count").string();
+    if (!stands || std::stoi(BytesOf(count)) < report.Number) Lose("a player is missing");
+  }
+  if (scene_ == Scene::FirstStarts) return;
+  for (const char* ending : {".new", ".part", "~"}) {
+    if (BytesOf(Pack() + ending) != "mine") Lose(std::string("somebody's file is gone: ") + ending);
+  }
+  const std::string book = BytesOf((data_ / kBook).string());
+  const bool printed = std::any_of(programs_.begin(), programs_.end(), [](const Program& program) {
+    return program.Name == "print" && program.Status == 0 && !program.Killed;
+  });
+  const bool whole = book.starts_with("%PDF") && book.ends_with("%%EOF\n");
+  if (!whole && (printed || book != "old")) Lose("half a book");
+}
+
+void Torture::VerifyNextStart() {
+  try {
+    const bool wasThere = fs::is_regular_file(Pack());
+    if (wasThere && fs::file_size(Pack()) % kBytes != 0) Lose("half a record");
+    const long records = wasThere ? static_cast<long>(fs::file_size(Pack()) / kBytes) : 0;
+    totals_.Unfinished += wasThere && records != CountRecords<PackRecord>(Pack()).Whole;
+    const HeadlessGame next(top_ / "program", folder_.string());
+    for (int size = kMinSize; size <= kMaxSize; ++size) {
+      const std::string path = (data_ / PackName(size)).string();
+      if (size != kSize && BytesOf(path) != BytesOf(top_ / ("program/" + PackName(size))))
+        Lose("a copy is cut");
+    }
+    if (scene_ != Scene::FolderInPlace &&
+        next.main.PuzzleCount[kSize - kMinSize] < static_cast<int>(before_.size()))
+      Lose("the next start counts less");
+  } catch (const RunTimeError& error) {
+    Lose(std::string("the next start ends: ") + error.what());
+  }
+  for (const fs::directory_entry& entry : fs::directory_iterator(data_)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with("BVPack") && !name.starts_with("PLBest") && name != kBook)
+      Lose("left lying about: " + name);
+  }
+}
+
 void Torture::Verify() {
   if (scene_ == Scene::ReadOnly) {
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_)) {
@@ -358,87 +528,37 @@ void Torture::Verify() {
   }
   std::vector<PackRecord> after;
   if (fs::is_regular_file(Pack())) after = RecordFile<PackRecord>(Pack()).ReadAll();
-  std::map<std::string, int> present;
-  for (const PackRecord& record : after) ++present[IdentityOf(record)];
-  const auto take = [&](const PackRecord& record, const char* whose) {
-    if (--present[IdentityOf(record)] < 0) Lose(std::string("a puzzle is missing: ") + whose);
-  };
-  for (const PackRecord& record : before_) take(record, "of the pack before");
-  for (const Report& report : reports_) {
-    if (report.Did == Report::Saved) take(pool_[static_cast<std::size_t>(report.Number)], "saved by a game");
-  }
-  std::set<std::string> views;
-  for (const PackRecord& record : after) views.insert(ViewedFromAnySide(record));
-  for (const Program& program : programs_) {
-    if (program.Killed || program.Makes.empty()) continue;
-    const std::size_t added = AddedBy(program.Words);
-    totals_.Reports += static_cast<long>(added);
-    if (program.Status == 0 && !program.Merges && added != program.Makes.size())
-      Lose("a maker that says less");
-    for (std::size_t i = 0; i < program.Makes.size(); ++i) {
-      if (!program.Merges && i < added) take(program.Makes[i], "reported by make");
-      if (program.Merges && program.Status == 0 && views.count(ViewedFromAnySide(program.Makes[i])) == 0)
-        Lose("a puzzle is missing: merged");
-    }
-  }
-  // The best that each player said to have kept, in the player's file and in the pack. Each puzzle has one
-  // player.
-  std::map<std::pair<int, int>, int> best;
-  for (const Report& report : reports_) {
-    if (report.Did != Report::Timed) continue;
-    int& seconds = best.try_emplace({report.Player, report.Number}, report.Seconds).first->second;
-    seconds = std::min(seconds, report.Seconds);
-  }
-  Global global;
-  global.DataDir = (data_ / "").string();
-  for (const auto& [key, seconds] : best) {
-    const auto [player, number] = key;
-    int own = 0;
-    for (const PersonalRecord& record : RecordFile<PersonalRecord>(PersonalPath(global, player)).ReadAll()) {
-      const int time = record.PersonalMinutes * 60 + record.PersonalSeconds;
-      if (record.PersonalPuzzle == number && (own == 0 || time < own)) own = time;
-    }
-    if (own == 0 || own > seconds) Lose("an own time is missing");
-    const PackRecord& record = after[static_cast<std::size_t>(number) - 1];
-    if (record.BestMinutes * 60 + record.BestSeconds > seconds || record.BestPlayer == 0)
-      Lose("a best time is missing");
-  }
-  if (scene_ == Scene::Rewriters) {
-    const bool refused = std::none_of(programs_.begin(), programs_.end(), [](const Program& program) {
-      return program.Name == "rate" && program.Status == 0 && !program.Killed;
-    });
-    if (!refused && after.size() == before_.size() &&
-        std::any_of(after.begin(), after.end(),
-                    [](const PackRecord& record) { return LevelOf(record.LevelSize) == 0; }))
-      Lose("a level is missing");
-  }
-  for (const fs::directory_entry& entry : fs::directory_iterator(data_)) {
-    const std::string name = entry.path().filename().string();
-    const bool known = name.starts_with("BVPack") || name.starts_with("PLBest");
-    if (!known && !(killed_ && name.starts_with(".bivouac-"))) Lose("left lying about: " + name);
-  }
-  if (scene_ != Scene::FirstStarts) {
-    for (const char* ending : {".new", ".part", "~"}) {
-      if (BytesOf(Pack() + ending) != "mine") Lose(std::string("somebody's file is gone: ") + ending);
-    }
-  }
-  try {
-    // Half a record, which a program had not yet reported when it was killed, goes at the next start.
-    const bool half = fs::is_regular_file(Pack()) && fs::file_size(Pack()) % kBytes != 0;
-    totals_.Halves += half;
-    if (half && !killed_) Lose("half a record");
-    const HeadlessGame next((top_ / "program").string(), folder_.string());
-    for (int size = kMinSize; size <= kMaxSize; ++size) {
-      const int count = next.main.PuzzleCount[size - kMinSize];
-      const std::string path = (data_ / PackName(size)).string();
-      if (size != kSize && BytesOf(path) != BytesOf((top_ / "program" / PackName(size)).string()))
-        Lose("a copy is cut");
-      if (size == kSize && scene_ != Scene::FolderInPlace && count < static_cast<int>(before_.size()))
-        Lose("the next start counts less");
-    }
-    if (fs::is_regular_file(Pack()) && fs::file_size(Pack()) % kBytes != 0) Lose("half a record stays");
-  } catch (const RunTimeError& error) {
-    Lose(std::string("the next start ends: ") + error.what());
+  VerifyPuzzles(after);
+  VerifyTimes(after);
+  const bool rated = std::any_of(programs_.begin(), programs_.end(), [](const Program& program) {
+    return program.Name == "rate" && program.Status == 0 && !program.Killed;
+  });
+  const bool unrated = std::any_of(after.begin(), after.end(),
+                                   [](const PackRecord& record) { return LevelOf(record.LevelSize) == 0; });
+  if (rated && unrated) Lose("a level is missing");
+  VerifyFiles();
+  VerifyNextStart();
+}
+
+void Torture::RunOneOf(int number) {
+  const int choice = Below(4);
+  const auto rewrite = [&] { Once(2) ? RunTool("sort", {Pack()}) : RunTool("rate", {"--write", Pack()}); };
+  switch (scene_) {
+    case Scene::Makers:
+      return choice == 0 ? RunMake() : choice == 1 ? RunMerge() : RunGame(number);
+    case Scene::Rewriters:
+      return choice < 2 ? rewrite() : choice == 2 ? RunMake() : RunGame(number);
+    case Scene::Games:
+      return choice == 0 ? rewrite() : RunGame(number);
+    case Scene::FirstStarts:
+    case Scene::Players:
+      return RunGame(number);
+    case Scene::Drawing:
+      return choice < 2 ? RunPrint() : choice == 2 ? rewrite() : RunGame(number);
+    case Scene::TwoUsers:
+    case Scene::ReadOnly:
+    case Scene::FolderInPlace:
+      return choice == 0 ? RunMake() : choice == 1 ? RunGame(number) : choice == 2 ? rewrite() : RunMerge();
   }
 }
 
@@ -448,39 +568,12 @@ void Torture::Round(long round) {
   SetUp();
   if (pipe(pipe_.data()) != 0) throw std::runtime_error("no pipe");
   const int programs = 2 + Below(3);
-  timesAreKept_ = scene_ == Scene::Games;
-  for (int number = 0; number < programs; ++number) {
-    const int choice = Below(3);
-    switch (scene_) {
-      case Scene::Makers:
-        choice == 0 ? RunMake() : choice == 1 ? RunMerge() : RunGame(number);
-        break;
-      case Scene::Rewriters:
-        choice == 0   ? RunTool("sort", {Pack()})
-        : choice == 1 ? RunTool("rate", {"--write", Pack()})
-        : Once(2)     ? RunMake()
-                      : RunGame(number);
-        break;
-      case Scene::Games:
-        choice == 0 ? RunTool("rate", {"--write", Pack()}) : RunGame(number);
-        break;
-      case Scene::FirstStarts:
-        RunGame(number);
-        break;
-      case Scene::ReadOnly:
-      case Scene::FolderInPlace:
-        choice == 0   ? RunMake()
-        : choice == 1 ? RunGame(number)
-        : Once(2)     ? RunTool("sort", {Pack()})
-                      : RunMerge();
-        break;
-    }
-  }
+  for (int number = 0; number < programs; ++number) RunOneOf(number);
   KillSomeAndWait();
   ReadReports();
   ++totals_.Rounds;
-  totals_.Programs += static_cast<long>(programs_.size());
-  totals_.Races += programs_.size() > 1;
+  totals_.Programs += programs;
+  totals_.Races += programs > 1;
   Verify();
   fs::remove_all(folder_);
 }
@@ -495,9 +588,10 @@ int Run(int argc, char** argv) {
   for (long round = 1; round <= rounds; ++round) torture.Round(round);
   const Totals& sums = torture.Sums();
   std::printf(
-      "%ld rounds, %ld programs, %ld kills, %ld races, %ld reports held against the files, "
-      "%ld halves of records cut, %ld losses\n",
-      sums.Rounds, sums.Programs, sums.Kills, sums.Races, sums.Reports, sums.Halves, sums.Losses);
+      "%ld rounds, %ld programs, %ld kills, %ld races, %ld reports held against the files, %ld packs with "
+      "records that were never finished, %ld programs refused, %ld losses\n",
+      sums.Rounds, sums.Programs, sums.Kills, sums.Races, sums.Reports, sums.Unfinished, sums.Refused,
+      sums.Losses);
   return sums.Losses == 0 ? 0 : 1;
 }
 

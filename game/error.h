@@ -18,6 +18,7 @@ enum class ErrorNumber {
   DiskFull = 61,
   PastEndOfFile = 62,
   BadRecordNumber = 63,
+  TooManyFiles = 67,
   DeviceUnavailable = 68,
   PermissionDenied = 70,
   FileAccess = 75,
@@ -37,6 +38,10 @@ class RunTimeError : public std::runtime_error {
  private:
   ErrorNumber number_;
 };
+
+[[noreturn]] void ThrowFileError(ErrorNumber number, const std::string& words, const std::string& path);
+/// Throws the file error for what the platform gave as the reason, one of <cerrno>.
+[[noreturn]] void ThrowFileError(int reason, const std::string& path);
 
 /// Input that a command cannot work with. The text is one line that says what and where.
 class InputError : public std::runtime_error {

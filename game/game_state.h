@@ -37,8 +37,8 @@ struct Global {
   int PersonalPos = 0;         ///< Record number of PersonalRec in the player's file; 0 when it has none.
 };
 
-/// Whether settings could not be written, and the player knows.
-enum class SettingsLoss { None, Untold, Told };
+/// Whether something could not be kept, and the player knows.
+enum class Loss { None, Untold, Told };
 
 /// The one window and the game in it. Flat arrays are indexed row * BoardSize + column, row 0 at the top.
 struct Main {
@@ -59,7 +59,8 @@ struct Main {
   int TreeCount = 0;    ///< Trees on the board, which is the number of tents of the solution.
 
   // The puzzle.
-  int PuzzleNo = 0;  ///< Number in the pack, counted from 1; 0 when there is none.
+  int PuzzleNo = 0;     ///< Number in the pack, counted from 1; 0 when there is none.
+  bool InPack = false;  ///< The puzzle was read from the pack under that number, or saved there.
   int Level = 0;
   float Difficulty = 0;                   ///< Set by the rating.
   FixedArray<int, kSizes> PuzzleCount{};  ///< Puzzles in the pack of each size, index BoardSize - 6.
@@ -116,7 +117,8 @@ struct Main {
   Timer Timer3{false, 250};         ///< Clock.
   FixedArray<Panel, 6> StatusBar1;  ///< Panel 1 is entry 0; see PanelOf.
 
-  SettingsLoss LostSettings = SettingsLoss::None;
+  Loss LostSettings = Loss::None;
+  Loss LostTimes = Loss::None;  ///< The player's own.
 
   /// Keeps the times of a solved puzzle. The one call that runs up the house: start-up sets it.
   void (*RecordTimes)(Main& main) = nullptr;

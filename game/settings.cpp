@@ -6,17 +6,19 @@ namespace bivouac {
 
 void KeepSetting(Main& main, std::string_view section, std::string_view key, std::string_view value) {
   if (main.desktop.SaveSetting(section, key, value)) return;
-  if (main.LostSettings == SettingsLoss::None) main.LostSettings = SettingsLoss::Untold;
+  if (main.LostSettings == Loss::None) main.LostSettings = Loss::Untold;
+}
+
+void TellOfLoss(Main& main, Loss& loss, const std::string& title, const std::string& text) {
+  if (loss != Loss::Untold) return;
+  loss = Loss::Told;
+  main.desktop.Show(MessageBox{.Title = title, .Text = text, .Symbol = BoxSymbol::Warning});
 }
 
 void TellOfLostSettings(Main& main) {
-  if (main.LostSettings != SettingsLoss::Untold) return;
-  main.LostSettings = SettingsLoss::Told;
-  main.desktop.Show(MessageBox{.Title = "Settings not saved",
-                               .Text = "Size, players and sound cannot be written to\n" +
-                                       main.desktop.SettingsFile() +
-                                       "\nWhat you change holds until the game ends.",
-                               .Symbol = BoxSymbol::Warning});
+  TellOfLoss(main, main.LostSettings, "Settings not saved",
+             "Size, players and sound cannot be written to\n" + main.desktop.SettingsFile() +
+                 "\nWhat you change holds until the game ends.");
 }
 
 RunTimeError WithCure(Main& main, const StartSetting& setting, const RunTimeError& error) {

@@ -10,8 +10,10 @@ namespace bivouac {
 
 /// Keeps a setting. One that cannot be written holds until the program ends.
 void KeepSetting(Main& main, std::string_view section, std::string_view key, std::string_view value);
-/// Tells in a box of settings that could not be written, once in a run. Every handler that keeps settings
-/// calls it once its state is whole again, since a box draws.
+/// Tells in a box of what could not be kept, once in a run.
+void TellOfLoss(Main& main, Loss& loss, const std::string& title, const std::string& text);
+/// Tells of settings that could not be written. Every handler that keeps settings calls it once its state is
+/// whole again, since a box draws.
 void TellOfLostSettings(Main& main);
 
 /// A setting that the start depends on.

@@ -91,10 +91,27 @@ std::string Counted(long number, std::string_view thing) {
   return std::to_string(number) + ' ' + std::string(thing) + (number == 1 ? "" : "s");
 }
 
+std::size_t CharacterBytes(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const std::size_t bytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 1;
+  if (bytes > text.size()) return 1;
+  for (std::size_t i = 1; i < bytes; ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return 1;
+  }
+  return bytes;
+}
+
 std::string OnOneLine(std::string text) {
-  const auto breaks = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; };
-  std::replace_if(text.begin(), text.end(), breaks, '?');
-  return text;
+  std::string line;
+  for (std::string_view rest = text; !rest.empty();) {
+    const std::string_view character = rest.substr(0, CharacterBytes(rest));
+    const auto first = static_cast<unsigned char>(character[0]);
+    const bool steers = character.size() == 1 ? first < ' ' || first >= 0x7F
+                                              : character >= "\xC2\x80" && character < "\xC2\xA0";
+    line += steers ? "?" : character;
+    rest.remove_prefix(character.size());
+  }
+  return line;
 }
 
 std::string SevenDigits(float number) {

@@ -19,7 +19,12 @@ std::string TwoDigits(long value);
 /// How many of a thing there are: "1 step", "2 steps".
 std::string Counted(long number, std::string_view thing);
 
-/// The text with '?' for what would break a line or a table: a file's name may hold anything.
+/// Bytes of the character at the front of a text in UTF-8; 1 for a byte that is no part of one.
+/// Requires: the text is not empty.
+std::size_t CharacterBytes(std::string_view text);
+
+/// The text with '?' for what would break a line or a table, or steer a terminal, and for what is no text: a
+/// file's name may hold anything.
 std::string OnOneLine(std::string text);
 
 /// At most seven significant digits, whatever the language of the system.

@@ -63,9 +63,8 @@ void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream bytes;
   bytes << in.rdbuf();
-  OutputFile file(path, Overwrite::Yes);
-  file.Write(WithShortNumbers(bytes.str()));
-  file.Keep();
+  std::ofstream out(path, std::ios::binary);
+  if (!(out << WithShortNumbers(bytes.str())).flush()) throw InputError(path + ": cannot be written");
 }
 
 }  // namespace bivouac

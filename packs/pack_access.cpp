@@ -1,7 +1,11 @@
 #include "packs/pack_access.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <ostream>
+#include <set>
+#include <thread>
 
 #include "packs/alike.h"
 #include "storage/pack_files.h"
@@ -11,6 +15,7 @@ namespace bivouac {
 namespace {
 
 constexpr int kAttempts = 3;  // After these a rewrite makes the others wait.
+constexpr auto kClockStep = std::chrono::milliseconds(25);
 
 void RequireSizes(const std::string& path, const std::vector<PackRecord>& records, int lowest, int highest) {
   long number = 0;
@@ -23,11 +28,6 @@ void RequireSizes(const std::string& path, const std::vector<PackRecord>& record
   }
 }
 
-std::vector<PackRecord> RequireWhole(const std::string& path, PackContent content) {
-  if (content.SpareBytes == 0) return std::move(content.Records);
-  throw InputError(path + ": " + std::to_string(content.SpareBytes) + " bytes behind the last whole record");
-}
-
 /// Runs a step whose file errors are errors of the input.
 template <class Step>
 auto OnPack(Step step) {
@@ -36,6 +36,13 @@ auto OnPack(Step step) {
   } catch (const RunTimeError& error) {
     throw InputError(error.what());
   }
+}
+
+PackContent ContentOf(const RecordFile<PackRecord>& file) {
+  PackContent content{file.ReadAll(), file.SpareBytes()};
+  const auto records = static_cast<long>(file.TakeStamp().Length / RecordFile<PackRecord>::kBytes);
+  content.Unfinished = std::max(0L, records - static_cast<long>(content.Records.size()));
+  return content;
 }
 
 }  // namespace
@@ -51,60 +58,88 @@ std::string FileName(const std::string& path) {
   return OnOneLine(std::filesystem::path(path).filename().string());
 }
 
+void RequireNoInput(const std::string& output, const std::vector<std::string>& inputs) {
+  std::error_code error;
+  for (const std::string& input : inputs) {
+    if (std::filesystem::equivalent(output, input, error))
+      throw InputError(output + ": the output is an input");
+  }
+}
+
 PackContent ReadContent(const std::string& path) {
-  // Opening creates what is not there.
   if (!FileExists(path)) throw InputError(path + ": no such file");
-  return OnPack([&]() -> PackContent {
-    RecordFile<PackRecord> file(path, Patience::Long);
-    return {file.ReadAll(), file.SpareBytes()};
-  });
+  return OnPack([&] { return ContentOf(RecordFile<PackRecord>(path)); });
+}
+
+const std::vector<PackRecord>& SoundRecords(const std::string& path, const PackContent& content) {
+  if (content.SpareBytes != 0)
+    throw InputError(path + ": " + std::to_string(content.SpareBytes) +
+                     " bytes behind the last whole record");
+  RequireSizes(path, content.Records, kMinSize, kMaxSize);
+  return content.Records;
 }
 
 std::vector<PackRecord> ReadSoundPack(const std::string& path) {
-  std::vector<PackRecord> records = RequireWhole(path, ReadContent(path));
-  RequireSizes(path, records, kMinSize, kMaxSize);
-  return records;
+  return SoundRecords(path, ReadContent(path));
 }
 
 void RequireSize(const std::string& path, const std::vector<PackRecord>& records, int size) {
   RequireSizes(path, records, size, size);
 }
 
-PackRewrite::PackRewrite(std::string path, Change change)
-    : path_(std::move(path)), change_(std::move(change)) {
-  Prepare(ReadSoundPack(path_));
+Patience LongPatience(std::ostream& err) {
+  const auto said = std::make_shared<std::set<std::string>>();
+  return {std::chrono::seconds(30), [&err, said](const std::string& words) {
+            if (said->insert(words).second) err << "bivouac-packs: " << OnOneLine(words) << std::endl;
+          }};
 }
 
-void PackRewrite::Prepare(std::vector<PackRecord> records) {
-  replacement_.reset();
-  const std::vector<PackRecord> after = change_(records);
-  before_ = std::move(records);
-  if (after == before_) return;
+PackRewrite::PackRewrite(std::string path, Patience patience, Change change)
+    : path_(std::move(path)), patience_(std::move(patience)), change_(std::move(change)) {
+  Read();
+}
+
+void PackRewrite::Read() {
+  if (!FileExists(path_)) throw InputError(path_ + ": no such file");
   OnPack([&] {
-    replacement_ = std::make_unique<Replacement>(path_);
-    replacement_->Append(BytesOf<PackRecord>(after));
-    replacement_->Sync();
+    const RecordFile<PackRecord> pack(path_, Access::Write);
+    stamp_ = pack.TakeStamp();
+    if (!stamp_.Certain) {
+      std::this_thread::sleep_for(kClockStep);
+      stamp_ = pack.TakeStamp();
+    }
+    Prepare(ContentOf(pack));
   });
+}
+
+void PackRewrite::Prepare(PackContent content) {
+  if (replacement_ && content == before_) return;
+  replacement_.reset();
+  const PackContent after{change_(content)};
+  before_ = std::move(content);
+  if (after == before_) return;
+  replacement_ = std::make_unique<Replacement>(path_);
+  replacement_->Append(BytesOf<PackRecord>(after.Records));
+  replacement_->Sync();
 }
 
 void PackRewrite::Commit() {
   for (int attempt = 1; replacement_; ++attempt) {
-    if (attempt > 1 && attempt < kAttempts) Prepare(ReadSoundPack(path_));
+    if (attempt > 1) Read();
     OnPack([&] {
-      RecordFile<PackRecord> pack(path_, Patience::Long);
+      RecordFile<PackRecord> pack(path_, Access::Write, patience_);
       const Turn turn(pack);
-      std::vector<PackRecord> present = RequireWhole(path_, {pack.ReadAll(), pack.SpareBytes()});
-      if (present != before_) {
-        if (attempt < kAttempts) return;
-        Prepare(std::move(present));
-      }
+      const bool isAsRead = stamp_.Certain && pack.TakeStamp() == stamp_;
+      if (!isAsRead && attempt < kAttempts) return;
+      if (!isAsRead) Prepare(ContentOf(pack));
       if (replacement_) replacement_->TakePlace();
       replacement_.reset();
     });
   }
 }
 
-PackAppender::PackAppender(std::string path, int size, Twins twins) : path_(std::move(path)), twins_(twins) {
+PackAppender::PackAppender(std::string path, int size, Twins twins, Patience patience)
+    : path_(std::move(path)), twins_(twins), patience_(std::move(patience)) {
   if (FileExists(path_)) RequireSize(path_, ReadSoundPack(path_), size);
 }
 
@@ -117,16 +152,6 @@ void PackAppender::LookAtNewRecords() {
     if (size >= kMinSize && size <= kMaxSize) views_.insert(ViewedFromAnySide(record));
     ++seen_;
   }
-}
-
-/// Whoever waits for the turn finds out that the name is free again.
-void PackAppender::TakeBackEmptyFile() {
-  IgnoringFileErrors([&] {
-    const Turn turn(*file_);
-    std::error_code error;
-    const std::string behindLinks = std::filesystem::canonical(path_, error).string();
-    if (file_->Counts().Whole + file_->SpareBytes() == 0) DeleteWholeFile(behindLinks);
-  });
 }
 
 void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
@@ -165,7 +190,7 @@ void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
   try {
     if (!file_) {
       created_ = !FileExists(path_);
-      file_.emplace(path_, Patience::Long);
+      file_.emplace(path_, Access::Create, patience_);
     }
     while (!addInTurn()) {
     }
@@ -173,7 +198,7 @@ void PackAppender::Add(const std::vector<PackRecord>& puzzles) {
   } catch (const RunTimeError& error) {
     std::string words = error.what();
     if (added_ > 0) words += "; added before: " + std::to_string(added_);
-    if (file_ && created_ && added_ == 0) TakeBackEmptyFile();
+    if (file_ && created_ && added_ == 0) IgnoringFileErrors([&] { file_->RemoveIfEmpty(); });
     throw InputError(words);
   }
 }

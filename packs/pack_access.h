@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <iosfwd>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,13 +23,20 @@ std::string FileName(const std::string& path);
 /// The size that a pack's name such as "BVPack06.bvq" tells; 0 for any other name.
 int SizeInName(const std::string& name);
 
+/// Errors: InputError if a file to be written is one of those that are read.
+void RequireNoInput(const std::string& output, const std::vector<std::string>& inputs);
+
 /// What a file holds, whether it is a sound pack or not.
 struct PackContent {
   std::vector<PackRecord> Records;  ///< The whole records.
   long SpareBytes = 0;              ///< Behind the last whole record.
+  long Unfinished = 0;              ///< Records behind these whose writer never came to their end.
+  friend bool operator==(const PackContent&, const PackContent&) = default;
 };
 /// Errors: InputError if there is no such file or it cannot be read.
 PackContent ReadContent(const std::string& path);
+/// The records of a content that is sound. Errors: InputError, which names the pack.
+const std::vector<PackRecord>& SoundRecords(const std::string& path, const PackContent& content);
 
 /// The records of a pack. Errors: InputError as well if its length is not a whole number of records, or a
 /// record's size is not 6 to 18.
@@ -36,24 +44,30 @@ std::vector<PackRecord> ReadSoundPack(const std::string& path);
 /// Errors: InputError if a record of the pack has another size.
 void RequireSize(const std::string& path, const std::vector<PackRecord>& records, int size);
 
-/// A new content for a pack: prepared beside it, then put in its place.
+/// The patience of a program that nobody waits for: half a minute. What a person should know goes there, each
+/// sentence once.
+Patience LongPatience(std::ostream& err);
+
+/// Puts a new content in the place of a pack's, which is prepared beside it. What other programs change
+/// meanwhile is kept: the change is made anew then. Errors: InputError; the pack is as it was then.
 class PackRewrite {
  public:
-  /// What is to stand in a pack instead of these records. Called again if the pack changes meanwhile.
-  using Change = std::function<std::vector<PackRecord>(const std::vector<PackRecord>&)>;
+  /// What is to stand in a pack instead of this. Called again if the pack changes meanwhile.
+  using Change = std::function<std::vector<PackRecord>(const PackContent&)>;
 
-  /// Brings the new content to the disk, unless it is what stands there already. Errors: InputError.
-  PackRewrite(std::string path, Change change);
-  /// Puts it in place. What other programs have changed in between is kept: the change is made anew then.
-  /// Errors: InputError; the pack is as it was then.
+  /// Brings the new content to the disk, unless it is what stands there already.
+  PackRewrite(std::string path, Patience patience, Change change);
   void Commit();
 
  private:
-  void Prepare(std::vector<PackRecord> records);
+  void Read();
+  void Prepare(PackContent content);
 
   std::string path_;
+  Patience patience_;
   Change change_;
-  std::vector<PackRecord> before_;
+  PackContent before_;
+  SharedFile::Stamp stamp_{};  ///< Of the pack when it was `before_`.
   std::unique_ptr<Replacement> replacement_;
 };
 
@@ -64,7 +78,7 @@ class PackAppender {
 
   /// The pack is created with the first puzzle. Errors: InputError if there is one already that is not sound
   /// or has puzzles of another size.
-  PackAppender(std::string path, int size, Twins twins);
+  PackAppender(std::string path, int size, Twins twins, Patience patience = {});
 
   /// Adds puzzles and returns when they have reached the disk. With LeaveOut, those that are alike to one of
   /// the pack, turned and mirrored boards included, are left out. Errors: InputError, which says how many
@@ -75,10 +89,10 @@ class PackAppender {
 
  private:
   void LookAtNewRecords();
-  void TakeBackEmptyFile();
 
   std::string path_;
   Twins twins_;
+  Patience patience_;
   std::optional<RecordFile<PackRecord>> file_;
   std::unordered_set<std::string> views_;  ///< Of the puzzles in the pack.
   long seen_ = 0;                          ///< Records whose views are known, of the file opened last.

@@ -31,7 +31,6 @@ std::string DamageOf(const PackRecord& record) {
 }
 
 RecordFile<PackRecord> Open(const std::string& path) {
-  // Opening creates what is not there.
   if (!FileExists(path)) throw InputError(path + ": no such file");
   try {
     return RecordFile<PackRecord>(path);

@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "game/error.h"
 #include "generator/generator.h"
 #include "workbench/workbench.h"
 
@@ -100,7 +101,12 @@ void AssemblyLine::Close() {
 /// Ends and joins the threads, however the scope is left.
 struct Crew {
   Crew(AssemblyLine& line_, int jobs) : line(line_) {
-    for (int i = 0; i < jobs; ++i) threads.emplace_back([this] { line.Work(); });
+    // A system that gives no more threads leaves the work to fewer.
+    try {
+      for (int i = 0; i < jobs; ++i) threads.emplace_back([this] { line.Work(); });
+    } catch (const std::exception& error) {
+      if (threads.empty()) throw InputError(std::string("no thread can be started: ") + error.what());
+    }
   }
   Crew(const Crew&) = delete;
   Crew& operator=(const Crew&) = delete;

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "game/settings.h"
 #include "game/text.h"
 #include "storage/pack_files.h"
 #include "storage/platform_files.h"
@@ -31,24 +32,35 @@ using PackFile = RecordFile<PackRecord>;
 using PersonalFile = RecordFile<PersonalRecord>;
 
 /// Writes a record behind the last. What is left of a last record that was cut short is blanked first, so
-/// that no half of a time is ever found.
+/// that no half of a time is ever found. Requires: a turn.
 void AppendPersonal(PersonalFile& file, const PersonalRecord& record) {
-  const Turn turn(file);
   const RecordCounts counts = file.Counts();
   if (counts.Rounded > counts.Whole) file.Write(counts.Rounded, PersonalRecord{});
   file.Write(counts.Rounded + 1, record);
 }
 
-void SavePersonal(Global& global) {
-  IgnoringFileErrors([&] {
-    PersonalFile file(PersonalPath(global, global.CurrentPlayer));
-    if (global.PersonalPos != 0) {
-      file.Write(global.PersonalPos, global.PersonalRec);
-    } else {
-      AppendPersonal(file, global.PersonalRec);
+/// Writes a record at its place, where no other program has put a better time of the puzzle, or another
+/// puzzle, by now. Requires: a turn.
+void WritePersonal(PersonalFile& file, int place, const PersonalRecord& own) {
+  PersonalRecord present;
+  if (place != 0 && place <= file.Counts().Whole) file.Read(place, present);
+  const bool isFree = present == PersonalRecord{};
+  if (place == 0 || (!isFree && KeyOf(present) != KeyOf(own))) return AppendPersonal(file, own);
+  const int elapsed = own.PersonalMinutes * 60 + own.PersonalSeconds;
+  if (isFree || Beats(elapsed, present.PersonalMinutes, present.PersonalSeconds)) file.Write(place, own);
+}
+
+void SavePersonal(Main& main) {
+  const Global& global = main.global;
+  const bool kept = IgnoringFileErrors([&] {
+    PersonalFile file(PersonalPath(global, global.CurrentPlayer), Access::Create);
+    {
+      const Turn turn(file);
+      WritePersonal(file, global.PersonalPos, global.PersonalRec);
     }
     file.Sync();
   });
+  if (!kept && main.LostTimes == Loss::None) main.LostTimes = Loss::Untold;
 }
 
 /// Puts Elapsed into the fields of a record. Errors: Overflow for minutes beyond 16 bits.
@@ -64,13 +76,7 @@ void KeepPersonal(Main& main) {
   if (main.PuzzleNo > kLastPersonalPuzzle) return;
   own.PersonalLevelSize = LevelSizeOf(main.Level, main.BoardSize);
   own.PersonalPuzzle = static_cast<std::int16_t>(main.PuzzleNo);
-  SavePersonal(main.global);
-}
-
-/// A time of 0 is none. Damaged times below 0 are never beaten.
-bool Beats(int elapsed, int minutes, int seconds) {
-  const int old = minutes * 60 + seconds;
-  return old == 0 || (old >= 1 && elapsed < old);
+  SavePersonal(main);
 }
 
 void Congratulate(Main& main, const char* title, const char* text) {
@@ -107,7 +113,7 @@ std::vector<PackBest> ReadPackBests(Main& main) {
 void ClearPackTimes(Main& main) {
   const std::string path = PackPath(main.global, main.BoardSize);
   if (!FileExists(path)) return;
-  PackFile pack(path);
+  PackFile pack(path, Access::Write);
   PackRecord& puzzle = main.global.PuzzleRec;
   const long last = pack.Counts().Whole;
   for (long number = 1; number <= last; ++number) {
@@ -116,7 +122,7 @@ void ClearPackTimes(Main& main) {
     puzzle.BestMinutes = 0;
     puzzle.BestSeconds = 0;
     puzzle.BestPlayer = 0;
-    pack.Write(number, puzzle);
+    pack.WriteEnd(number, puzzle);
   }
   pack.Sync();
 }
@@ -125,7 +131,7 @@ void ClearPackTimes(Main& main) {
 void ClearPersonalTimes(Main& main, int player) {
   const std::string path = PersonalPath(main.global, player);
   if (CountRecords<PersonalRecord>(path).Whole < 1) return;
-  PersonalFile file(path);
+  PersonalFile file(path, Access::Write);
   const long last = file.Counts().Whole;
   PersonalRecord& own = main.global.PersonalRec;
   for (long number = 1; number <= last; ++number) {
@@ -177,7 +183,7 @@ void SyncPersonalBests(Main& main) {
   const std::vector<PackBest> bests = ReadPackBests(main);
   for (int player = 1; player <= global.PlayerCount; ++player) {
     IgnoringFileErrors([&] {
-      PersonalFile file(PersonalPath(global, player));
+      PersonalFile file(PersonalPath(global, player), Access::Create);
       const Turn turn(file);
       std::set<PersonalKey> known;
       const long last = file.Counts().Whole;
@@ -216,6 +222,9 @@ void RecordTimes(Main& main) {
     Congratulate(main, "New Best Time!!!", "New Best Time for this puzzle. Congratulations!");
     ShowBestTime(main);
   }
+  TellOfLoss(main, main.LostTimes, "Time not saved",
+             "Your own times cannot be written to\n" + PersonalPath(global, global.CurrentPlayer) +
+                 "\nThey are not kept while that is so.");
 }
 
 void cmdResetTime_Click(Main& main) {

@@ -146,8 +146,7 @@ std::optional<std::string> KeepGame(Main& main) {
   bool stands = false;
   const bool done = IgnoringFileErrors([&] {
     if (!FileExists(packPath)) return;
-    RecordFile<PackRecord> pack(packPath);
-    const Turn turn(pack);
+    const RecordFile<PackRecord> pack(packPath);
     PackRecord present;
     if (main.PuzzleNo <= pack.Counts().Whole) pack.Read(main.PuzzleNo, present);
     stands = IsSamePuzzle(present, main.global.PuzzleRec);

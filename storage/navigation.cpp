@@ -11,6 +11,7 @@
 #include "storage/pack_files.h"
 #include "storage/platform_files.h"
 #include "storage/record_file.h"
+#include "storage/saving.h"
 #include "storage/status_panels.h"
 
 namespace bivouac {
@@ -33,6 +34,7 @@ std::optional<int> AskNumber(Main& main, const InputBox& box, int lowest, int hi
 void ReadPuzzle(Main& main, int number) {
   RecordFile<PackRecord>(PackPath(main.global, main.BoardSize)).Read(number, main.global.PuzzleRec);
   main.PuzzleNo = number;
+  main.InPack = true;
 }
 
 /// The rating reads clues off the labels, which still hold those of the puzzle before. Where none was, the
@@ -46,19 +48,20 @@ void FillEmptyClues(Main& main) {
 }
 
 /// Rates a puzzle that never was, once and for all: the pack keeps it if it can be written, and if no other
-/// program has changed the record since it was read.
+/// program was faster.
 void RateAndKeep(Main& main) {
   PackRecord& puzzle = main.global.PuzzleRec;
-  const PackRecord unrated = puzzle;
   FillEmptyClues(main);
   RatePuzzle(main, main.Level);
   puzzle.LevelSize = LevelSizeOf(main.Level, main.BoardSize);
   IgnoringFileErrors([&] {
-    RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize));
+    RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize), Access::Write);
     const Turn turn(pack);
     PackRecord present;
     pack.Read(main.PuzzleNo, present);
-    if (present == unrated) pack.Write(main.PuzzleNo, puzzle);
+    if (!IsSamePuzzle(present, puzzle) || LevelOf(present.LevelSize) != 0) return;
+    present.LevelSize = puzzle.LevelSize;
+    pack.WriteEnd(main.PuzzleNo, present);
   });
 }
 

@@ -2,42 +2,49 @@
 
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <system_error>
 #include <unistd.h>
 #include <vector>
 
 namespace bivouac {
-namespace {
 
 namespace fs = std::filesystem;
 
-}  // namespace
-
-void ThrowFileError(ErrorNumber number, const std::string& words, const std::string& path) {
-  throw RunTimeError(number, words + ": " + path);
+int WriteAllAt(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        Repeating([&] { return pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+    if (written < 0) return errno;
+    if (written == 0) return ENOSPC;
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+    offset += static_cast<std::uintmax_t>(written);
+  }
+  return 0;
 }
 
-void ThrowFileError(int reason, const std::string& path) {
-  switch (reason) {
-    case ENOENT:
-    case ENOTDIR:
-      ThrowFileError(ErrorNumber::PathNotFound, "path not found", path);
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      ThrowFileError(ErrorNumber::DiskFull, "disk full", path);
-    case ENAMETOOLONG:
-      ThrowFileError(ErrorNumber::BadFileName, "bad file name", path);
-    case EIO:
-      ThrowFileError(ErrorNumber::DeviceInput, "error of the device", path);
-    case ENODEV:
-    case ENXIO:
-      ThrowFileError(ErrorNumber::DeviceUnavailable, "device unavailable", path);
-    case EISDIR:
-      ThrowFileError(ErrorNumber::FileAccess, "a folder stands in the place of the file", path);
-    default:
-      ThrowFileError(ErrorNumber::FileAccess, "no access to the file", path);
-  }
+LockAnswer TryToLock(int descriptor) {
+#ifdef F_OFD_SETLK
+  struct flock range {};
+  range.l_type = F_WRLCK;
+  range.l_whence = SEEK_SET;
+  if (Repeating([&] { return fcntl(descriptor, F_OFD_SETLK, &range); }) == 0) return LockAnswer::Done;
+  if (errno == EAGAIN || errno == EACCES) return LockAnswer::Busy;
+  // A folder has the lock of the whole file alone, as all files have on other platforms.
+  if (errno != EINVAL && errno != EBADF) return LockAnswer::NotHere;
+#endif
+  if (Repeating([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) == 0) return LockAnswer::Done;
+  return errno == EWOULDBLOCK ? LockAnswer::Busy : LockAnswer::NotHere;
+}
+
+void Unlock(int descriptor) {
+#ifdef F_OFD_SETLK
+  struct flock range {};
+  range.l_type = F_UNLCK;
+  range.l_whence = SEEK_SET;
+  if (fcntl(descriptor, F_OFD_SETLK, &range) == 0) return;
+#endif
+  flock(descriptor, LOCK_UN);
 }
 
 int SyncDescriptor(int descriptor) {
@@ -72,15 +79,13 @@ std::string BehindLinks(const std::string& path) {
 
 bool FileExists(const std::string& path) {
   std::error_code error;
-  static_cast<void>(fs::last_write_time(path, error));
-  return !error;
+  return fs::exists(path, error);
 }
 
 void DeleteWholeFile(const std::string& path) {
   std::error_code error;
   if (fs::is_directory(path, error)) ThrowFileError(EISDIR, path);
-  fs::remove(path, error);
-  if (error) ThrowFileError(error.value(), path);
+  if (unlink(path.c_str()) != 0 && errno != ENOENT) ThrowFileError(errno, path);
 }
 
 void CreateFolders(const std::string& path) {
@@ -91,6 +96,11 @@ void CreateFolders(const std::string& path) {
     if (folder == folder.parent_path()) break;
   }
   fs::create_directories(path, error);
+  // A stranger who can open a file can hold its lock for ever. A folder as earlier versions made it was meant
+  // for nobody else either; any other mode is somebody's will.
+  constexpr fs::perms kAsMadeBefore{0755};
+  if (!made.empty() || fs::status(path, error).permissions() == kAsMadeBefore)
+    fs::permissions(path, fs::perms::owner_all, error);
   for (const fs::path& folder : made) {
     IgnoringFileErrors([&] { SyncFolder(FolderOf(folder.string())); });
   }

@@ -2,18 +2,21 @@
 #pragma once
 
 #include <cerrno>
+#include <cstdint>
+#include <span>
 #include <string>
 
 #include "game/error.h"
 
 namespace bivouac {
 
-/// True if the path names something whose date can be asked for.
+/// True if the path leads to something, whatever it is.
 bool FileExists(const std::string& path);
 
 /// Errors: a file error if the path names a folder or cannot be removed.
 void DeleteWholeFile(const std::string& path);
-/// Creates a folder and its parents where missing. Errors are ignored: the first file in it tells.
+/// Creates a folder, for its user alone, and its parents where missing. Errors are ignored: the first file in
+/// it tells.
 void CreateFolders(const std::string& path);
 
 /// Runs a step and drops a file error that ends it. Returns whether there was none.
@@ -32,10 +35,6 @@ bool IgnoringFileErrors(Step step) {
 
 inline constexpr unsigned kNewFileMode = 0666;  ///< Less what the user's mask takes away.
 
-[[noreturn]] void ThrowFileError(ErrorNumber number, const std::string& words, const std::string& path);
-/// Throws the file error for what the platform gave as the reason, one of <cerrno>.
-[[noreturn]] void ThrowFileError(int reason, const std::string& path);
-
 /// Repeats a call of the platform that a signal broke off. Returns what it returned.
 template <class Call>
 auto Repeating(Call call) {
@@ -44,6 +43,14 @@ auto Repeating(Call call) {
     if (result >= 0 || errno != EINTR) return result;
   }
 }
+
+/// Writes all bytes at an offset. Returns 0, or the platform's number for what failed.
+int WriteAllAt(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t> bytes);
+
+enum class LockAnswer { Done, Busy, NotHere };
+/// The lock of the open file or folder, which dies with it.
+LockAnswer TryToLock(int descriptor);
+void Unlock(int descriptor);
 
 /// Returns 0 when what was written has reached the disk, or the platform's number for what failed. What
 /// cannot be synced at all counts as synced.

@@ -4,21 +4,10 @@
 
 #include "game/settings.h"
 #include "game/text.h"
+#include "storage/shared_file.h"
 
 namespace bivouac {
 namespace {
-
-/// Bytes of the character at the front of a text in UTF-8; 1 for a byte that is no part of one.
-/// Requires: the text is not empty.
-std::size_t CharacterBytes(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const std::size_t bytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 1;
-  if (bytes > text.size()) return 1;
-  for (std::size_t i = 1; i < bytes; ++i) {
-    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return 1;
-  }
-  return bytes;
-}
 
 /// The front of a text.
 struct Front {
@@ -91,6 +80,25 @@ void Tell(FormNamen& form, const std::string& title, const std::string& text) {
   form.main.desktop.Show(MessageBox{.Title = title, .Text = text, .Symbol = BoxSymbol::Information});
 }
 
+/// Takes in what other programs have changed in the list since it was read. Players are never removed: fewer
+/// than are known are a damaged setting, and so is a number that is none.
+void ReadPlayersAgain(FormNamen& form) {
+  Global& global = form.main.global;
+  Desktop& desktop = form.main.desktop;
+  const double count = LeadingNumber(desktop.GetSetting("Players", "Count", "0"));
+  if (!(count >= std::max(global.PlayerCount, 1) && count <= kMostPlayers)) return;
+  global.PlayerCount = static_cast<int>(count);
+  global.Players.RedimPreserve(global.PlayerCount);
+  form.NaamLijst.Items.resize(static_cast<std::size_t>(global.PlayerCount));
+  for (int player = 1; player <= global.PlayerCount; ++player) {
+    const std::string key = PlayerKey(player);
+    const std::string name = FixedName(desktop.GetSetting("Players", key, key));
+    if (name == global.Players[player].Name) continue;
+    global.Players[player].Name = name;
+    form.NaamLijst.Items[static_cast<std::size_t>(player) - 1] = name;
+  }
+}
+
 /// True if a player other than the selected one has that very name.
 bool IsNameTaken(const FormNamen& form, const std::string& name) {
   const Global& global = form.main.global;
@@ -115,24 +123,46 @@ void StoreName(FormNamen& form, const std::string& name) {
   global.Players[SelectedPlayer(form)].Name = FixedName(name);
 }
 
+enum class Taking { Stored, NameIsTaken, NoRoom };
+
+/// Stores the name in the list as it is by now.
+Taking StoreInTurn(FormNamen& form, const std::string& name) {
+  const FolderTurn turn(form.main.global.DataDir);
+  ReadPlayersAgain(form);
+  if (IsNameTaken(form, name)) return Taking::NameIsTaken;
+  if (!HasSelection(form) && form.main.global.PlayerCount >= kMostPlayers) return Taking::NoRoom;
+  StoreName(form, name);
+  SavePlayers(form.main);
+  return Taking::Stored;
+}
+
+void TellThereIsNoRoom(Main& main) {
+  main.desktop.Show(MessageBox{.Title = "No room for another player",
+                               .Text = "There are 99 players, and there is no number left for one more.\n"
+                                       "You can edit the name of a player who does not play any more.",
+                               .Symbol = BoxSymbol::Information});
+}
+
 void TakeName(FormNamen& form) {
   const std::string typed = form.NaamInvoerveld.Text;
   const std::string name = TrimRight(typed);
   if (typed.empty()) {
-    Tell(form, "Loss of memory ?",
-         "Did you suffer from memory loss ?\n"
-         "Come on, think very deeply, try to remember your own name.");
-  } else if (name.empty()) {
-    Tell(form, "My name is Nobody", "If you want to stay unknown,\nuse a nick name.");
-  } else if (IsNameTaken(form, name)) {
-    Tell(form, "Oh no, not another " + name + " !!!",
-         "Yeah yeah, I know there are more people having that name,\nbut " + name +
-             " is allready in use.\nA unique name is required,\nso, use your imagination.");
-  } else {
-    StoreName(form, name);
-    SavePlayers(form.main);
-    EndEditing(form);
-    TellOfLostSettings(form.main);
+    return Tell(form, "Loss of memory ?",
+                "Did you suffer from memory loss ?\n"
+                "Come on, think very deeply, try to remember your own name.");
+  }
+  if (name.empty()) return Tell(form, "My name is Nobody", "If you want to stay unknown,\nuse a nick name.");
+  switch (StoreInTurn(form, name)) {
+    case Taking::NameIsTaken:
+      return Tell(form, "Oh no, not another " + name + " !!!",
+                  "Yeah yeah, I know there are more people having that name,\nbut " + name +
+                      " is allready in use.\nA unique name is required,\nso, use your imagination.");
+    case Taking::NoRoom:
+      EndEditing(form);
+      return TellThereIsNoRoom(form.main);
+    case Taking::Stored:
+      EndEditing(form);
+      TellOfLostSettings(form.main);
   }
 }
 
@@ -224,14 +254,7 @@ void KnopAnnuleren_Click(FormNamen& form) {
 }
 
 void KnopNieuweSpeler_Click(FormNamen& form) {
-  if (form.main.global.PlayerCount >= kMostPlayers) {
-    form.main.desktop.Show(MessageBox{.Title = "No room for another player",
-                                      .Text =
-                                          "There are 99 players, and there is no number left for one more.\n"
-                                          "You can edit the name of a player who does not play any more.",
-                                      .Symbol = BoxSymbol::Information});
-    return;
-  }
+  if (form.main.global.PlayerCount >= kMostPlayers) return TellThereIsNoRoom(form.main);
   Select(form, -1);
   BeginEditing(form, "");
 }

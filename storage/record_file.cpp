@@ -9,7 +9,7 @@
 namespace bivouac {
 namespace {
 
-constexpr std::size_t kBlockRecords = 64;  // Read in one go while writers wait.
+constexpr std::size_t kBlockRecords = 64;  // Read in one go.
 
 /// Calls visit(field) for every integer of a record, in the order of the file.
 template <class Record, class Visit>
@@ -69,44 +69,75 @@ std::uintmax_t RecordFile<Record>::OffsetOf(long number) const {
   return static_cast<std::uintmax_t>(number - 1) * kBytes;
 }
 
+/// How much of a file is finished: what a pack's last record lacks is its size. More of such records than
+/// programs can leave are somebody's own, and stay.
 template <class Record>
-void RecordFile<Record>::Read(long number, Record& record) {
+std::uintmax_t RecordFile<Record>::FinishedLength() const {
+  std::uintmax_t length = Length();
+  if constexpr (requires(Record record) { record.LevelSize; }) {
+    constexpr int kMostUnfinished = 4096;
+    constexpr std::array<std::uint8_t, 2> kNoSize{};
+    for (int i = 0; i < kMostUnfinished && length >= kBytes && length % kBytes == 0; ++i) {
+      std::array<std::uint8_t, 2> size{};
+      if (ReadAt(length - kEndBytes, size) == size.size() && size != kNoSize) break;
+      length -= kBytes;
+    }
+  }
+  return length;
+}
+
+template <class Record>
+void RecordFile<Record>::Read(long number, Record& record) const {
   std::array<std::uint8_t, kBytes> bytes;
-  ReadAt(OffsetOf(number), bytes);
+  if (ReadAt(OffsetOf(number), bytes) < bytes.size())
+    ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", Path());
   Decode(bytes, record);
 }
 
 template <class Record>
-std::vector<Record> RecordFile<Record>::ReadAll(long first) {
+std::vector<Record> RecordFile<Record>::ReadAll(long first) const {
   std::vector<Record> records(static_cast<std::size_t>(std::max(0L, Counts().Whole - first + 1)));
   std::vector<std::uint8_t> block(kBlockRecords * kBytes);
   for (std::size_t start = 0; start < records.size(); start += kBlockRecords) {
     const std::size_t count = std::min(kBlockRecords, records.size() - start);
     const std::span bytes = std::span(block).first(count * kBytes);
-    ReadAt(OffsetOf(first) + start * kBytes, bytes);
+    if (ReadAt(OffsetOf(first) + start * kBytes, bytes) < bytes.size())
+      ThrowFileError(ErrorNumber::PastEndOfFile, "the file became shorter", Path());
     for (std::size_t i = 0; i < count; ++i) Decode(bytes.subspan(i * kBytes, kBytes), records[start + i]);
   }
   return records;
 }
 
 template <class Record>
-void RecordFile<Record>::Write(long number, const Record& record) {
-  WriteAll(number, std::span(&record, 1));
-}
-
-template <class Record>
 void RecordFile<Record>::WriteAll(long first, std::span<const Record> records) {
-  if (!records.empty()) WriteAt(OffsetOf(first), BytesOf(records), kBytes);
+  if (records.empty()) return;
+  const Turn turn(*this);
+  CutTo(FinishedLength());
+  WriteAt(OffsetOf(first), BytesOf(records), kBytes);
 }
 
 template <class Record>
-RecordCounts RecordFile<Record>::Counts() {
-  return CountsOf<Record>(Length());
+void RecordFile<Record>::WriteEnd(long number, const Record& record) {
+  const std::vector<std::uint8_t> bytes = BytesOf(std::span(&record, 1));
+  WriteAt(OffsetOf(number) + kBytes - kEndBytes, std::span(bytes).last(kEndBytes), kEndBytes);
+}
+
+template <class Record>
+void RecordFile<Record>::RemoveIfEmpty() {
+  const Turn turn(*this);
+  if (FinishedLength() == 0) DeleteWholeFile(BehindLinks(Path()));
+}
+
+template <class Record>
+RecordCounts RecordFile<Record>::Counts() const {
+  return CountsOf<Record>(FinishedLength());
 }
 
 template <class Record>
 RecordCounts CountRecords(const std::string& path) {
-  return CountsOf<Record>(LengthOfFile(path));
+  RecordCounts counts;
+  IgnoringFileErrors([&] { counts = RecordFile<Record>(path).Counts(); });
+  return counts;
 }
 
 template class RecordFile<PackRecord>;

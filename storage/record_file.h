@@ -29,7 +29,8 @@ namespace bivouac {
 
 static_assert(sizeof(PackRecord) == 1376 && sizeof(PersonalRecord) == 8, "16-bit fields without gaps");
 
-/// How many records a file holds, as those count who ask.
+/// How many records a file holds, as those count who ask. Puzzles at the end of a pack that were never
+/// finished are none.
 struct RecordCounts {
   long Rounded = 0;  ///< Its length in records, rounded to the nearest integer, a half to the even one.
   long Whole = 0;    ///< Records that are wholly in it.
@@ -43,33 +44,37 @@ class RecordFile : public SharedFile {
  public:
   static constexpr int kBytes = sizeof(Record);
 
-  /// Opens the file for reading and writing, or for reading alone where writing is not allowed. Creates it,
-  /// empty, if it does not exist.
-  explicit RecordFile(std::string path, Patience patience = Patience::Short)
-      : SharedFile(std::move(path), patience) {}
+  explicit RecordFile(std::string path, Access access = Access::Read, Patience patience = {})
+      : SharedFile(std::move(path), access, std::move(patience)) {}
 
   /// Errors: PastEndOfFile if the record is not wholly in the file, BadRecordNumber below 1.
-  void Read(long number, Record& record);
+  void Read(long number, Record& record) const;
   /// All whole records from that one on.
-  std::vector<Record> ReadAll(long first = 1);
+  std::vector<Record> ReadAll(long first = 1) const;
   /// Writes a record whole, in a turn of its own unless one is held; one past the end extends the file. A
   /// write that fails leaves every other record, and the length of the file, as they were.
-  void Write(long number, const Record& record);
-  /// The same for records that follow one another, in one stroke: all of them or none.
+  void Write(long number, const Record& record) { WriteAll(number, std::span(&record, 1)); }
+  /// The same for records that follow one another. A program that dies leaves the first of them, each whole.
   void WriteAll(long first, std::span<const Record> records);
-  RecordCounts Counts();
+  /// Writes what may change in a record that stands there, its last 8 bytes: of a puzzle its level and best
+  /// time. Nobody ever sees a part of it.
+  void WriteEnd(long number, const Record& record);
+  /// Removes a file that holds nothing. Whoever waits for a turn finds out that the name is free.
+  void RemoveIfEmpty();
+  RecordCounts Counts() const;
   /// Bytes behind the last whole record.
-  int SpareBytes() { return static_cast<int>(Length() % kBytes); }
+  int SpareBytes() const { return static_cast<int>(Length() % kBytes); }
 
  private:
   std::uintmax_t OffsetOf(long number) const;
+  std::uintmax_t FinishedLength() const;
 };
 
 /// The bytes of records as they stand in a file.
 template <class Record>
 std::vector<std::uint8_t> BytesOf(std::span<const Record> records);
 
-/// The counts of a file by its length alone; of none if it does not exist or is a folder.
+/// The counts of a file; of none if it cannot be read.
 template <class Record>
 RecordCounts CountRecords(const std::string& path);
 

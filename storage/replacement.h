@@ -1,37 +1,51 @@
-// A rewrite is a new file renamed over the old one.
+// A file that appears when it is whole, or not at all: a new one, or one in the place of another.
 #pragma once
 
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace bivouac {
 
-/// A new file that takes the place of an old one when it is whole. It lies beside the old one under a hidden
-/// name, and is removed unless it took its place.
+/// A new file without a name, until it takes its place; a program that dies leaves nothing of it. Where the
+/// file system has no such files it lies beside its place under a hidden name, and is removed by the
+/// destructor or, once its program has died, by RemoveLeftOvers.
 class Replacement {
  public:
-  /// Requires: `path` is a file or a link to one, or nothing is there yet. A link is followed; mode and owner
-  /// are those of the old file.
+  /// A link is followed; mode and owner are those of the file that is there. Errors: a file error if nothing
+  /// can be written beside it.
   explicit Replacement(const std::string& path);
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
   ~Replacement();
 
-  void Append(std::span<const std::uint8_t> bytes);
-  /// Returns when the content has reached the disk.
+  /// Returns whether all could be written so far. The reason is kept until Sync.
+  bool Append(std::span<const std::uint8_t> bytes);
+  /// Returns when the content has reached the disk. Errors: a file error if it cannot.
   void Sync();
-  /// Takes the place of the old file, and returns when that has reached the disk.
-  /// Requires: synced; the caller holds a turn of the old file.
+  /// Takes the place of what is there, and returns when that has reached the disk. Requires: synced; of a
+  /// file that several programs use, the caller holds a turn.
   void TakePlace();
-  /// Becomes the file unless there is one by now, which then stays. Returns when that has reached the disk.
-  void TakeFreePlace();
+  /// The same unless something is there by now, which then stays. Returns whether the place was free.
+  bool TakeFreePlace();
 
  private:
+  void OpenHidden();
+  void RemoveHidden();
+  int LinkTo(const std::string& name);
+  void Flush();
+
   std::string target_;
-  std::string hidden_;
+  std::string hidden_;  // Empty while the file has no name.
   int descriptor_ = -1;
+  std::uintmax_t length_ = 0;  // Written so far.
+  std::vector<std::uint8_t> buffer_;
+  int reason_ = 0;  // Why a write failed.
 };
+
+/// Removes what programs that died have left in a folder under hidden names.
+void RemoveLeftOvers(const std::string& folder);
 
 /// Copies a whole file, and makes the copy writable for its owner. A copy that fails leaves nothing behind;
 /// if another program was faster, its file stays. Errors: FileNotFound if `from` does not exist, or another

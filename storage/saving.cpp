@@ -13,12 +13,12 @@ namespace {
 enum class Outcome { Written, Refused, Failed };
 
 /// Lets `write` write to the pack in one turn, or refuse by returning false. What it wrote has reached the
-/// disk then; a file error is told in a box. A pack that does not exist is created first.
+/// disk then; a file error is told in a box.
 template <class Write>
-Outcome WriteInTurn(Main& main, Write write) {
+Outcome WriteInTurn(Main& main, Access access, Write write) {
   bool written = false;
   const bool done = IgnoringFileErrors([&] {
-    RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize));
+    RecordFile<PackRecord> pack(PackPath(main.global, main.BoardSize), access);
     {
       const Turn turn(pack);
       written = write(pack);
@@ -30,6 +30,20 @@ Outcome WriteInTurn(Main& main, Write write) {
   return Outcome::Failed;
 }
 
+/// Another program may have kept a better time, or moved the puzzles. Requires: a turn.
+void KeepBestTime(RecordFile<PackRecord>& pack, long number, const PackRecord& puzzle) {
+  PackRecord present;
+  pack.Read(number, present);
+  if (!IsSamePuzzle(present, puzzle))
+    ThrowFileError(ErrorNumber::FileAccess, "another puzzle has this number",
+                   PackName(SizeOf(puzzle.LevelSize)));
+  if (!Beats(puzzle.BestMinutes * 60 + puzzle.BestSeconds, present.BestMinutes, present.BestSeconds)) return;
+  present.BestMinutes = puzzle.BestMinutes;
+  present.BestSeconds = puzzle.BestSeconds;
+  present.BestPlayer = puzzle.BestPlayer;
+  pack.WriteEnd(number, present);
+}
+
 void Refuse(Main& main, const char* text) {
   main.desktop.Show(MessageBox{.Title = "Puzzle Save Error", .Text = text, .Symbol = BoxSymbol::Error});
 }
@@ -38,13 +52,14 @@ void Refuse(Main& main, const char* text) {
 
 void Save_New(Main& main) {
   int& count = main.PuzzleCount[main.BoardSize - kMinSize];
+  main.InPack = false;
   const auto isBehindAll = [&](const RecordCounts& counts) {
     main.PuzzleNo = static_cast<int>(counts.Next);
     return count < main.PuzzleNo;
   };
   auto outcome = Outcome::Refused;
   if (isBehindAll(CountRecords<PackRecord>(PackPath(main.global, main.BoardSize)))) {
-    outcome = WriteInTurn(main, [&](RecordFile<PackRecord>& pack) {
+    outcome = WriteInTurn(main, Access::Create, [&](RecordFile<PackRecord>& pack) {
       if (!isBehindAll(pack.Counts())) return false;
       pack.Write(main.PuzzleNo, main.global.PuzzleRec);
       return true;
@@ -52,6 +67,7 @@ void Save_New(Main& main) {
   }
   if (outcome == Outcome::Failed) return;
   if (outcome == Outcome::Written) {
+    main.InPack = true;
     count = main.PuzzleNo;
     ShowLevel(main);
     ShowPuzzleNumber(main);
@@ -68,11 +84,16 @@ void Save_New(Main& main) {
 }
 
 void Save_Puzzle(Main& main) {
+  const PackRecord& puzzle = main.global.PuzzleRec;
   auto outcome = Outcome::Refused;
   if (PackCount(main.global, main.BoardSize) >= main.PuzzleNo) {
-    outcome = WriteInTurn(main, [&](RecordFile<PackRecord>& pack) {
+    outcome = WriteInTurn(main, Access::Write, [&](RecordFile<PackRecord>& pack) {
       if (pack.Counts().Rounded < main.PuzzleNo) return false;
-      pack.Write(main.PuzzleNo, main.global.PuzzleRec);
+      if (main.InPack) {
+        KeepBestTime(pack, main.PuzzleNo, puzzle);
+      } else {
+        pack.Write(main.PuzzleNo, puzzle);
+      }
       return true;
     });
   }
@@ -86,6 +107,11 @@ bool IsSamePuzzle(const PackRecord& a, const PackRecord& b) {
   const auto alike = [](int cellA, int cellB) { return (cellA == CELL_TREE) == (cellB == CELL_TREE); };
   return a.RowCounts == b.RowCounts && a.ColCounts == b.ColCounts &&
          std::equal(a.Layout.begin(), a.Layout.end(), b.Layout.begin(), alike);
+}
+
+bool Beats(int elapsed, int minutes, int seconds) {
+  const int old = minutes * 60 + seconds;
+  return old == 0 || (old >= 1 && elapsed < old);
 }
 
 }  // namespace bivouac

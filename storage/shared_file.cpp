@@ -1,15 +1,9 @@
 #include "storage/shared_file.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <chrono>
 #include <fcntl.h>
-#include <filesystem>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -18,126 +12,53 @@
 namespace bivouac {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace std::chrono_literals;
+using std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kShortPatience = 100ms;
-constexpr std::chrono::milliseconds kLongPatience = 30s;
-constexpr auto kBetweenTries = std::chrono::microseconds(200);
-
-enum class Lock { None, Shared, Exclusive };
-enum class Answer { Done, Busy, NotHere };
-
-/// The lock of the open file, which dies with it. Where a platform has no such lock, that of the whole file.
-Answer TryToLock(int descriptor, Lock lock) {
-#ifdef F_OFD_SETLK
-  struct flock range {};
-  range.l_type = static_cast<short>(lock == Lock::None ? F_UNLCK : lock == Lock::Shared ? F_RDLCK : F_WRLCK);
-  range.l_whence = SEEK_SET;
-  if (Repeating([&] { return fcntl(descriptor, F_OFD_SETLK, &range); }) == 0) return Answer::Done;
-  if (errno == EAGAIN || errno == EACCES) return Answer::Busy;
-  if (errno != EINVAL) return Answer::NotHere;
-#endif
-  const int operation = lock == Lock::None ? LOCK_UN : lock == Lock::Shared ? LOCK_SH : LOCK_EX;
-  if (Repeating([&] { return flock(descriptor, operation | LOCK_NB); }) == 0) return Answer::Done;
-  return errno == EWOULDBLOCK ? Answer::Busy : Answer::NotHere;
-}
-
-std::chrono::milliseconds LengthOf(Patience patience) {
-  return patience == Patience::Short ? kShortPatience : kLongPatience;
-}
+constexpr auto kBetweenTries = 200us;
+constexpr auto kLongWait = 2s;
 
 /// Waits for other programs' turns; Busy if one did not end. What was waited in vain since the lock was last
 /// free counts.
-Answer WaitForLock(int descriptor, Lock lock, Patience patience, std::chrono::milliseconds& waited) {
-  const std::chrono::milliseconds most = LengthOf(patience);
-  const auto end = std::chrono::steady_clock::now() + most - waited;
+LockAnswer WaitForLock(int descriptor, const std::string& path, const Patience& patience,
+                       std::chrono::milliseconds& waited) {
+  const auto start = steady_clock::now();
+  bool told = !patience.Tell;
   for (;;) {
-    const Answer answer = TryToLock(descriptor, lock);
-    if (answer == Answer::Busy && std::chrono::steady_clock::now() < end) {
+    const LockAnswer answer = TryToLock(descriptor);
+    const auto gone = steady_clock::now() - start;
+    if (answer == LockAnswer::Busy && gone < patience.Most - waited) {
+      if (!told && gone >= kLongWait) patience.Tell(path + ": waiting for another program, which holds it");
+      told = told || gone >= kLongWait;
       std::this_thread::sleep_for(kBetweenTries);
       continue;
     }
-    waited = answer == Answer::Busy ? std::max(waited, most) : 0ms;
+    waited = answer == LockAnswer::Busy ? std::max(waited, patience.Most) : 0ms;
+    if (answer == LockAnswer::NotHere && patience.Tell)
+      patience.Tell(path +
+                    ": there are no locks on this file system, let nothing else use the file meanwhile");
     return answer;
   }
 }
 
-/// Writes all bytes at an offset. Returns 0, or the platform's number for what failed.
-int WriteAll(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t> bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written =
-        Repeating([&] { return pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
-    if (written < 0) return errno;
-    if (written == 0) return ENOSPC;
-    bytes = bytes.subspan(static_cast<std::size_t>(written));
-    offset += static_cast<std::uintmax_t>(written);
-  }
-  return 0;
-}
-
-/// A mark beside a file, only there while records are added. A program can be killed when a part of a record
-/// is written: the kernel breaks its write off between two pages, a full disk or a limit at any byte. The
-/// next turn finds the mark then, and cuts what is no record. In a folder that takes no new files the mark is
-/// an attribute of the file.
-struct EndMark {
-  using Name = std::array<char, 8>;
-  Name Kind = {'B', 'i', 'v', 'o', 'u', 'a', 'c', '\n'};
-  std::uint64_t Before;       ///< The length of the file.
-  std::uint64_t After;        ///< What it is to become.
-  std::uint64_t RecordBytes;  ///< What it grows by.
-};
-
-std::string PathOfMark(const std::string& path) {
-  const fs::path target = BehindLinks(path);
-  return (target.parent_path() / (".bivouac-end-" + target.filename().string())).string();
-}
-
-constexpr const char* kMarkAttribute = "user.bivouac-end";
-
-/// Returns whether the mark stands. Where no mark can be made it is done without; where only the room is
-/// missing, there is none for a record either. Errors: DiskFull.
-bool MarkEnd(const std::string& path, int file, const EndMark& end) {
-  const std::string mark = PathOfMark(path);
-  const int descriptor =
-      Repeating([&] { return open(mark.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode); });
-  if (descriptor < 0) return fsetxattr(file, kMarkAttribute, &end, sizeof end, 0) == 0;
-  const ssize_t written = Repeating([&] { return write(descriptor, &end, sizeof end); });
-  close(descriptor);
-  if (written == sizeof end) return true;
-  unlink(mark.c_str());
-  ThrowFileError(ENOSPC, path);
-}
-
-bool IsMarked(const std::string& path) {
-  return FileExists(PathOfMark(path)) || getxattr(path.c_str(), kMarkAttribute, nullptr, 0) >= 0;
-}
-
-void RemoveMark(const std::string& path, int file) {
-  if (fremovexattr(file, kMarkAttribute) != 0) unlink(PathOfMark(path).c_str());
-}
-
-/// Reads a mark, in whichever form it stands. Returns how many of its bytes there are, or -1 without one.
-ssize_t ReadMark(const std::string& path, int file, EndMark& end) {
-  const ssize_t length = fgetxattr(file, kMarkAttribute, &end, sizeof end);
-  if (length >= 0) return length;
-  const int descriptor = Repeating(
-      [&] { return open(PathOfMark(path).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
-  if (descriptor < 0) return -1;
-  const ssize_t count = read(descriptor, &end, sizeof end);
-  close(descriptor);
-  return count;
+/// Makes a file longer by zeros, with room on the disk for what comes there. Returns 0, or the platform's
+/// number for what failed.
+int Claim(int descriptor, std::uintmax_t before, std::uintmax_t after) {
+#ifdef FALLOC_FL_KEEP_SIZE
+  const auto allocate = [&] {
+    return fallocate(descriptor, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(before),
+                     static_cast<off_t>(after - before));
+  };
+  if (Repeating(allocate) != 0 && (errno == ENOSPC || errno == EDQUOT || errno == EFBIG)) return errno;
+#endif
+  return Repeating([&] { return ftruncate(descriptor, static_cast<off_t>(after)); }) == 0 ? 0 : errno;
 }
 
 }  // namespace
 
-SharedFile::SharedFile(std::string path, Patience patience) : path_(std::move(path)), patience_(patience) {
+SharedFile::SharedFile(std::string path, Access access, Patience patience)
+    : path_(std::move(path)), access_(access), patience_(std::move(patience)) {
   Open();
-  if (!IsMarked(path_)) return;
-  // A mark whose program is at work is no leftover, and nothing to wait for.
-  waited_ = LengthOf(patience_);
-  IgnoringFileErrors([this] { const Turn cuts(*this); });
-  waited_ = 0ms;
 }
 
 SharedFile::~SharedFile() {
@@ -146,21 +67,21 @@ SharedFile::~SharedFile() {
 
 void SharedFile::Open() {
   ++openings_;
-  const auto attempt = [&](int flags) {
-    return Repeating([&] { return open(path_.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kNewFileMode); });
-  };
-  descriptor_ = attempt(O_RDWR | O_CREAT);
-  writable_ = descriptor_ >= 0;
-  if (!writable_) {
+  const int flags = access_ == Access::Read ? O_RDONLY : access_ == Access::Write ? O_RDWR : O_RDWR | O_CREAT;
+  // A pipe of that name would hold the program.
+  descriptor_ = Repeating([&] { return open(path_.c_str(), flags | O_CLOEXEC | O_NONBLOCK, kNewFileMode); });
+  if (descriptor_ < 0) {
     const int reason = errno;
-    descriptor_ = attempt(O_RDONLY);
-    // Of a file that is not there, what kept it from being created tells more.
-    if (descriptor_ < 0) ThrowFileError(errno == ENOENT ? reason : errno, path_);
+    const bool forbidden = reason == EACCES || reason == EPERM || reason == EROFS;
+    if (forbidden && access_ != Access::Read && FileExists(path_))
+      ThrowFileError(ErrorNumber::PermissionDenied, "the file is read-only", path_);
+    ThrowFileError(reason, path_);
   }
   struct stat status {};
   if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) return;
   Close();
-  ThrowFileError(S_ISDIR(status.st_mode) ? EISDIR : EACCES, path_);
+  if (S_ISDIR(status.st_mode)) ThrowFileError(EISDIR, path_);
+  ThrowFileError(ErrorNumber::FileAccess, "not a regular file", path_);
 }
 
 void SharedFile::Close() {
@@ -168,73 +89,51 @@ void SharedFile::Close() {
   descriptor_ = -1;
 }
 
-/// A reader who waited in vain reads all the same: at worst it sees half of a write.
-bool SharedFile::LockToRead() {
-  return turns_ == 0 && WaitForLock(descriptor_, Lock::Shared, Patience::Short, waited_) == Answer::Done;
-}
-
-std::uintmax_t SharedFile::Length() {
-  const bool locked = LockToRead();
+SharedFile::Stamp SharedFile::TakeStamp() const {
   struct stat status {};
-  const int reason = fstat(descriptor_, &status) == 0 ? 0 : errno;
-  if (locked) TryToLock(descriptor_, Lock::None);
-  if (reason != 0) ThrowFileError(reason, path_);
-  return static_cast<std::uintmax_t>(status.st_size);
+  if (fstat(descriptor_, &status) != 0) ThrowFileError(errno, path_);
+  const auto changed =
+      std::chrono::seconds(status.st_mtim.tv_sec) + std::chrono::nanoseconds(status.st_mtim.tv_nsec);
+  // The clock of files goes in steps, of some milliseconds or, on old file systems, of two seconds.
+  const auto step = status.st_mtim.tv_nsec == 0 ? 3s : 20ms;
+  const auto age = std::chrono::system_clock::now().time_since_epoch() - changed;
+  return {status.st_dev, status.st_ino, static_cast<std::uintmax_t>(status.st_size), changed, age > step};
 }
 
-void SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) {
-  const bool locked = LockToRead();
-  int reason = 0;
-  while (!bytes.empty() && reason == 0) {
-    const ssize_t count =
-        Repeating([&] { return pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+std::size_t SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) const {
+  std::size_t read = 0;
+  while (read < bytes.size()) {
+    const ssize_t count = Repeating([&] {
+      return pread(descriptor_, bytes.data() + read, bytes.size() - read, static_cast<off_t>(offset + read));
+    });
+    if (count < 0) ThrowFileError(errno, path_);
     if (count == 0) break;
-    if (count < 0) {
-      reason = errno;
-    } else {
-      bytes = bytes.subspan(static_cast<std::size_t>(count));
-      offset += static_cast<std::uintmax_t>(count);
-    }
+    read += static_cast<std::size_t>(count);
   }
-  if (locked) TryToLock(descriptor_, Lock::None);
-  if (reason != 0) ThrowFileError(reason, path_);
-  if (!bytes.empty()) ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", path_);
+  return read;
 }
 
-void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, int recordBytes) {
-  if (!writable_) ThrowFileError(ErrorNumber::PermissionDenied, "the file is read-only", path_);
+void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes,
+                         std::size_t recordBytes) {
   const Turn turn(*this);
   const std::uintmax_t before = Length();
-  if (before == 0) maybeNew_ = true;
   const std::uintmax_t after = offset + bytes.size();
-  const bool marked =
-      after > before &&
-      MarkEnd(path_, descriptor_,
-              {.Before = before, .After = after, .RecordBytes = static_cast<std::uint64_t>(recordBytes)});
-  const int reason = WriteAll(descriptor_, offset, bytes);
-  bool whole = reason == 0 || Length() <= before;
-  if (!whole) whole = ftruncate(descriptor_, static_cast<off_t>(before)) == 0;
-  // What could not be cut, the next turn may.
-  if (marked && whole) RemoveMark(path_, descriptor_);
-  if (reason != 0) ThrowFileError(reason, path_);
+  if (before == 0) maybeNew_ = true;
+  int reason = after > before ? Claim(descriptor_, before, after) : 0;
+  const auto writeOfEach = [&](std::size_t from, std::size_t count) {
+    for (std::size_t record = 0; record < bytes.size() && reason == 0; record += recordBytes)
+      reason = WriteAllAt(descriptor_, offset + record + from, bytes.subspan(record + from, count));
+  };
+  writeOfEach(0, recordBytes - kEndBytes);
+  writeOfEach(recordBytes - kEndBytes, kEndBytes);
+  if (reason == 0) return;
+  CutTo(before);
+  ThrowFileError(reason, path_);
 }
 
-void SharedFile::CutWhatAKilledProgramLeft() {
-  EndMark end{};
-  const EndMark::Name kind = end.Kind;
-  const ssize_t count = ReadMark(path_, descriptor_, end);
-  if (count < 0) return;
-  // The writer of a mark can be killed, too.
-  const auto known = std::min<ssize_t>(count, kind.size());
-  if (!std::equal(kind.begin(), kind.begin() + known, end.Kind.begin())) return;
-  const std::uintmax_t length = Length();
-  // A file that has grown by more since, or was replaced, is left alone.
-  if (count == sizeof end && end.RecordBytes > 0 && length > end.Before && length < end.After) {
-    const std::uintmax_t wholeRecords =
-        std::max<std::uintmax_t>(end.Before, length - length % end.RecordBytes);
-    if (length > wholeRecords && ftruncate(descriptor_, static_cast<off_t>(wholeRecords)) != 0) return;
-  }
-  RemoveMark(path_, descriptor_);
+void SharedFile::CutTo(std::uintmax_t length) {
+  // What could not be cut, the next turn may.
+  if (Length() > length) static_cast<void>(ftruncate(descriptor_, static_cast<off_t>(length)) == 0);
 }
 
 void SharedFile::Sync() {
@@ -243,40 +142,40 @@ void SharedFile::Sync() {
   maybeNew_ = false;
 }
 
-Turn::Turn(SharedFile& file) : file_(file) {
-  bool locked = false;
-  // Of a file that cannot be written nothing changes.
-  while (file_.turns_ == 0 && file_.writable_) {
-    const Answer answer = WaitForLock(file_.descriptor_, Lock::Exclusive, file_.patience_, file_.waited_);
-    if (answer == Answer::Busy) {
-      ThrowFileError(ErrorNumber::PermissionDenied, "another program holds the file", file_.path_);
-    }
+void SharedFile::WaitForTurn() {
+  if (access_ == Access::Read)
+    ThrowFileError(ErrorNumber::PermissionDenied, "opened for reading alone", path_);
+  for (;;) {
+    if (WaitForLock(descriptor_, path_, patience_, waited_) == LockAnswer::Busy)
+      ThrowFileError(ErrorNumber::PermissionDenied, "another program holds the file", path_);
     // Whoever held the lock may have put another file in the place of this one.
     struct stat opened {};
     struct stat named {};
-    if (fstat(file_.descriptor_, &opened) == 0 && stat(file_.path_.c_str(), &named) == 0 &&
-        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino) {
-      locked = answer == Answer::Done;
-      break;
-    }
-    file_.Close();
-    file_.Open();
+    if (fstat(descriptor_, &opened) == 0 && stat(path_.c_str(), &named) == 0 &&
+        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino)
+      return;
+    Close();
+    Open();
   }
+}
+
+Turn::Turn(SharedFile& file) : file_(file) {
+  if (file_.turns_ == 0) file_.WaitForTurn();
   ++file_.turns_;
-  if (locked) file_.CutWhatAKilledProgramLeft();
 }
 
 Turn::~Turn() {
-  if (--file_.turns_ == 0 && file_.writable_) TryToLock(file_.descriptor_, Lock::None);
+  if (--file_.turns_ == 0) Unlock(file_.descriptor_);
 }
 
-std::uintmax_t LengthOfFile(const std::string& path) {
-  if (FileExists(path) && IsMarked(path)) {
-    IgnoringFileErrors([&] { const SharedFile cuts(path, Patience::Short); });
-  }
-  std::error_code error;
-  const std::uintmax_t length = fs::file_size(path, error);
-  return error ? 0 : length;
+FolderTurn::FolderTurn(const std::string& folder)
+    : descriptor_(Repeating([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })) {
+  std::chrono::milliseconds waited{0};
+  if (descriptor_ >= 0) WaitForLock(descriptor_, folder, {}, waited);
+}
+
+FolderTurn::~FolderTurn() {
+  if (descriptor_ >= 0) close(descriptor_);
 }
 
 }  // namespace bivouac

@@ -1,26 +1,36 @@
-// A file that several programs use. Whoever changes it holds the platform's lock on it for that one turn, and
-// counts within the turn; whoever reads waits for such a turn at most. The kernel frees the lock of a program
-// that dies. Where a file system has no locks, nobody waits.
+// A file of records that several programs use. Whoever changes it holds the platform's lock on it for that
+// one turn, and counts within the turn. The kernel frees the lock of a program that dies.
+//
+// Readers need no lock, and a program that dies in its turn leaves nothing to mend: a record that stands
+// changes in its last 8 bytes only, which no page or sector cuts, and a new one gets these last, when its
+// place and all the rest of it are there. A new pack record whose end is still 0 was never finished; it is
+// counted by nobody, and cut off by the next that is added.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
 namespace bivouac {
 
+/// What a file is opened for. Reading changes and creates nothing.
+enum class Access { Read, Write, Create };
+
 /// How long to wait for another program's turn, in all: a program that was halted in its turn costs this
 /// once.
-enum class Patience {
-  Short,  ///< A tenth of a second: a window waits with it.
-  Long,   ///< Half a minute.
+struct Patience {
+  std::chrono::milliseconds Most{100};                 ///< A window waits with it.
+  std::function<void(const std::string& words)> Tell;  ///< Called, if set, when a person should know: of a
+                                                       ///< long wait, of a file system without locks.
 };
 
 /// An open file, for RecordFile and Turn. All failures are RunTimeErrors that are file errors.
 class SharedFile {
  public:
-  SharedFile(std::string path, Patience patience);
+  /// Errors: PermissionDenied for a file that may not be written.
+  SharedFile(std::string path, Access access, Patience patience);
   SharedFile(const SharedFile&) = delete;
   SharedFile& operator=(const SharedFile&) = delete;
   ~SharedFile();
@@ -30,24 +40,37 @@ class SharedFile {
   /// How often a file was opened: once, and again whenever a turn found another in its place.
   int Openings() const { return openings_; }
 
+  /// Which file it is and when it was changed last.
+  struct Stamp {
+    std::uintmax_t Device, File, Length;
+    std::chrono::nanoseconds Changed;
+    bool Certain;  ///< Any later change gives another stamp.
+    friend bool operator==(const Stamp&, const Stamp&) = default;
+  };
+  Stamp TakeStamp() const;
+
  protected:
-  void ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes);
-  /// Bytes of whole records: what is cut off a write that a killed program left.
-  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, int recordBytes);
-  std::uintmax_t Length();
+  static constexpr int kEndBytes = 8;  ///< Of a record, written last.
+
+  /// Reads up to the end of the file. Returns how many bytes.
+  std::size_t ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) const;
+  /// Writes records of that length; what stands there changes in place.
+  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, std::size_t recordBytes);
+  /// Cuts off what lies behind. Requires: a turn.
+  void CutTo(std::uintmax_t length);
+  std::uintmax_t Length() const { return TakeStamp().Length; }
   const std::string& Path() const { return path_; }
 
  private:
   friend class Turn;
   void Open();
   void Close();
-  bool LockToRead();
-  void CutWhatAKilledProgramLeft();
+  void WaitForTurn();
 
   std::string path_;
+  Access access_;
   Patience patience_;
   int descriptor_ = -1;
-  bool writable_ = false;
   bool maybeNew_ = false;                ///< Its name may not have reached the disk.
   std::chrono::milliseconds waited_{0};  ///< In vain for a turn that has not ended yet.
   int turns_ = 0;
@@ -56,7 +79,8 @@ class SharedFile {
 
 /// A turn of writing: from its beginning to its end no other program changes the file, so that what was
 /// counted holds. If the file was replaced meanwhile, the new one is opened. Turns may stand one inside
-/// another. Errors: PermissionDenied if another program's turn does not end.
+/// another. Where a file system has no locks, nobody waits. Errors: PermissionDenied if another program's
+/// turn does not end.
 class Turn {
  public:
   explicit Turn(SharedFile& file);
@@ -68,8 +92,17 @@ class Turn {
   SharedFile& file_;
 };
 
-/// The length of a file once no half of a record is left of a killed program; 0 if it does not exist or is a
-/// folder.
-std::uintmax_t LengthOfFile(const std::string& path);
+/// A turn at what belongs together beside the files of a folder, such as the list of players. Never fails:
+/// after a tenth of a second it is done without.
+class FolderTurn {
+ public:
+  explicit FolderTurn(const std::string& folder);
+  FolderTurn(const FolderTurn&) = delete;
+  FolderTurn& operator=(const FolderTurn&) = delete;
+  ~FolderTurn();
+
+ private:
+  int descriptor_;
+};
 
 }  // namespace bivouac

@@ -6,6 +6,7 @@
 #include "storage/best_times.h"
 #include "storage/pack_files.h"
 #include "storage/platform_files.h"
+#include "storage/record_file.h"
 #include "storage/replacement.h"
 #include "storage/status_panels.h"
 
@@ -25,6 +26,7 @@ void FindFolders(Main& main) {
   global.DataDir = global.LocalDataDir + "Bvc";
   // It exists on every start but the first. Where it truly cannot be made, the first pack tells.
   CreateFolders(global.DataDir);
+  RemoveLeftOvers(global.DataDir);
   global.DataDir = WithBackslash(global.DataDir);
 }
 
@@ -84,7 +86,11 @@ void LoseSound(Main& main) {
 void CopyMissingPacks(Main& main) {
   for (int size = kMinSize; size <= kMaxSize; ++size) {
     const std::string pack = PackPath(main.global, size);
-    if (!FileExists(pack)) CopyWholeFile(main.global.AppDir + PackName(size), pack);
+    const std::string installed = main.global.AppDir + PackName(size);
+    // Whoever was about to put its first puzzle there has died.
+    if (CountRecords<PackRecord>(pack).Rounded == 0 && FileExists(installed))
+      IgnoringFileErrors([&] { RecordFile<PackRecord>(pack, Access::Write).RemoveIfEmpty(); });
+    if (!FileExists(pack)) CopyWholeFile(installed, pack);
   }
 }
 

@@ -19,8 +19,8 @@ void Form_Load(Main& main, FormNamen& form);
 void ReadSettings(Main& main);
 /// The sound engine that was there turns out to have no device: all is as if the start had found none.
 void LoseSound(Main& main);
-/// Copies the packs beside the program to DataDir where one is missing. Errors: FileNotFound for a pack that
-/// is in neither folder, or another file error.
+/// Copies the packs beside the program to DataDir where one is missing, or empty. Errors: FileNotFound for a
+/// pack that is in neither folder, or another file error.
 void CopyMissingPacks(Main& main);
 
 /// Asks, then ends the program. Throws ProgramEnd on Yes.

@@ -1,6 +1,7 @@
 #include <atomic>
 #include <cairo.h>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <librsvg/rsvg.h>
@@ -203,7 +204,7 @@ TEST_F(Drawing, WhatEndsEarlyLeavesNoFile) {
   }
   stop = false;
   const FileSizeLimit limit(20000);
-  EXPECT_THROW(PrintBook(Book("book.pdf"), stop, terminal), InputError);
+  EXPECT_THROW(PrintBook(Book("book.pdf"), stop, terminal), RunTimeError);
   EXPECT_TRUE(FilesIn(folder_ / "").empty());
 }
 

@@ -33,6 +33,8 @@
 namespace bivouac {
 namespace {
 
+using namespace std::string_view_literals;
+
 // What changes files, and who locks them: the calls of the platform as this program's own, which go straight
 // to the kernel and are noted while a play goes on.
 
@@ -43,9 +45,11 @@ std::map<int, short> locks;  // By descriptor.
 void Note(const char* what, std::string path) {
   noting = false;
   path = std::filesystem::path(path).filename().string();
-  if (path.starts_with(".bivouac-") && !path.starts_with(".bivouac-end")) path = ".bivouac-#";
+  // With or without a hidden name, as the file system has it.
+  if (path.starts_with(".bivouac-") || path.ends_with(" (deleted)")) path = "a new file";
   if (path.starts_with("bivouac-test-")) path = "~";
-  called += std::string(called.empty() ? "" : ", ") + what + ' ' + path;
+  const bool isHiddenName = path == "a new file" && (what == "name"sv || what == "unlink"sv);
+  if (!isHiddenName) called += std::string(called.empty() ? "" : ", ") + what + ' ' + path;
   noting = true;
 }
 
@@ -81,11 +85,6 @@ ssize_t pwrite(int descriptor, const void* bytes, std::size_t count, off_t offse
   return syscall(SYS_pwrite64, descriptor, bytes, count, offset);
 }
 
-int fsync(int descriptor) {
-  bivouac::Note("sync", descriptor);
-  return static_cast<int>(syscall(SYS_fsync, descriptor));
-}
-
 int fdatasync(int descriptor) {
   bivouac::Note("sync", descriptor);
   return static_cast<int>(syscall(SYS_fdatasync, descriptor));
@@ -96,9 +95,9 @@ int close(int descriptor) {
   return static_cast<int>(syscall(SYS_close, descriptor));
 }
 
-int link(const char* from, const char* to) noexcept {
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
   if (bivouac::noting) bivouac::Note("name", std::string(to));
-  return static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
+  return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
 }
 
 int rename(const char* from, const char* to) noexcept {

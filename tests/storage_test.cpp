@@ -1,7 +1,8 @@
-#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
+#include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 #include "storage/best_times.h"
@@ -38,7 +39,7 @@ PackRecord ReadPack(const std::string& path, long number) {
 }
 
 void WritePack(const std::string& path, long number, const PackRecord& record) {
-  RecordFile<PackRecord>(path).Write(number, record);
+  RecordFile<PackRecord>(path, Access::Create).Write(number, record);
 }
 
 /// A pack's bytes with other best-time fields in one record.
@@ -112,38 +113,93 @@ TEST(RecordFile, APackCutAnywhereHoldsItsWholeRecords) {
   }
 }
 
-TEST(RecordFile, TheNextTurnCutsWhatAKilledWriterLeft) {
+TEST(RecordFile, WhatWasNeverFinishedIsNoPuzzleAndIsCutOff) {
   const TempFolder folder;
   const std::string path = folder / "pack";
-  for (const long number : {1, 2}) WritePack(path, number, {});
-  const auto writeUntilKilled = [&] {
-    const rlimit limit{3500, 3500};  // In the third record.
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, SIG_DFL);
-    WritePack(path, 3, {});
-  };
-  EXPECT_EXIT(writeUntilKilled(), testing::KilledBySignal(SIGXFSZ), "");
-  EXPECT_EQ(fs::file_size(path), 3500U);
-  WritePack(path, 1, {});
-  EXPECT_EQ(fs::file_size(path), 2 * kPackBytes);
-  EXPECT_EQ(FilesIn(folder / "").size(), 1U);
+  PackRecord finished;
+  finished.LevelSize = 38;
+  for (const long number : {1, 3}) WritePack(path, number, finished);
+  fs::resize_file(path, 5 * kPackBytes);
+  const auto counts = [&] { return CountRecords<PackRecord>(path); };
+  EXPECT_TRUE(counts().Whole == 3 && counts().Rounded == 3 && counts().Next == 4);
+  EXPECT_EQ(RecordFile<PackRecord>(path).ReadAll().size(), 3U);
+  WritePack(path, 4, finished);
+  EXPECT_EQ(fs::file_size(path), 4 * kPackBytes);
+  WriteBytes(path, std::string(2 * kPackBytes, '\0'));
+  RecordFile<PackRecord>(path, Access::Write).RemoveIfEmpty();
+  EXPECT_FALSE(FileExists(path));
 }
 
 TEST(RecordFile, SaysWhyItCannotBeOpened) {
-  using PersonalFile = RecordFile<PersonalRecord>;
   const TempFolder folder;
-  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / "new"); }), 0);
-  EXPECT_EQ(BytesOf(folder / "new"), "");
-  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / "missing/new"); }), 76);
+  const auto errorOf = [&](const std::string& name, Access access) {
+    return ErrorOf([&] { RecordFile<PersonalRecord>(folder / name, access); });
+  };
   fs::create_directory(folder / "sub");
-  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / "sub"); }), 75);
-  EXPECT_EQ(ErrorOf([&] { PersonalFile(folder / std::string(300, 'n')); }), 52);
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  for (const Access access : {Access::Read, Access::Write, Access::Create}) {
+    EXPECT_EQ(errorOf("new", access), access == Access::Create ? 0 : 76);
+    EXPECT_EQ(errorOf("missing/new", access), 76);
+    EXPECT_EQ(errorOf("sub", access), 75);
+    EXPECT_EQ(errorOf("pipe", access), 75);
+    EXPECT_EQ(errorOf(std::string(300, 'n'), access), 52);
+  }
+  EXPECT_EQ(BytesOf(folder / "new"), "");
   EXPECT_EQ(ErrorOf([&] { DeleteWholeFile(folder / "sub"); }), 75);
   EXPECT_TRUE(FileExists(folder / "sub"));
   EXPECT_EQ(CountRecords<PackRecord>(folder / "sub").Rounded, 0);
   EXPECT_FALSE(FileExists(folder / "missing"));
   PackRecord record;
   EXPECT_EQ(ErrorOf([&] { WritePack(folder / "new", 0, record); }), 63);
+}
+
+TEST_F(StorageTest, ABestTimeGoesIntoTheSamePuzzleAloneAndOnlyWhereItIsBetter) {
+  // What other programs make of the pack while the first puzzle is solved in 1:40.
+  const std::string better = WithBestTime(installedPack, 1, 0, 30, 1);
+  const std::string worse = WithBestTime(installedPack, 1, 2, 30, 1);
+  const std::string moved = installedPack.substr(kPackBytes) + installedPack.substr(0, kPackBytes);
+  const std::tuple<const char*, std::string, std::string, bool> cases[] = {
+      {"a better time", better, better, true},
+      {"a worse time", worse, WithBestTime(installedPack, 1, 1, 40, 2), true},
+      {"another puzzle", moved, moved, false},
+  };
+  for (const auto& [name, meanwhile, after, written] : cases) {
+    WriteBytes(pack, installedPack);
+    OpenPuzzle(*run, 1);
+    WriteBytes(pack, meanwhile);
+    desktop.Boxes.clear();
+    run->main.Elapsed = 100;
+    RecordTimes(run->main);
+    EXPECT_TRUE(BytesOf(pack) == after) << name;
+    EXPECT_EQ(desktop.Boxes.front().Title, written ? "New Best Time!!!" : "File Error") << name;
+  }
+}
+
+TEST_F(StorageTest, WhatAnotherGameHasAddedToTheListOfPlayersStays) {
+  FormNamen& form = run->form;
+  const auto takeName = [&](const char* name) {
+    KnopNieuweSpeler_Click(form);
+    form.NaamInvoerveld.Text = name;
+    NaamInvoerveld_KeyPress(form, Key::Enter);
+  };
+  auto& settings = desktop.Settings;
+  installation.AddPlayers({"Anna", "Ben", "Cas"});
+  takeName("Dee");
+  EXPECT_EQ((settings[{"Players", "Count"}]), "4");
+  EXPECT_EQ((settings[{"Players", "Player01"}]), FixedName("Anna"));
+  EXPECT_EQ((settings[{"Players", "Player03"}]), FixedName("Cas"));
+  EXPECT_EQ((settings[{"Players", "Player04"}]), FixedName("Dee"));
+  EXPECT_EQ(form.NaamLijst.Items.size(), 4U);
+  EXPECT_EQ(NameOf(run->global, 3), "Cas");
+  settings[{"Players", "Count"}] = "5";
+  settings[{"Players", "Player05"}] = FixedName("Eve");
+  takeName("Eve");
+  EXPECT_EQ(desktop.Boxes.back().Title, "Oh no, not another Eve !!!");
+  settings[{"Players", "Count"}] = "99";
+  form.NaamInvoerveld.Text = "Fay";
+  NaamInvoerveld_KeyPress(form, Key::Enter);
+  EXPECT_EQ(desktop.Boxes.back().Title, "No room for another player");
+  EXPECT_TRUE(form.KnopAnnuleren.Enabled);
 }
 
 TEST_F(StorageTest, ACutPersonalFileLosesThatRecordAlone) {
@@ -170,6 +226,7 @@ TEST_F(StorageTest, ResettingAPackThatCannotBeWrittenIsNobodysError) {
   for (const auto& entry : fs::directory_iterator(installation.folder / "local/Bvc")) {
     fs::permissions(entry.path(), fs::perms(0444));
   }
+  fs::permissions(installation.folder / "local/Bvc", fs::perms(0755));
   const auto files = AllFiles();
   const OrdinaryUser ordinary;
   if (geteuid() == 0) GTEST_SKIP() << "root writes whatever the permissions say";

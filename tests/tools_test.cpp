@@ -51,8 +51,9 @@ TEST(PackRewrite, TakesInWhatOthersChangeMeanwhile) {
   const TempFolder folder;
   const std::string path = folder / "pack";
   WriteBytes(path, ShippedPack(6).substr(0, std::size_t{3} * RecordFile<PackRecord>::kBytes));
-  RecordFile<PackRecord> other(path);
-  PackRewrite rewrite(path, [](std::vector<PackRecord> records) {
+  RecordFile<PackRecord> other(path, Access::Write);
+  PackRewrite rewrite(path, {}, [](const PackContent& content) {
+    std::vector<PackRecord> records = content.Records;
     for (PackRecord& record : records) record.BestMinutes = 7;
     return records;
   });

@@ -1,3 +1,4 @@
+#include <array>
 #include <charconv>
 #include <iomanip>
 #include <istream>
@@ -19,6 +20,8 @@
 
 namespace bivouac {
 namespace {
+
+constexpr std::size_t kLongestLine = 8192;  // Of standard input; a position of size 18 takes some 750.
 
 struct Hint {
   const char* Outcome = "FAULT";  // FIND, WRONG, NONE or FAULT.
@@ -132,15 +135,21 @@ ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
 ExitStatus GiveHintsForInput(Terminal& terminal) {
   Workbench bench;
   long number = 0;
-  for (std::string line; std::getline(terminal.In, line);) {
+  std::array<char, kLongestLine> line;
+  while (terminal.In.getline(line.data(), line.size())) {
+    const auto length = static_cast<std::size_t>(terminal.In.gcount()) - (terminal.In.eof() ? 0 : 1);
     ++number;
     WrongFields wrongFields = WrongFields::Skip;
     try {
-      wrongFields = LayPosition(bench.main, line);
+      wrongFields = LayPosition(bench.main, std::string(line.data(), length));
     } catch (const InputError& error) {
       throw InputError("standard input, line " + std::to_string(number) + ": " + error.what());
     }
     WriteHintRow(terminal.Out, AskForHint(bench, wrongFields));
+  }
+  if (!terminal.In.eof()) {
+    throw InputError("standard input, line " + std::to_string(number + 1) + ": " +
+                     (terminal.In.bad() ? "it cannot be read" : "it is too long"));
   }
   return ExitStatus::Done;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -68,8 +69,9 @@ ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal& terminal);
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
 /// Errors: InputError if the ending of the file's name is no picture's.
 void CheckPlot(const DrawingOptions& options);
-/// Draws them as a picture, by the ending of the file's name. Errors: InputError.
-void PlotStats(const DrawingOptions& options, const PackStats& stats);
+/// Draws them as a picture, by the ending of the file's name, which it gets once it is whole and `mayKeep`
+/// says so. Errors: InputError.
+void PlotStats(const DrawingOptions& options, const PackStats& stats, const std::function<bool()>& mayKeep);
 /// Writes a PDF. `stop` ends it without a file.
 ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, Terminal& terminal);
 /// Writes one board as a PDF, SVG or PNG, by the ending of the file's name.

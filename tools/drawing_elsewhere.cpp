@@ -13,7 +13,7 @@ void CheckPlot(const DrawingOptions&) {
   throw DrawingWanted();
 }
 
-void PlotStats(const DrawingOptions&, const PackStats&) {
+void PlotStats(const DrawingOptions&, const PackStats&, const std::function<bool()>&) {
   throw DrawingWanted();
 }
 

@@ -75,6 +75,7 @@ class Blocks {
 ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal&) {
   const std::string& output = options.Drawing.Output;
   if (FormatOfName(output) != PictureFormat::Pdf) throw InputError(output + ": the name must end in .pdf");
+  RequireNoInput(output, {options.Pack});
   Workbench bench;
   Main& main = bench.main;
   const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, {"--from", options.From});

@@ -238,6 +238,8 @@ int main(int argc, char** argv) {
     return bivouac::Run(argc, argv);
   } catch (const bivouac::DrawingWanted&) {
     return bivouac::DrawElsewhere(argv);
+  } catch (const std::bad_alloc&) {
+    return bivouac::BadInput("there is not enough memory");
   } catch (const std::exception& error) {
     return bivouac::BadInput(error.what());
   }

@@ -46,7 +46,8 @@ class MakingLine {
 
 ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
   using Twins = PackAppender::Twins;
-  PackAppender pack(options.Pack, options.Request.Size, options.Distinct ? Twins::LeaveOut : Twins::Keep);
+  PackAppender pack(options.Pack, options.Request.Size, options.Distinct ? Twins::LeaveOut : Twins::Keep,
+                    LongPatience(terminal.Err));
   std::vector<PackRecord> batch;
   const auto addBatch = [&] {
     pack.Add(batch);

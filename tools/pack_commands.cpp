@@ -4,6 +4,7 @@
 #include <iomanip>
 #include <numeric>
 #include <ostream>
+#include <utility>
 
 #include "game/clock.h"
 #include "game/text.h"
@@ -15,6 +16,7 @@
 #include "storage/best_times.h"
 #include "storage/platform_files.h"
 #include "storage/players.h"
+#include "storage/saving.h"
 #include "tools/commands.h"
 #include "workbench/position.h"
 #include "workbench/workbench.h"
@@ -81,8 +83,8 @@ Rating Rate(Main& main, const PackRecord& record) {
   return rating;
 }
 
-/// Ratings of the records of a pack. While a pack is rewritten, others may change it: what stands where it
-/// stood is not rated again.
+/// Ratings of the records of a pack. While they are used, others may change it: what stands where it stood is
+/// not rated again.
 class KnownRatings {
  public:
   struct Known {
@@ -92,30 +94,47 @@ class KnownRatings {
   };
 
   void Add(const PackRecord& record, const Rating& rating) {
-    known_.push_back({WithoutTimes(record), rating.Level, rating.Difficulty});
+    known_.push_back({record, rating.Level, rating.Difficulty});
   }
   const Known& Of(std::size_t place, const PackRecord& record) {
     if (place >= known_.size()) known_.resize(place + 1);
     Known& known = known_[place];
-    const PackRecord puzzle = WithoutTimes(record);
-    if (known.Puzzle != puzzle) {
+    const bool isKnown =
+        IsSamePuzzle(known.Puzzle, record) && SizeOf(known.Puzzle.LevelSize) == SizeOf(record.LevelSize);
+    if (!isKnown) {
       const Rating rating = Rate(bench_.main, record);
-      known = {puzzle, rating.Level, rating.Difficulty};
+      known = {record, rating.Level, rating.Difficulty};
     }
     return known;
   }
 
  private:
-  /// What a rating depends on.
-  static PackRecord WithoutTimes(PackRecord record) {
-    record.LevelSize = LevelSizeOf(0, SizeOf(record.LevelSize));
-    record.BestMinutes = record.BestSeconds = record.BestPlayer = 0;
-    return record;
-  }
-
   std::vector<Known> known_;
   Workbench bench_;
 };
+
+/// Stores levels in a pack, in place and each in a turn of its own, so that nobody waits.
+void StoreLevels(const std::string& path, KnownRatings& ratings, const Patience& patience) {
+  RecordFile<PackRecord> pack(path, Access::Write, patience);
+  PackRecord record;
+  const auto isStored = [&](long number) {
+    pack.Read(number, record);
+    const int level = ratings.Of(static_cast<std::size_t>(number) - 1, record).Level;
+    const auto levelSize = LevelSizeOf(level, SizeOf(record.LevelSize));
+    return std::exchange(record.LevelSize, levelSize) == levelSize;
+  };
+  // Another program may put a pack in another order in its place.
+  for (int openings = 0; openings != pack.Openings();) {
+    openings = pack.Openings();
+    for (long number = 1; number <= pack.Counts().Whole && openings == pack.Openings(); ++number) {
+      if (isStored(number)) continue;
+      const Turn turn(pack);
+      if (openings == pack.Openings() && !isStored(number)) pack.WriteEnd(number, record);
+    }
+    const Turn turn(pack);
+  }
+  pack.Sync();
+}
 
 std::string Digits(float number, int significant) {
   char text[40];
@@ -152,7 +171,7 @@ void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& 
     for (int player = 1; player <= kMostPlayers; ++player) {
       const std::string file = PersonalPath(folder, player);
       if (!FileExists(file)) continue;
-      for (const PersonalRecord& own : RecordFile<PersonalRecord>(file, Patience::Long).ReadAll()) {
+      for (const PersonalRecord& own : RecordFile<PersonalRecord>(file).ReadAll()) {
         const bool hasTime = own.PersonalMinutes != 0 || own.PersonalSeconds != 0;
         const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
         const bool moves = place < order.size() && order[place] != place;
@@ -185,35 +204,24 @@ ExitStatus ListPacks(const std::vector<std::string>& packs, Format format, Termi
 ExitStatus RatePacks(const RateOptions& options, Terminal& terminal) {
   const std::vector<std::vector<PackRecord>> packs = ReadSoundPacks(options.Packs);
   Workbench bench;
-  std::vector<PackRewrite> rewrites;
-  auto path = options.Packs.begin();
-  for (const std::vector<PackRecord>& pack : packs) {
-    const auto ratings = std::make_shared<KnownRatings>();
+  std::vector<KnownRatings> ratings(packs.size());
+  for (std::size_t i = 0; i < packs.size(); ++i) {
     long number = 0;
-    for (const PackRecord& record : pack) {
+    for (const PackRecord& record : packs[i]) {
       const Rating rating = Rate(bench.main, record);
-      WriteRating(options, *path, ++number, bench.main, rating, terminal);
-      if (options.Write) ratings->Add(record, rating);
+      WriteRating(options, options.Packs[i], ++number, bench.main, rating, terminal);
+      if (options.Write) ratings[i].Add(record, rating);
     }
-    if (options.Write) {
-      rewrites.emplace_back(*path, [ratings](std::vector<PackRecord> records) {
-        for (std::size_t place = 0; place < records.size(); ++place) {
-          PackRecord& record = records[place];
-          record.LevelSize = LevelSizeOf(ratings->Of(place, record).Level, SizeOf(record.LevelSize));
-        }
-        return records;
-      });
-    }
-    ++path;
   }
   terminal.Out.flush();
-  if (!terminal.Out) return ExitStatus::Done;  // Whoever runs the command says so; no pack changes.
-  // Every new pack is whole on the disk before the first takes its place.
+  // Where nobody could read them, whoever runs the command says so, and no pack changes.
+  if (!options.Write || !terminal.Out) return ExitStatus::Done;
+  const Patience patience = LongPatience(terminal.Err);
   std::string changed;
-  for (std::size_t i = 0; i < rewrites.size(); ++i) {
+  for (std::size_t i = 0; i < packs.size(); ++i) {
     try {
-      rewrites[i].Commit();
-    } catch (const InputError& error) {
+      StoreLevels(options.Packs[i], ratings[i], patience);
+    } catch (const RunTimeError& error) {
       throw InputError(error.what() + (changed.empty() ? "" : "; changed before:" + changed));
     }
     changed += " " + options.Packs[i];
@@ -259,9 +267,10 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
   return faults == 0 ? ExitStatus::Done : ExitStatus::FaultsFound;
 }
 
-ExitStatus SortPack(const std::string& pack, Terminal&) {
+ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
   KnownRatings ratings;
-  PackRewrite rewrite(pack, [&](const std::vector<PackRecord>& records) {
+  PackRewrite rewrite(pack, LongPatience(terminal.Err), [&](const PackContent& content) {
+    const std::vector<PackRecord>& records = SoundRecords(pack, content);
     std::vector<std::size_t> order(records.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     for (const std::size_t place : order) ratings.Of(place, records[place]);
@@ -291,7 +300,7 @@ ExitStatus MergePacks(const std::string& pack, const std::vector<std::string>& o
     RequireSize(other, records, size);
     puzzles.insert(puzzles.end(), records.begin(), records.end());
   }
-  PackAppender appender(pack, size, PackAppender::Twins::LeaveOut);
+  PackAppender appender(pack, size, PackAppender::Twins::LeaveOut, LongPatience(terminal.Err));
   for (std::size_t first = 0; first < puzzles.size(); first += kMergeBatch) {
     const auto begin = puzzles.begin() + static_cast<std::ptrdiff_t>(first);
     const std::size_t count = std::min(kMergeBatch, puzzles.size() - first);

@@ -2,7 +2,6 @@
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <ostream>
 
@@ -11,6 +10,7 @@
 #include "packs/pack_access.h"
 #include "packs/pack_reader.h"
 #include "packs/puzzle_facts.h"
+#include "storage/platform_files.h"
 #include "tools/command_line.h"
 #include "tools/drawing_commands.h"
 #include "tools/progress.h"
@@ -151,7 +151,7 @@ std::vector<NumberRange> ReadNumbers(const std::string& text) {
 /// The number of one puzzle: digits that name no file.
 bool IsNumber(const std::string& text) {
   return !text.empty() && text.size() < 10 && text.find_first_not_of("0123456789") == std::string::npos &&
-         !std::ifstream(text).good();
+         !FileExists(text);
 }
 
 }  // namespace
@@ -160,6 +160,8 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
   const std::string& output = options.Drawing.Output;
   if (FormatOf(output) != PictureFormat::Pdf)
     throw InputError(output + ": a book is a PDF; a picture is one puzzle, PACK NUMBER");
+  RequireNoInput(output, options.Packs);
+  if (options.Solutions == SolutionPlace::Separate) RequireNoInput(SolutionsName(output), options.Packs);
   const BookLayout layout{CheckedPaper(options.Paper), options.PerPage};
   Selection selection(options);
   const Survey survey = SurveyOf(selection);
@@ -197,6 +199,8 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
                  OverwriteOf(options.Drawing));
     BookWriter pages(apart, painter, layout);
     drawSolutions(pages, title);
+    // On a full disk neither is there.
+    if (!stop) canvas.Finish();
     if (!stop) apart.Close();
   }
   if (stop) return ExitStatus::Interrupted;
@@ -206,6 +210,7 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
 
 ExitStatus PrintPicture(const PictureOptions& options, Terminal&) {
   const PictureFormat format = FormatOf(options.Drawing.Output);
+  RequireNoInput(options.Drawing.Output, {options.Pack});
   const PackRecord record = PackReader(options.Pack).Read(options.Number);
   Workbench bench;
   const std::string name = "No. " + std::to_string(options.Number);

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "game/text.h"
+#include "packs/pack_access.h"
 #include "packs/pack_reader.h"
 #include "tools/command_line.h"
 #include "tools/drawing_commands.h"
@@ -128,9 +129,20 @@ void WriteTable(const PackStats& stats, std::ostream& out) {
   }
 }
 
+void WriteWords(const PackStats& stats, std::ostream& out) {
+  PackStats::Pack all{"all packs", {}};
+  for (const PackStats::Pack& pack : stats.Packs) {
+    WriteLevels(pack, out);
+    all.Puzzles.insert(all.Puzzles.end(), pack.Puzzles.begin(), pack.Puzzles.end());
+  }
+  if (stats.Packs.size() > 1) WriteLevels(all, out);
+  WriteRules(stats, out);
+}
+
 }  // namespace
 
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
+  RequireNoInput(options.Drawing.Output, options.Packs);
   if (!options.Drawing.Output.empty()) CheckPlot(options.Drawing);
   long total = 0;
   for (const std::string& path : options.Packs) total += PackReader(path).Count();
@@ -143,18 +155,12 @@ ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& st
     });
   }
   if (stop) return ExitStatus::Interrupted;
-  if (!options.Drawing.Output.empty()) PlotStats(options.Drawing, stats);
-  if (options.Output == Format::Table) {
-    WriteTable(stats, terminal.Out);
-    return ExitStatus::Done;
-  }
-  PackStats::Pack all{"all packs", {}};
-  for (const PackStats::Pack& pack : stats.Packs) {
-    WriteLevels(pack, terminal.Out);
-    all.Puzzles.insert(all.Puzzles.end(), pack.Puzzles.begin(), pack.Puzzles.end());
-  }
-  if (stats.Packs.size() > 1) WriteLevels(all, terminal.Out);
-  WriteRules(stats, terminal.Out);
+  const auto write = [&] {
+    options.Output == Format::Table ? WriteTable(stats, terminal.Out) : WriteWords(stats, terminal.Out);
+    return terminal.Out.flush().good();
+  };
+  // Where nobody could read the text, whoever runs the command says so, and there is no plot.
+  options.Drawing.Output.empty() ? static_cast<void>(write()) : PlotStats(options.Drawing, stats, write);
   return ExitStatus::Done;
 }
 

@@ -145,14 +145,15 @@ void CheckPlot(const DrawingOptions& options) {
   FormatOf(options);
 }
 
-void PlotStats(const DrawingOptions& options, const PackStats& stats) {
+void PlotStats(const DrawingOptions& options, const PackStats& stats, const std::function<bool()>& mayKeep) {
   Canvas canvas(options.Output, FormatOf(options), {1000, 780}, "Packs of Bivouac",
                 options.Force ? Overwrite::Yes : Overwrite::No);
   canvas.Fill({0, 0, 1000, 780}, kWhite);
   PlotPuzzles(canvas, {70, 70, 420, 290}, stats);
   PlotLevels(canvas, {70, 470, 420, 286}, stats);
   PlotRules(canvas, {570, 70, 400, 660}, stats);
-  canvas.Close();
+  canvas.Finish();
+  if (mayKeep()) canvas.Close();
 }
 
 }  // namespace bivouac
