@@ -42,7 +42,7 @@ QColor ColourOf(int background) {
 
 }  // namespace
 
-MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road) {
+MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road), printing_(main, road) {
   setObjectName(QStringLiteral("Main"));
   // The colours are the game's own, whatever the desktop's theme.
   QPalette own = palette();
@@ -180,7 +180,7 @@ void MainWindow::AddKeys() {
   AddKey(QStringLiteral("Ctrl+C"), [this] { Press([this] { Copy(); }); });
   AddKey(QStringLiteral("Ctrl+V"), [this] { Press([this] { Paste(); }); });
   if (printing_.IsOffered()) {
-    AddKey(QStringLiteral("Ctrl+P"), [this] { Press([this] { printing_.PrintPosition(main_); }); });
+    AddKey(QStringLiteral("Ctrl+P"), [this] { Press([this] { printing_.PrintPosition(); }); });
   }
 }
 

@@ -1,9 +1,13 @@
 // The position on the board on paper, by the pack maker that may lie beside the game.
 #pragma once
 
+#include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <memory>
 
+#include "events/event_road.h"
 #include "game/game_state.h"
 
 namespace bivouac {
@@ -11,17 +15,29 @@ namespace bivouac {
 /// Prints by way of a PDF, which the desktop's viewer shows.
 class Printing {
  public:
-  /// Looks for the pack maker in the program's folder.
-  Printing();
+  /// Looks for the pack maker in the program's folder, and takes away the pages of games that were killed.
+  Printing(Main& main, EventRoad& road);
+  Printing(const Printing&) = delete;
+  Printing& operator=(const Printing&) = delete;
+  ~Printing();
 
   bool IsOffered() const { return !packMaker_.isEmpty(); }
-  /// Makes the PDF of the puzzle on the board as it stands, and opens it. Nothing happens while there is no
-  /// puzzle or a pause hides it. Says in a box what went wrong. Requires: IsOffered.
-  void PrintPosition(Main& main);
+  /// Begins to make the PDF of the puzzle on the board as it stands. Once it is there it is opened; what went
+  /// wrong is said in a box. Nothing happens while there is no puzzle, a pause hides it, or a page is being
+  /// made. Requires: IsOffered.
+  void PrintPosition();
 
  private:
+  void Show();
+  void SayItFailed(const QString& why);
+
+  Main& main_;
+  EventRoad& road_;
   QString packMaker_;
-  QTemporaryDir folder_;  // Removed when the program ends.
+  std::unique_ptr<QTemporaryDir> folder_;  // Made with the first page, removed when the program ends.
+  QString page_;
+  QTimer patience_;
+  QProcess process_;
 };
 
 }  // namespace bivouac

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
 #include <QProcess>
 #include <QScreen>
 #include <QStandardPaths>
@@ -25,15 +27,36 @@ QString SettingName(std::string_view section, std::string_view key) {
   return QString::fromUtf8(section) + QLatin1Char('/') + QString::fromUtf8(key);
 }
 
+bool IsFileOrFree(const QString& path) {
+  const QFileInfo info(path);
+  return info.isFile() || !(info.exists() || info.isSymLink());
+}
+
 std::string PathText(const QString& path) {
   return QFile::encodeName(path).toStdString();
 }
 
+/// Waits for another program's turn at the settings, and takes away the lock of one that was killed in it.
+/// Returns false if the lock does not go.
+bool FreeLock(const QString& path) {
+  constexpr int kStale = 1000;  // Milliseconds; a turn takes a few.
+  constexpr int kPatience = 1500;
+  if (!QFileInfo::exists(path)) return true;
+  QLockFile lock(path);
+  lock.setStaleLockTime(kStale);
+  return IsFileOrFree(path) && lock.tryLock(kPatience);
+}
+
 }  // namespace
 
-QtDesktop::QtDesktop(SoundPlayer& sound)
-    : sound_(sound), settings_(QSettings::NativeFormat, QSettings::UserScope, "Bivouac", "Bivouac") {
-  settings_.setFallbacksEnabled(false);
+QtDesktop::QtDesktop(SoundPlayer& sound) : sound_(sound) {
+  // Their path, without a look at what stands there: a pipe would hold the program.
+  const QSettings beside(QSettings::NativeFormat, QSettings::UserScope, "Bivouac", "None");
+  settingsFile_ = QFileInfo(beside.fileName()).dir().filePath(QStringLiteral("Bivouac.conf"));
+  if (IsFileOrFree(settingsFile_)) {
+    settings_.emplace(QSettings::NativeFormat, QSettings::UserScope, "Bivouac", "Bivouac");
+    settings_->setFallbacksEnabled(false);
+  }
   soundRest_.setSingleShot(true);
   soundRest_.setInterval(kSoundRestAfter);
   QObject::connect(&soundRest_, &QTimer::timeout, [this] {
@@ -113,20 +136,34 @@ std::uint64_t QtDesktop::RandomSeed() {
 }
 
 std::string QtDesktop::GetSetting(std::string_view section, std::string_view key, std::string_view fallback) {
-  const QVariant value = settings_.value(SettingName(section, key));
+  const QString name = SettingName(section, key);
+  if (const auto unsaved = unsaved_.find(name); unsaved != unsaved_.end())
+    return unsaved->second.toStdString();
+  if (!SettingsAreReachable()) return std::string(fallback);
+  // Another game may have written since.
+  if (unsaved_.empty()) settings_->sync();
+  const QVariant value = settings_->value(name);
   if (!value.isValid()) return std::string(fallback);
   // A text with commas that was written by hand is read as a list.
   return value.toStringList().join(QLatin1String(", ")).toStdString();
 }
 
 bool QtDesktop::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
-  settings_.setValue(SettingName(section, key), QString::fromUtf8(value));
-  settings_.sync();
-  return settings_.status() != QSettings::AccessError;
+  unsaved_[SettingName(section, key)] = QString::fromUtf8(value);
+  if (!SettingsAreReachable() || !FreeLock(settingsFile_ + QStringLiteral(".lock"))) return false;
+  for (const auto& [name, text] : unsaved_) settings_->setValue(name, text);
+  settings_->sync();
+  if (settings_->status() == QSettings::AccessError) return false;
+  unsaved_.clear();
+  return true;
+}
+
+bool QtDesktop::SettingsAreReachable() {
+  return settings_ && IsFileOrFree(settingsFile_);
 }
 
 std::string QtDesktop::SettingsFile() {
-  return PathText(settings_.fileName());
+  return PathText(settingsFile_);
 }
 
 std::string QtDesktop::ProgramFolder() {

@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <chrono>
 #include <functional>
+#include <map>
+#include <optional>
 
 #include "events/event_road.h"
 #include "game/desktop.h"
@@ -50,13 +52,16 @@ class QtDesktop : public Desktop {
 
  private:
   void LetEventsRun();
+  bool SettingsAreReachable();
 
   SoundPlayer& sound_;
   EventRoad* road_ = nullptr;
   MainWindow* window_ = nullptr;
   Players players_;
   PlayerDialog* shownPlayers_ = nullptr;
-  QSettings settings_;
+  QString settingsFile_;
+  std::optional<QSettings> settings_;   ///< None where something else than a file stands there.
+  std::map<QString, QString> unsaved_;  ///< What could not be written holds until the program ends.
   QTimer soundRest_;
   std::chrono::steady_clock::time_point lastEvents_;
   std::uint64_t lastSeed_ = 0;

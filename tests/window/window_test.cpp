@@ -261,7 +261,9 @@ TEST(Window, OpensTheWebSiteAndAPrintedPosition) {
     browser.remove();
     ClickOn(program, "Picture1");
     print();
-    EXPECT_TRUE(run.Texts.back().startsWith("The page is made, but nothing opens it: "));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      return !run.Texts.empty() && run.Texts.back().startsWith("The page is made, but nothing opens it: ");
+    }));
   });
   qputenv("PATH", path);
 }
