@@ -191,7 +191,7 @@ class Play {
       } catch (const ProgramEnd&) {
         Tell("the program", "ends");
       } catch (const std::exception& error) {
-        Tell("fault of the script", error.what());
+        ADD_FAILURE() << line << ": " << error.what();
       }
       noting = false;
       for (const auto& [descriptor, lock] : std::exchange(locks, {})) {
@@ -227,7 +227,7 @@ class Play {
   }
 
   std::string AnswerTo(const InputBox& box) {
-    const std::string answer = Next("");
+    std::string answer = Next("");
     Tell("asked", Joined(box.Title, " | ", box.Prompt, " | ", box.Default, " -> ", answer));
     return answer;
   }

@@ -1,8 +1,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <optional>
 #include <sys/stat.h>
-#include <tuple>
 #include <unistd.h>
 
 #include "storage/best_times.h"
@@ -52,23 +50,6 @@ struct OrdinaryUser {
   static constexpr uid_t kNobody = 65534;
   OrdinaryUser() { static_cast<void>(geteuid() == 0 && seteuid(kNobody)); }
   ~OrdinaryUser() { static_cast<void>(getuid() == 0 && seteuid(0)); }
-};
-
-/// A program on boards of 6 lines, with two players, the second of whom is playing.
-struct StorageTest : testing::Test {
-  StorageTest() {
-    installation.AddPlayers({"Ann", "Ben"});
-    desktop.Settings[{"Options", "Size"}] = "6";
-    run.emplace(installation);
-  }
-  std::string Panel(int number) { return PanelOf(run->main, number).Text; }
-  auto AllFiles() { return FilesIn(installation.folder / "local/Bvc"); }
-
-  Installation installation;
-  ScriptedDesktop& desktop = installation.desktop;
-  const std::string pack = installation.InData("BVPack06.bvq");
-  const std::string installedPack = BytesOf(installation.InProgram("BVPack06.bvq"));
-  std::optional<ProgramRun> run;
 };
 
 TEST(RecordFile, ReadsAndWritesTheFieldsInTheirPlaces) {
@@ -153,90 +134,27 @@ TEST(RecordFile, SaysWhyItCannotBeOpened) {
   EXPECT_EQ(ErrorOf([&] { WritePack(folder / "new", 0, record); }), 63);
 }
 
-TEST_F(StorageTest, ABestTimeGoesIntoTheSamePuzzleAloneAndOnlyWhereItIsBetter) {
-  // What other programs make of the pack while the first puzzle is solved in 1:40.
-  const std::string better = WithBestTime(installedPack, 1, 0, 30, 1);
-  const std::string worse = WithBestTime(installedPack, 1, 2, 30, 1);
-  const std::string moved = installedPack.substr(kPackBytes) + installedPack.substr(0, kPackBytes);
-  const std::tuple<const char*, std::string, std::string, bool> cases[] = {
-      {"a better time", better, better, true},
-      {"a worse time", worse, WithBestTime(installedPack, 1, 1, 40, 2), true},
-      {"another puzzle", moved, moved, false},
-  };
-  for (const auto& [name, meanwhile, after, written] : cases) {
-    WriteBytes(pack, installedPack);
-    OpenPuzzle(*run, 1);
-    WriteBytes(pack, meanwhile);
-    desktop.Boxes.clear();
-    run->main.Elapsed = 100;
-    RecordTimes(run->main);
-    EXPECT_TRUE(BytesOf(pack) == after) << name;
-    EXPECT_EQ(desktop.Boxes.front().Title, written ? "New Best Time!!!" : "File Error") << name;
-  }
-}
-
-TEST_F(StorageTest, WhatAnotherGameHasAddedToTheListOfPlayersStays) {
-  FormNamen& form = run->form;
-  const auto takeName = [&](const char* name) {
-    KnopNieuweSpeler_Click(form);
-    form.NaamInvoerveld.Text = name;
-    NaamInvoerveld_KeyPress(form, Key::Enter);
-  };
-  auto& settings = desktop.Settings;
-  installation.AddPlayers({"Anna", "Ben", "Cas"});
-  takeName("Dee");
-  EXPECT_EQ((settings[{"Players", "Count"}]), "4");
-  EXPECT_EQ((settings[{"Players", "Player01"}]), FixedName("Anna"));
-  EXPECT_EQ((settings[{"Players", "Player03"}]), FixedName("Cas"));
-  EXPECT_EQ((settings[{"Players", "Player04"}]), FixedName("Dee"));
-  EXPECT_EQ(form.NaamLijst.Items.size(), 4U);
-  EXPECT_EQ(NameOf(run->global, 3), "Cas");
-  settings[{"Players", "Count"}] = "5";
-  settings[{"Players", "Player05"}] = FixedName("Eve");
-  takeName("Eve");
-  EXPECT_EQ(desktop.Boxes.back().Title, "Oh no, not another Eve !!!");
-  settings[{"Players", "Count"}] = "99";
-  form.NaamInvoerveld.Text = "Fay";
-  NaamInvoerveld_KeyPress(form, Key::Enter);
-  EXPECT_EQ(desktop.Boxes.back().Title, "No room for another player");
-  EXPECT_TRUE(form.KnopAnnuleren.Enabled);
-}
-
-TEST_F(StorageTest, ACutPersonalFileLosesThatRecordAlone) {
-  const std::string own = installation.InData("PLBest02.bvq");
-  const std::string whole = Integers({1, 38, 1, 5, 2, 38, 3, 25});
-  for (std::size_t length = 0; length < whole.size(); ++length) {
-    WriteBytes(pack, installedPack);
-    WriteBytes(own, whole.substr(0, length));
-    SolvePuzzle(*run, 3, 30);
-    const std::string kept = whole.substr(0, length / 8 * 8);
-    const std::string after = BytesOf(own);
-    ASSERT_EQ(after.substr(0, kept.size()), kept) << length;
-    ASSERT_EQ(after.substr(after.size() - 8), Integers({3, 38, 0, 30})) << length;
-    // From the fifth byte on the cut record counts, and keeps a place without a time; as does 1.5 records.
-    const bool counts = length % 8 > 4 || length == 12;
-    ASSERT_EQ(after.size(), kept.size() + (counts ? 16u : 8u)) << length;
-    OpenPuzzle(*run, length < 8 ? 1 : 2);
-    ASSERT_EQ(Panel(6), "Your Time: --:--") << length;
-  }
-}
-
-TEST_F(StorageTest, ResettingAPackThatCannotBeWrittenIsNobodysError) {
-  SolvePuzzle(*run, 1, 65);
-  for (const auto& entry : fs::directory_iterator(installation.folder / "local/Bvc")) {
+TEST(StorageTest, ResettingAPackThatCannotBeWrittenIsNobodysError) {
+  Installation installation;
+  ScriptedDesktop& desktop = installation.desktop;
+  installation.AddPlayers({"Ann"});
+  desktop.Settings[{"Options", "Size"}] = "6";
+  ProgramRun run(installation);
+  WriteBytes(installation.InData("PLBest01.bvq"), Integers({1, 38, 1, 5}));
+  for (const auto& entry : fs::directory_iterator(installation.InData("")))
     fs::permissions(entry.path(), fs::perms(0444));
-  }
-  fs::permissions(installation.folder / "local/Bvc", fs::perms(0755));
-  const auto files = AllFiles();
+  fs::permissions(installation.InData(""), fs::perms(0755));
+  const auto files = FilesIn(installation.InData(""));
   const OrdinaryUser ordinary;
   if (geteuid() == 0) GTEST_SKIP() << "root writes whatever the permissions say";
   desktop.Answers = {BoxAnswer::Ok};
-  EXPECT_EQ(ErrorOf([&] { cmdResetTime_Click(run->main); }), 70);
-  OpenPuzzle(*run, 1);
-  EXPECT_EQ(Panel(6), "Your Time: 01:05");
-  Save_Puzzle(run->main);
+  EXPECT_EQ(ErrorOf([&] { cmdResetTime_Click(run.main); }), 70);
+  desktop.Inputs = {"1"};
+  cmdOpen_Click(run.main);
+  EXPECT_EQ(PanelOf(run.main, 6).Text, "Your Time: 01:05");
+  Save_Puzzle(run.main);
   EXPECT_EQ(desktop.Boxes.back().Text, "Error writing puzzle to file!");
-  EXPECT_EQ(AllFiles(), files);
+  EXPECT_EQ(FilesIn(installation.InData("")), files);
 }
 
 TEST(PlayerNames, AreSixteenCharactersWhateverTheirBytes) {

@@ -1,13 +1,8 @@
 #include "tests/support/installation.h"
 
-#include <array>
 #include <filesystem>
-#include <stdexcept>
 
-#include "game/clock.h"
-#include "game/moves.h"
 #include "game/text.h"
-#include "storage/navigation.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "storage/start_up.h"
@@ -40,16 +35,6 @@ void Installation::AddPlayers(const std::vector<std::string>& names) {
   desktop.Settings[{"Players", "Last_Player"}] = std::to_string(player);
 }
 
-std::vector<std::string> Installation::TakeBoxes() {
-  constexpr std::array<const char*, 5> kSymbols = {"", "|Information", "|Question", "|Warning", "|Error"};
-  std::vector<std::string> texts;
-  for (const MessageBox& box : desktop.Boxes) {
-    texts.push_back(box.Title + "|" + box.Text + kSymbols.at(static_cast<std::size_t>(box.Symbol)));
-  }
-  desktop.Boxes.clear();
-  return texts;
-}
-
 ProgramRun::ProgramRun(Installation& installation) : LoadedProgram(installation.desktop) {
   Form_Load(main, form);
 }
@@ -67,27 +52,6 @@ void ClickRightFields(const Main& main, const std::function<void(int cell)>& cli
       click(cell);
     }
   }
-}
-
-void OpenPuzzle(ProgramRun& run, int number) {
-  static_cast<ScriptedDesktop&>(run.main.desktop).Inputs = {std::to_string(number)};
-  cmdOpen_Click(run.main);
-}
-
-void SolvePuzzle(ProgramRun& run, int number, int seconds) {
-  auto& desktop = static_cast<ScriptedDesktop&>(run.main.desktop);
-  desktop.Now = "12:00:00";
-  OpenPuzzle(run, number);
-  desktop.Now = "12:" + FormatClock(seconds);
-  Timer3_Timer(run.main);
-  ClickRightFields(run.main, [&](int cell) { Grid_Click(run.main, cell); });
-  if (!run.main.PuzzleOver) throw std::logic_error("the puzzle is not solved");
-}
-
-std::vector<std::string> PanelTexts(const Main& main) {
-  std::vector<std::string> texts;
-  for (const Panel& panel : main.StatusBar1) texts.push_back(panel.Text);
-  return texts;
 }
 
 }  // namespace bivouac

@@ -27,9 +27,6 @@ struct Installation {
   std::string InData(const std::string& name) const { return folder / ("local/Bvc/" + name); }
   /// The settings of players of these names, the last of whom is playing. At most nine.
   void AddPlayers(const std::vector<std::string>& names);
-  /// The message boxes since the last call, each "title|text" and, if it has one, "|" and its symbol.
-  std::vector<std::string> TakeBoxes();
-
   TempFolder folder;
   ScriptedDesktop desktop;
 };
@@ -53,13 +50,5 @@ int RightCode(const Main& main, int cell);
 /// Clicks field after field to what is right, until the puzzle is over; a field whose click changes nothing
 /// stays.
 void ClickRightFields(const Main& main, const std::function<void(int cell)>& click);
-
-/// Opens a puzzle of the current size by the box.
-void OpenPuzzle(ProgramRun& run, int number);
-/// Opens a puzzle and plays it to its end by clicks, in that many seconds.
-void SolvePuzzle(ProgramRun& run, int number, int seconds);
-
-/// The six texts of the status bar.
-std::vector<std::string> PanelTexts(const Main& main);
 
 }  // namespace bivouac

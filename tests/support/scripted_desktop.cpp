@@ -18,7 +18,6 @@ BoxAnswer ScriptedDesktop::Show(const MessageBox& box) {
 }
 
 std::string ScriptedDesktop::Show(const InputBox& box) {
-  InputBoxes.push_back(box);
   if (AnswerInput) return AnswerInput(box);
   if (Inputs.empty()) throw std::logic_error("unexpected input box: " + box.Title);
   std::string input = Inputs.front();
@@ -52,12 +51,6 @@ int ScriptedDesktop::ShellExecute(std::string_view, const std::string&, const st
                                   const std::string&, int) {
   Opened.push_back(parameters);
   return ShellCode;
-}
-
-std::vector<std::string> ScriptedDesktop::Titles() const {
-  std::vector<std::string> titles;
-  for (const MessageBox& box : Boxes) titles.push_back(box.Title);
-  return titles;
 }
 
 }  // namespace bivouac

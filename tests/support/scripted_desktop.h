@@ -41,7 +41,6 @@ class ScriptedDesktop : public Desktop {
 
   // What was asked.
   std::vector<MessageBox> Boxes;
-  std::vector<InputBox> InputBoxes;
   std::vector<int> Played;
   std::vector<std::string> Loaded;
   std::vector<std::string> Opened;  // Parameters of ShellExecute.
@@ -72,9 +71,6 @@ class ScriptedDesktop : public Desktop {
   ProgramAnswer FindExecutable(const std::string&, const std::string&) override { return Browser; }
   int ShellExecute(std::string_view verb, const std::string& program, const std::string& parameters,
                    const std::string& folder, int show) override;
-
-  // Titles of the message boxes so far, for tests of an order.
-  std::vector<std::string> Titles() const;
 };
 
 }  // namespace bivouac
