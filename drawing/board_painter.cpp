@@ -7,12 +7,14 @@
 
 #include "drawing/tile_sources.h"
 #include "game/game_state.h"
+#include "packs/puzzle_facts.h"
 
 namespace bivouac {
 namespace {
 
 constexpr double kTileSide = 540;    // Of the sources.
 constexpr double kClueMargin = 0.8;  // Fields' worth of room for the clues, at the left and on top.
+constexpr std::string_view kLightField = ".edge { fill: #bdbdbd; } .ground { fill: #f7f7f7; }";
 constexpr Colour kMarkedInk{0.75, 0.75, 0.75};
 constexpr Colour kReasonFrame{1, 0.5, 0.15};  // As the marked tiles.
 constexpr Colour kDecidedFrame{0.0, 0.16, 0.55};
@@ -77,8 +79,31 @@ BoardPicture SolutionPicture(const PackRecord& record) {
   return picture;
 }
 
+std::string WordsOf(const BoardPicture& board) {
+  std::string words = SizeText(board.Size) + " fields. Numbers above the columns:";
+  for (int line = 0; line < board.Size; ++line) words += ' ' + std::to_string(board.ColClues[line]);
+  words += '.';
+  for (int row = 0; row < board.Size; ++row) {
+    words += " Row " + std::to_string(row + 1) + ", number " + std::to_string(board.RowClues[row]);
+    const char* separator = ": ";
+    for (const auto& [code, thing] :
+         {std::pair{CELL_TREE, "tree"}, {CELL_TENT, "tent"}, {CELL_GRASS, "grass"}}) {
+      std::string columns;
+      for (int col = 0; col < board.Size; ++col) {
+        if (board.Fields[row * board.Size + col] == code)
+          columns += (columns.empty() ? "" : ", ") + std::to_string(col + 1);
+      }
+      if (columns.empty()) continue;
+      words += std::string(separator) + thing + " in " + columns;
+      separator = "; ";
+    }
+    words += '.';
+  }
+  return words;
+}
+
 Colour GroundOf(Look look) {
-  return look == Look::Ink ? kWhite : Colour{0.878, 0.878, 0.878};
+  return look == Look::Colour ? Colour{0.878, 0.878, 0.878} : kWhite;
 }
 
 BoardGeometry::BoardGeometry(int size, Point corner, double side, ClueLabels clues)
@@ -97,7 +122,10 @@ Box BoardGeometry::Field(int cell) const {
 
 BoardPainter::BoardPainter(Look look) : look_(look) {
   for (int code = CELL_OPEN; code <= CELL_TREE; ++code) {
-    tiles_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle : std::string_view());
+    const bool light = look == Look::ColourForPencil && code == CELL_OPEN;
+    tiles_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle
+                                              : light           ? kLightField
+                                                                : std::string_view());
     marked_[code] = Record(kTileSources[code], look == Look::Ink ? kInkStyle : kMarkedStyle);
   }
   bareTent_ = Record(kTileSources[CELL_TENT], look == Look::Ink ? kInkStyle : "rect { fill: none; }");
@@ -122,6 +150,7 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
                          ClueLabels clues) const {
   const BoardGeometry geometry(board.Size, corner, side, clues);
   cairo_t* pen = canvas.Pen();
+  canvas.BeginFigure(WordsOf(board));
   const double pitch = geometry.Pitch;
   const Box all{geometry.Corner.X, geometry.Corner.Y, pitch * board.Size, pitch * board.Size};
   if (look_ == Look::Ink) canvas.Fill(all, kWhite);
@@ -133,7 +162,7 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
   for (int cell = 0; cell < board.Size * board.Size; ++cell) {
     const int code = board.Fields[cell];
     const Box field = geometry.Field(cell);
-    if (look_ == Look::Colour) {
+    if (look_ != Look::Ink) {
       PaintTile(pen, (marked[cell] ? marked_ : tiles_)[code], field);
       continue;
     }
@@ -158,14 +187,21 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
     cairo_stroke(pen);
   }
   PaintMarks(canvas, board, geometry);
-  if (clues == ClueLabels::Hidden) return;
+  if (clues == ClueLabels::Shown) PaintClues(canvas, board, geometry);
+  canvas.EndTag("Figure");
+}
+
+void BoardPainter::PaintClues(Canvas& canvas, const BoardPicture& board,
+                              const BoardGeometry& geometry) const {
+  const double pitch = geometry.Pitch;
   const TextStyle style{.Size = 0.52 * pitch, .Boldness = Weight::Bold};
   const double margin = kClueMargin * pitch;
+  const Point at = geometry.Corner;
   for (int line = 0; line < board.Size; ++line) {
-    canvas.TextInBox(std::to_string(board.RowClues[line]), {corner.X, all.Y + line * pitch, margin, pitch},
-                     style);
-    canvas.TextInBox(std::to_string(board.ColClues[line]), {all.X + line * pitch, corner.Y, pitch, margin},
-                     style);
+    canvas.TextInBox(std::to_string(board.RowClues[line]),
+                     {at.X - margin, at.Y + line * pitch, margin, pitch}, style);
+    canvas.TextInBox(std::to_string(board.ColClues[line]),
+                     {at.X + line * pitch, at.Y - margin, pitch, margin}, style);
   }
 }
 
@@ -192,7 +228,7 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
       cairo_stroke(pen);
     };
     // A light rim keeps the frame apart from a dark field.
-    if (look_ == Look::Colour && !reason) frame(width * 1.6, kWhite);
+    if (look_ != Look::Ink && !reason) frame(width * 1.6, kWhite);
     frame(width, look_ == Look::Ink ? kBlack : reason ? kReasonFrame : kDecidedFrame);
   }
 }

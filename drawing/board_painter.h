@@ -10,8 +10,9 @@
 namespace bivouac {
 
 enum class Look {
-  Ink,     ///< White fields, thin lines, greys.
-  Colour,  ///< As in the window.
+  Ink,              ///< White fields, thin lines, greys.
+  Colour,           ///< As in the window.
+  ColourForPencil,  ///< The same, but open fields are light enough to write on.
 };
 
 /// What is to be seen of a field beside what stands on it.
@@ -39,6 +40,9 @@ struct BoardPicture {
 BoardPicture PuzzlePicture(const PackRecord& record);
 BoardPicture SolutionPicture(const PackRecord& record);
 
+/// A board in words: its clues, and what stands in each row. Fields without a mark are left out.
+std::string WordsOf(const BoardPicture& board);
+
 enum class ClueLabels { Shown, Hidden };
 
 /// Where the fields of a board lie in a square box.
@@ -65,6 +69,7 @@ class BoardPainter {
 
  private:
   void PaintTile(cairo_t* pen, cairo_surface_t* tile, const Box& field) const;
+  void PaintClues(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
   void PaintMarks(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
 
   Look look_;

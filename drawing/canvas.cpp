@@ -4,12 +4,15 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cctype>
+#include <cerrno>
 #include <cmath>
 #include <filesystem>
 #include <pango/pangocairo.h>
 #include <utility>
 
+#include "drawing/finished_pdf.h"
 #include "game/error.h"
+#include "storage/platform_files.h"
 
 #ifdef __SANITIZE_ADDRESS__
 // The libraries keep what they set up once, and some of what an SVG's tiles were made of. The sanitizer asks
@@ -27,6 +30,10 @@ namespace {
 constexpr const char* kFontFamily = "DejaVu Sans";
 // A document that is made again is the same document.
 constexpr const char* kDocumentDate = "2026-01-01T00:00:00Z";
+
+void Append(Replacement& file, std::string_view text) {
+  file.Append({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+}
 
 cairo_status_t WriteTo(void* file, const unsigned char* bytes, unsigned int count) {
   return static_cast<Replacement*>(file)->Append({bytes, count}) ? CAIRO_STATUS_SUCCESS
@@ -47,6 +54,26 @@ const std::string& Allowed(const std::string& path, Overwrite overwrite) {
   return path;
 }
 
+cairo_status_t DrawTo(void* file, const unsigned char* bytes, unsigned int count) {
+  auto& drawn = *static_cast<DrawnFile*>(file);
+  if (std::fwrite(bytes, 1, count, drawn.File) == count) return CAIRO_STATUS_SUCCESS;
+  drawn.Failed = true;
+  return CAIRO_STATUS_WRITE_ERROR;
+}
+
+cairo_status_t AddTo(void* text, const unsigned char* bytes, unsigned int count) {
+  static_cast<std::string*>(text)->append(reinterpret_cast<const char*>(bytes), count);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+/// The text as an element of an SVG.
+std::string Element(const char* name, const std::string& text) {
+  char* const escaped = g_markup_escape_text(text.c_str(), -1);
+  const std::string element = std::string("<") + name + '>' + escaped + "</" + name + ">\n";
+  g_free(escaped);
+  return element;
+}
+
 /// Names of files and titles may be any bytes; what is no letter is drawn as such.
 std::string Letters(const std::string& text) {
   char* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
@@ -58,7 +85,9 @@ std::string Letters(const std::string& text) {
 }  // namespace
 
 std::optional<PictureFormat> FormatOfName(const std::string& path) {
-  std::string ending = path.substr(path.size() - std::min<std::size_t>(path.size(), 4));
+  constexpr std::size_t kLength = 4;
+  if (path.size() <= kLength || path[path.size() - kLength - 1] == '/') return std::nullopt;
+  std::string ending = path.substr(path.size() - kLength);
   std::transform(ending.begin(), ending.end(), ending.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   if (ending == ".pdf") return PictureFormat::Pdf;
@@ -69,16 +98,23 @@ std::optional<PictureFormat> FormatOfName(const std::string& path) {
 
 Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const std::string& title,
                Overwrite overwrite)
-    : path_(Allowed(path, overwrite)), overwrite_(overwrite), file_(path), format_(format), page_(page) {
+    : path_(Allowed(path, overwrite)),
+      overwrite_(overwrite),
+      file_(path),
+      format_(format),
+      page_(page),
+      title_(Letters(title)) {
   switch (format) {
     case PictureFormat::Pdf:
-      surface_ = cairo_pdf_surface_create_for_stream(WriteTo, &file_, page.Width, page.Height);
-      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, Letters(title).c_str());
+      drawn_.File = std::tmpfile();
+      if (drawn_.File == nullptr) throw InputError("no temporary file can be made for the drawing");
+      surface_ = cairo_pdf_surface_create_for_stream(DrawTo, &drawn_, page.Width, page.Height);
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title_.c_str());
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "bivouac-packs");
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, kDocumentDate);
       break;
     case PictureFormat::Svg:
-      surface_ = cairo_svg_surface_create_for_stream(WriteTo, &file_, page.Width, page.Height);
+      surface_ = cairo_svg_surface_create_for_stream(AddTo, &svg_, page.Width, page.Height);
       cairo_svg_surface_set_document_unit(surface_, CAIRO_SVG_UNIT_PX);
       break;
     case PictureFormat::Png:
@@ -106,6 +142,7 @@ Canvas::~Canvas() {
   if (pen_ != nullptr) cairo_destroy(pen_);
   // The surface writes its last bytes now, into a file that still stands.
   if (surface_ != nullptr) cairo_surface_destroy(surface_);
+  if (drawn_.File != nullptr) std::fclose(drawn_.File);
 }
 
 void Canvas::SetColour(Colour colour) {
@@ -173,8 +210,41 @@ void Canvas::TextInBox(const std::string& text, const Box& box, const TextStyle&
   pango_cairo_show_layout(pen_, layout_);
 }
 
+void Canvas::BeginTag(const char* tag, const std::string& attributes) {
+  if (format_ == PictureFormat::Pdf) cairo_tag_begin(pen_, tag, attributes.c_str());
+}
+
+void Canvas::EndTag(const char* tag) {
+  if (format_ == PictureFormat::Pdf) cairo_tag_end(pen_, tag);
+}
+
+void Canvas::BeginFigure(const std::string& words) {
+  figures_.push_back(words);
+  BeginTag("Figure");
+}
+
+void Canvas::AddToOutline(const std::string& name) {
+  if (format_ != PictureFormat::Pdf) return;
+  const std::string target = "page=" + std::to_string(pages_) + " pos=[0 0]";
+  cairo_pdf_surface_add_outline(surface_, CAIRO_PDF_OUTLINE_ROOT, Letters(name).c_str(), target.c_str(),
+                                CAIRO_PDF_OUTLINE_FLAG_OPEN);
+}
+
+void Canvas::NamePage(const std::string& name) {
+  if (format_ == PictureFormat::Pdf) cairo_pdf_surface_set_page_label(surface_, name.c_str());
+}
+
 void Canvas::EndPage() {
   cairo_show_page(pen_);
+  ++pages_;
+}
+
+std::string Canvas::WithWords(std::string svg) const {
+  std::string words = Element("title", title_);
+  for (const std::string& figure : figures_) words += Element("desc", figure);
+  const std::size_t root = svg.find("<svg ");
+  const std::size_t end = root == std::string::npos ? root : svg.find(">\n", root);
+  return end == std::string::npos ? svg : svg.insert(end + 2, words);
 }
 
 void Canvas::Finish() {
@@ -186,9 +256,13 @@ void Canvas::Finish() {
   cairo_surface_finish(surface_);
   const cairo_status_t status = cairo_surface_status(surface_);
   // A write error is told by the file, with its reason.
+  const bool lost = drawn_.File != nullptr && (drawn_.Failed || std::fflush(drawn_.File) != 0);
+  if (lost) ThrowFileError(ENOSPC, path_);
   if (status != CAIRO_STATUS_SUCCESS && status != CAIRO_STATUS_WRITE_ERROR) {
     throw InputError(std::string("drawing failed: ") + cairo_status_to_string(status));
   }
+  if (drawn_.File != nullptr) FinishPdf(drawn_.File, figures_, file_);
+  if (format_ == PictureFormat::Svg) Append(file_, WithWords(std::move(svg_)));
   file_.Sync();
 }
 

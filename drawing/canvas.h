@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cairo.h>
+#include <cstdio>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "storage/replacement.h"
 
@@ -17,7 +19,8 @@ enum class Overwrite { No, Yes };
 
 enum class PictureFormat { Pdf, Svg, Png };
 
-/// The format that the ending of a file's name asks for, in capitals too; nothing for any other ending.
+/// The format that the ending of a file's name asks for, in capitals too; nothing for any other ending, or
+/// where there is no name before it.
 std::optional<PictureFormat> FormatOfName(const std::string& path);
 
 /// Lengths are points, 72 an inch, in a PDF, and pixels in the other two.
@@ -59,12 +62,18 @@ struct TextStyle {
   bool OneLine = false;  ///< Shortened in its middle where lines would be broken.
 };
 
+/// A temporary file.
+struct DrawnFile {
+  std::FILE* File = nullptr;
+  bool Failed = false;  ///< A write did.
+};
+
 /// Everything that is drawn goes to `Pen()`; the file is there after Close().
 class Canvas {
  public:
-  /// A PDF has pages of this extent, its title in the document's data; the other two have one page. Errors:
-  /// InputError if the file exists and may not be overwritten, or is no regular file; a file error if nothing
-  /// can be written beside it.
+  /// A PDF has pages of this extent, its title in the document's data; the other two have one page, and an
+  /// SVG has a title. Errors: InputError if the file exists and may not be overwritten, or is no regular
+  /// file; a file error if nothing can be written beside it.
   Canvas(const std::string& path, PictureFormat format, Extent page, const std::string& title,
          Overwrite overwrite);
   Canvas(const Canvas&) = delete;
@@ -86,6 +95,17 @@ class Canvas {
   /// Draws one line of text with the middle of its digits' height in the middle of the box.
   void TextInBox(const std::string& text, const Box& box, const TextStyle& style);
 
+  /// What follows is a part of the document, such as "H1" or "P", until EndTag; with `attributes` a link or
+  /// its target. In a PDF alone.
+  void BeginTag(const char* tag, const std::string& attributes = {});
+  void EndTag(const char* tag);
+  /// What follows is a figure, until EndTag("Figure"): `words` tell it to those who do not see it.
+  void BeginFigure(const std::string& words);
+  /// An entry of a PDF's outline that leads to this page.
+  void AddToOutline(const std::string& name);
+  /// What a PDF calls this page. Pages are counted from 1.
+  void NamePage(const std::string& name);
+
   /// Ends the page; drawing goes on with the next.
   void EndPage();
   /// Ends the last page. Returns when all has reached the disk. Errors: a file error if it cannot be written.
@@ -95,12 +115,18 @@ class Canvas {
 
  private:
   void LayText(const std::string& text, const TextStyle& style, double width);
+  std::string WithWords(std::string svg) const;
 
   std::string path_;
   Overwrite overwrite_;
   Replacement file_;
   PictureFormat format_;
   Extent page_;
+  std::string title_;
+  int pages_ = 1;                     // Begun.
+  DrawnFile drawn_;                   // A PDF before it is finished.
+  std::string svg_;                   // An SVG before it is finished.
+  std::vector<std::string> figures_;  // Their words.
   cairo_surface_t* surface_ = nullptr;
   cairo_t* pen_ = nullptr;
   PangoLayout* layout_ = nullptr;

@@ -7,12 +7,12 @@ PLAY_PACKAGES=(
 )
 DISPLAY_PACKAGES=(xvfb xauth)
 # What the pack maker draws with.
-DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev)
+DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev libqpdf-dev)
 CHECK_PACKAGES=(
   "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}"
   git
   libgtest-dev libcli11-dev libbenchmark-dev libxcb-damage0-dev
-  poppler-utils cmark tidy
+  poppler-utils qpdf cmark tidy
   desktop-file-utils appstream mandoc weston qt6-wayland
 )
 # Of one version, so that everybody's code is held to the same: not every release of Debian has it.

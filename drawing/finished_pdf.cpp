@@ -1,0 +1,62 @@
+#include "drawing/finished_pdf.h"
+
+#include <qpdf/Pipeline.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include "game/error.h"
+
+namespace bivouac {
+namespace {
+
+class ToFile : public Pipeline {
+ public:
+  explicit ToFile(Replacement& file) : Pipeline("file", nullptr), file_(file) {}
+  void write(const unsigned char* bytes, std::size_t count) override {
+    file_.Append({bytes, count});  // Errors are told by Sync.
+  }
+  void finish() override {}
+
+ private:
+  Replacement& file_;
+};
+
+/// Gives the texts to the figures below an element of the structure, in the order of the document.
+void TellFigures(QPDFObjectHandle element, std::vector<std::string>::const_iterator& text,
+                 std::vector<std::string>::const_iterator end) {
+  if (!element.isDictionary()) return;
+  if (element.getKey("/S").isNameAndEquals("/Figure") && text != end)
+    element.replaceKey("/Alt", QPDFObjectHandle::newUnicodeString(*text++));
+  QPDFObjectHandle kids = element.getKey("/K");
+  if (!kids.isArray()) return TellFigures(kids, text, end);
+  for (int kid = 0; kid < kids.getArrayNItems(); ++kid) TellFigures(kids.getArrayItem(kid), text, end);
+}
+
+}  // namespace
+
+void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, Replacement& to) try {
+  std::rewind(drawn);
+  QPDF pdf;
+  pdf.setSuppressWarnings(true);  // Names that stand twice are what is put right here.
+  pdf.processFile("drawing", drawn, false);
+  for (int id = pdf.getTrailer().getKey("/Size").getIntValueAsInt(); id > 0; --id) {
+    pdf.getObjectByID(id, 0).isNull();  // Reads it.
+    pdf.getWarnings();                  // Forgets them: they would fill the memory.
+  }
+  QPDFObjectHandle root = pdf.getRoot();
+  root.replaceKey("/Lang", QPDFObjectHandle::newString("en"));
+  root.replaceKey("/MarkInfo", QPDFObjectHandle::parse("<< /Marked true >>"));
+  root.replaceKey("/ViewerPreferences", QPDFObjectHandle::parse("<< /DisplayDocTitle true >>"));
+  auto text = figures.begin();
+  TellFigures(root.getKey("/StructTreeRoot"), text, figures.end());
+  ToFile file(to);
+  QPDFWriter writer(pdf);
+  writer.setOutputPipeline(&file);
+  writer.setDeterministicID(true);
+  writer.setObjectStreamMode(qpdf_o_generate);
+  writer.write();
+} catch (const QPDFExc& error) {
+  throw InputError(std::string("drawing failed: ") + error.what());
+}
+
+}  // namespace bivouac
