@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QFile>
 #include <QKeySequence>
@@ -14,6 +15,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
@@ -44,6 +46,7 @@ class Session {
       : run_(run), program_(program), lines_(script.split('\n')) {
     for (const char* timer : {"Timer1", "Timer2", "Timer3"})
       program_.Window().findChild<QTimer*>(timer)->installEventFilter(&noTicks_);
+    QGuiApplication::clipboard()->clear();
     run_.Answerer = [this](QDialog& box) { AnswerBox(box); };
   }
 
@@ -91,6 +94,8 @@ class Session {
     if (word == "close") return void(window.close());
     if (word == "large") return window.resize(window.size() * 3 / 2);
     if (word == "small") return window.resize(window.size() * 2 / 3);
+    if (word == "minimise") return window.showMinimized();
+    if (word == "drag") return Drag(words_.takeFirst().toInt(), words_.takeLast().toInt());
     if (word == "solve") return Solve(program_);
     if (word == "tool") {  // Pressed by an assistive tool.
       QAccessibleInterface* it =
@@ -99,6 +104,21 @@ class Session {
     }
     QWidget* const widget = window.findChild<QWidget*>(word);
     widget != nullptr ? QTest::mouseClick(widget, Qt::LeftButton) : PressKeys(window, word);
+  }
+
+  /// From one field to another with the button held, in two strides.
+  void Drag(int from, int to) {
+    BoardWidget& board = program_.Window().Board();
+    const QPoint begin = board.CellRect(from).center();
+    const QPoint end = board.CellRect(to).center();
+    const std::pair<QEvent::Type, QPoint> events[] = {{QEvent::MouseButtonPress, begin},
+                                                      {QEvent::MouseMove, (begin + end) / 2},
+                                                      {QEvent::MouseMove, end},
+                                                      {QEvent::MouseButtonRelease, end}};
+    for (const auto& [type, at] : events) {
+      QMouseEvent event(type, at, board.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+      QCoreApplication::sendEvent(&board, &event);
+    }
   }
 
   /// Under a box nothing of the window changes but what the box's caller did before; each word tells what it
@@ -190,6 +210,7 @@ class Session {
       const auto* timer = window.findChild<QTimer*>(name);
       now.append({name, timer->isActive() ? QString::number(timer->interval()) : "off"});
     }
+    now.append({"clipboard", QGuiApplication::clipboard()->text()});
     AddPainted(now);
     QFile settings(GameRun::SettingsFile());
     if (settings.open(QFile::ReadOnly))
