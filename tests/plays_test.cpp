@@ -49,7 +49,8 @@ void Note(const char* what, std::string path) {
   if (path.starts_with(".bivouac-") || path.ends_with(" (deleted)")) path = "a new file";
   if (path.starts_with("bivouac-test-")) path = "~";
   const bool isHiddenName = path == "a new file" && (what == "name"sv || what == "unlink"sv);
-  if (!isHiddenName) called += std::string(called.empty() ? "" : ", ") + what + ' ' + path;
+  const std::string call = std::string(what) + ' ' + path;
+  if (!isHiddenName && !called.ends_with(call)) called += (called.empty() ? "" : ", ") + call;
   noting = true;
 }
 
@@ -78,6 +79,12 @@ int fcntl(int descriptor, int command, ...) {
   if (bivouac::noting && command == F_OFD_SETLK && result == 0)
     bivouac::NoteLock(descriptor, static_cast<struct flock*>(argument)->l_type);
   return result;
+}
+
+ssize_t pread(int descriptor, void* bytes, std::size_t count, off_t offset) {
+  const auto lock = bivouac::locks.find(descriptor);
+  if (lock != bivouac::locks.end() && lock->second == F_WRLCK) bivouac::Note("read", descriptor);
+  return syscall(SYS_pread64, descriptor, bytes, count, offset);
 }
 
 ssize_t pwrite(int descriptor, const void* bytes, std::size_t count, off_t offset) {
