@@ -60,7 +60,7 @@ WORDS = {
 TOKEN = re.compile(
     r"(?<= )(?:<=|>=|==|!=|&&|\|\||\+=|-=|\|=|&=|[<>+\-*/%&|^])(?= |$)"
     r"|\+\+|--|!(?=[\w(*])|(?<![\w.'])\d+(?![\w.'])|\b(?:" + "|".join(WORDS) + r")\b")
-FAILED = re.compile(r"^\[  FAILED  \] (\w+\.\w+)|^\s+\d+ - (\S+) \(", re.MULTILINE)
+FAILED = re.compile(r"^\[  FAILED  \] ([\w/]+\.\w+)|^\s+\d+ - (\S+) \(", re.MULTILINE)
 TEXT = re.compile(r'"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\'|//.*')
 
 
