@@ -74,9 +74,48 @@ std::string HintBlock(const std::vector<std::string>& names, const std::vector<G
          "\n";
 }
 
-/// The page on which a hint stands, by the stage of its rule.
-std::string PageOf(const HintRule& rule) {
-  return "stage" + std::to_string(rule.Stage) + ".md";
+/// The tier of the pass that goes with a rule; 1 for those that the rater need not look for.
+int TierOf(const HintRule& rule) {
+  for (const Pass& pass : PassTable()) {
+    if (pass.Name.substr(std::string_view("Pass").size()) == rule.Name) return pass.Tier;
+  }
+  return 1;
+}
+
+/// The page of a hint in the tree, where pages are not HTML yet.
+std::string PageLink(const HintCase& which) {
+  std::string place = GuidePlaceOf(which);
+  return place.replace(place.find(".html"), 5, ".md");
+}
+
+const HintCase& FirstCaseOf(const HintRule& rule, const std::vector<GuidePosition>& positions) {
+  for (const HintCase& each : HintCases()) {
+    const auto has = [&](const GuidePosition& position) { return position.Name == NameOf(each); };
+    if (each.Rule == &rule && std::any_of(positions.begin(), positions.end(), has)) return each;
+  }
+  throw InputError(std::string(rule.Name) + " has no hint in the guide");
+}
+
+/// Every rule with its name for people, a small picture, and how often it is needed.
+std::string RulesBlock(const std::vector<GuidePosition>& positions, const PackStats& stats) {
+  std::string text =
+      "<table>\n<thead><tr><th>Deduction</th><th></th><th>Level</th><th>Needed "
+      "by</th></tr></thead>\n<tbody>\n";
+  for (const HintRule& rule : HintRules()) {
+    const HintCase& first = FirstCaseOf(rule, positions);
+    long needing = 0;
+    long all = 0;
+    for (int level = 1; level <= 5; ++level) {
+      needing += stats.CountNeeding(level, CasesOf(rule));
+      all += stats.Count(level);
+    }
+    const std::string title(rule.Title);
+    text += "<tr><td><a href=\"" + PageLink(first) + "\">" + title +
+            "</a></td><td><img class=\"small\" src=\"pictures/" + NameOf(first) + ".svg\" alt=\"" + title +
+            "\"></td><td>" + std::to_string(TierOf(rule)) + "</td><td>" + Percent(needing, all) +
+            "</td></tr>\n";
+  }
+  return text + "</tbody>\n</table>\n";
 }
 
 std::string PassesBlock(const std::vector<GuidePosition>& positions) {
@@ -85,16 +124,13 @@ std::string PassesBlock(const std::vector<GuidePosition>& positions) {
       "it</th></tr></thead>\n<tbody>\n";
   for (const Pass& pass : PassTable()) {
     const std::string name(pass.Name.substr(std::string_view("Pass").size()));
-    const auto position = std::find_if(positions.begin(), positions.end(), [&](const GuidePosition& each) {
-      return each.Name.rfind(name + '-', 0) == 0;
-    });
     const std::span<const HintRule> rules = HintRules();
     const auto rule =
         std::find_if(rules.begin(), rules.end(), [&](const HintRule& each) { return each.Name == name; });
-    if (position == positions.end() || rule == rules.end())
-      throw InputError(name + " has no hint in the guide");
+    if (rule == rules.end()) throw InputError(name + " has no hint in the guide");
     text += "<tr><td>" + std::string(pass.Name) + "</td><td>" + std::to_string(pass.Tier) + "</td><td>";
-    text += "<a href=\"" + PageOf(*rule) + '#' + position->Name + "\">" + name + "</a>";
+    text +=
+        "<a href=\"" + PageLink(FirstCaseOf(*rule, positions)) + "\">" + std::string(rule->Title) + "</a>";
     text += "</td></tr>\n";
   }
   return text + "</tbody>\n</table>\n";
@@ -117,10 +153,6 @@ std::vector<GuidePosition> ReadGuidePositions(const std::string& path) {
     positions.push_back({columns[0] + '-' + columns[1], position, columns[7]});
   }
   return positions;
-}
-
-std::string NameOf(const HintCase& which) {
-  return std::string(which.Rule->Name) + '-' + std::to_string(which.Case + 1);
 }
 
 std::string GuideHint::Fields() const {
@@ -183,6 +215,7 @@ std::string FillGuidePage(const std::string& page, const std::vector<GuidePositi
                           const PackStats& stats) {
   constexpr std::string_view kHintMark = "<!-- hint ";
   constexpr std::string_view kPassesMark = "<!-- passes -->";
+  constexpr std::string_view kRulesMark = "<!-- rules -->";
   std::istringstream in(page);
   std::string out;
   bool skipping = false;
@@ -197,6 +230,9 @@ std::string FillGuidePage(const std::string& page, const std::vector<GuidePositi
       skipping = true;
     } else if (line == kPassesMark) {
       out += PassesBlock(positions);
+      skipping = true;
+    } else if (line == kRulesMark) {
+      out += RulesBlock(positions, stats);
       skipping = true;
     }
   }

@@ -20,9 +20,6 @@ struct GuidePosition {
 /// Errors: InputError if there is no such table or a line has other columns.
 std::vector<GuidePosition> ReadGuidePositions(const std::string& path);
 
-/// What the table calls a case of a rule.
-std::string NameOf(const HintCase& which);
-
 /// A position laid out, with the hint that it gives.
 struct GuideHint {
   FoundHint Hint;
@@ -38,7 +35,8 @@ GuideHint LayGuidePosition(Main& main, const GuidePosition& position);
 /// What the picture of a hint shows, in words.
 std::string PictureText(const Main& main, const GuideHint& hint);
 
-/// A page with everything between "<!-- hint NAMES -->" or "<!-- passes -->" and "<!-- end -->" written anew:
+/// A page with everything between "<!-- hint NAMES -->", "<!-- rules -->" or
+/// "<!-- passes -->" and "<!-- end -->" written anew:
 /// sentences, pictures, cost and need of the hints named; the table of the rater's passes. Errors: InputError
 /// if a name has no position.
 std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,

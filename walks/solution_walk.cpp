@@ -43,6 +43,21 @@ const std::vector<HintCase>& HintCases() {
   return cases;
 }
 
+std::string NameOf(const HintCase& which) {
+  return std::string(which.Rule->Name) + '-' + std::to_string(which.Case + 1);
+}
+
+std::string GuidePlaceOf(const HintCase& which) {
+  return "stage" + std::to_string(which.Rule->Stage) + ".html#" + NameOf(which);
+}
+
+const HintCase* HintCaseOf(std::string_view text) {
+  const auto& cases = HintCases();
+  const auto found =
+      std::find_if(cases.begin(), cases.end(), [&](const HintCase& each) { return each.Text() == text; });
+  return found == cases.end() ? nullptr : &*found;
+}
+
 std::size_t PlaceOf(const FoundHint& hint) {
   const std::vector<HintCase>& cases = HintCases();
   const auto place = std::find_if(cases.begin(), cases.end(), [&](const HintCase& which) {

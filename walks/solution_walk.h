@@ -31,6 +31,12 @@ struct HintCase {
 };
 /// All of them, in the order of the chain.
 const std::vector<HintCase>& HintCases();
+/// "RowRuns-2": the rule's name, and the case counted from 1.
+std::string NameOf(const HintCase& which);
+/// The place in the guide that tells of it, such as "stage1.html#RowRuns-2".
+std::string GuidePlaceOf(const HintCase& which);
+/// The first that says a text, as it stands in lblHint; nullptr where none does.
+const HintCase* HintCaseOf(std::string_view text);
 /// Where a hint stands in that list.
 std::size_t PlaceOf(const FoundHint& hint);
 
