@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "game/game_state.h"
+#include "game/sides.h"
 
 namespace bivouac {
 
@@ -156,22 +157,7 @@ class Lines {
   FixedArray<KnownRuns, kMaxSize> runs_;
 };
 
-/// Which positions of a row have something north, east, south and west of them.
-struct Sides {
-  Positions North;
-  Positions East;
-  Positions South;
-  Positions West;
-
-  Positions Any() const { return North | East | South | West; }
-  Positions AtLeastTwo() const { return (North & South) | (East & West) | ((North | South) & (East | West)); }
-  Positions ExactlyOne() const { return Any() & ~AtLeastTwo(); }
-  Positions ExactlyTwo() const {
-    const Positions odd = North ^ East ^ South ^ West;
-    return AtLeastTwo() & ~odd & ~(North & East & South & West);
-  }
-};
-
+/// What the positions of a row have beside them.
 inline Sides SidesOf(const Lines& rows, int code, int row) {
   const Positions own = rows.Of(code, row);
   return {rows.Of(code, row - 1), WithAfter(own), rows.Of(code, row + 1), WithBefore(own)};

@@ -8,7 +8,6 @@ namespace bivouac {
 
 /// Numbers of run-time errors, as the report of an unhandled one shows them.
 enum class ErrorNumber {
-  InvalidCall = 5,
   Overflow = 6,
   IndexOutsideArray = 9,
   NotANumber = 13,

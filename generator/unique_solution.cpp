@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "game/board.h"
+#include "game/sides.h"
 #include "generator/bit_rows.h"
 
 namespace bivouac {
@@ -50,15 +51,9 @@ BitCell OnlySide(const BitRows& cells, BitCell cell) {
 }
 
 /// For each cell of a row, which of the rows' bits lie beside it.
-struct Sides {
-  Sides(const BitRows& rows, int row)
-      : North(rows[row - 1]), East(rows[row] >> 1), South(rows[row + 1]), West(rows[row] << 1) {}
-  RowBits Any() const { return North | East | South | West; }
-  RowBits Several() const { return (North & South) | (East & West) | ((North | South) & (East | West)); }
-  RowBits MoreThanTwo() const { return (North & South & (East | West)) | (East & West & (North | South)); }
-
-  RowBits North, East, South, West;
-};
+Sides SidesOf(const BitRows& rows, int row) {
+  return {rows[row - 1], rows[row] >> 1, rows[row + 1], rows[row] << 1};
+}
 
 /// How far the search has come: some trees have their tents, and some cells are closed to the trees that are
 /// left. The first tree takes no part in it.
@@ -151,7 +146,7 @@ void Search::ReadTrees() {
 void Search::PrepareBoard() {
   for (int row = 1; row <= size_; ++row) {
     if (start_.RowLeft[row] > 0) {
-      open_[row] = start_.OpenColumns() & Sides(trees_, row).Any() & ~trees_[row];
+      open_[row] = start_.OpenColumns() & SidesOf(trees_, row).Any() & ~trees_[row];
     }
     for (int col = 1; col <= size_; ++col) {
       int& code = main_.Board[(row - 1) * size_ + col - 1];
@@ -189,7 +184,7 @@ BitCell Search::TreeToBranchOn(const Position& position) const {
   for (int row = size_; row >= 1; --row) {
     const RowBits trees = position.Trees[row];
     if (trees == 0) continue;
-    const RowBits withTwo = trees & ~Sides(position.Open, row).MoreThanTwo();
+    const RowBits withTwo = trees & ~SidesOf(position.Open, row).MoreThanTwo();
     if (withTwo != 0) return {row, LowestOf(withTwo)};
     if (any.Bit == 0) any = {row, LowestOf(trees)};
   }
@@ -223,14 +218,14 @@ bool Search::Settle(Position& position) {
 /// Full rows were closed when they became full.
 bool Search::PitchWhereOneSideIsLeft(Position& position) {
   const RowBits openCols = position.OpenColumns();
-  for (int row = 1; row <= size_; ++row) position.Open[row] &= openCols & Sides(position.Trees, row).Any();
+  for (int row = 1; row <= size_; ++row) position.Open[row] &= openCols & SidesOf(position.Trees, row).Any();
   RowBits none = 0;
   RowBits anyOne = 0;
   BitRows one;
   for (int row = 1; row <= size_; ++row) {
-    const Sides sides(position.Open, row);
+    const Sides sides = SidesOf(position.Open, row);
     none |= position.Trees[row] & ~sides.Any();
-    one[row] = position.Trees[row] & ~sides.Several();
+    one[row] = position.Trees[row] & ~sides.AtLeastTwo();
     anyOne |= one[row];
   }
   if (none != 0) return false;
@@ -316,7 +311,7 @@ bool Search::UseTightPair(Position& position, int upper) {
 
 /// Of tents that must stand, gives those to their tree that have but one beside them.
 bool Search::GiveToOnlyTrees(Position& position, int row, RowBits tents) {
-  for (RowBits left = tents & ~Sides(position.Trees, row).Several(); left != 0; left &= left - 1) {
+  for (RowBits left = tents & ~SidesOf(position.Trees, row).AtLeastTwo(); left != 0; left &= left - 1) {
     const BitCell tent{row, LowestOf(left)};
     changed_ = true;
     if (!Pitch(position, OnlySide(position.Trees, tent), tent)) return false;

@@ -25,7 +25,6 @@ Lines EmptyLines(const Main& main, LineKind kind) {
 Rater::Rater(Main& main_)
     : main(LaidOut(main_)),
       size(main.BoardSize),
-      cells(main.CellCount),
       rows(EmptyLines(main, LineKind::Row)),
       columns(EmptyLines(main, LineKind::Column)) {
   const PackRecord& puzzle = main.global.PuzzleRec;

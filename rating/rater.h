@@ -14,7 +14,6 @@ struct Rater {
 
   Main& main;
   const int size;   ///< Lines of the board.
-  const int cells;  ///< Cells of the board.
   Lines rows;
   Lines columns;
   int wrong = 0;  ///< Cells that differ from the finished puzzle.

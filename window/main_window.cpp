@@ -301,8 +301,10 @@ void MainWindow::Draw() {
   board_->Draw();
   DrawClues();
   status_->Draw(main_.StatusBar1);
-  for (const PlacedLabel& label : labels_)
+  for (const PlacedLabel& label : labels_) {
     label.Widget->SetText(QString::fromUtf8((main_.*label.Value).Caption));
+    label.Widget->setVisible((main_.*label.Value).Visible);
+  }
   const bool hintWaited = hintTakesClicks_;
   DrawHint();
   // What can be used comes first and what cannot any longer last: the focus goes in between.
