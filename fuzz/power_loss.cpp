@@ -25,8 +25,10 @@
 #include <vector>
 
 #include "fuzz/headless_game.h"
+#include "game/clock.h"
 #include "packs/pack_access.h"
 #include "storage/best_times.h"
+#include "storage/kept_game.h"
 #include "storage/navigation.h"
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
@@ -304,7 +306,9 @@ Verdict EnumerateKills(const Place& place, Disk disk, const Trial& trial) {
     const World after = FilesIn((local / "Bvc").string());
     fs::remove_all(local);
     for (const auto& [name, bytes] : after) {
-      const std::size_t record = name.starts_with("BVPack") ? sizeof(PackRecord) : sizeof(PersonalRecord);
+      const std::size_t record = name.starts_with("BVPack") ? sizeof(PackRecord)
+                                 : name.ends_with(".bvq")   ? sizeof(PersonalRecord)
+                                                            : 1;
       if (name.starts_with(".") || bytes.size() % record != 0) return false;
     }
     return trial.IsSound(after, Came::ToAKill);
@@ -475,6 +479,24 @@ bool Run() {
       Passes(place, {"time kept", open, solve(61), keepsTime(Integers({1, 1, 1}), Integers({2, 38, 1, 1}))});
   passes &= Passes(
       place, {"better time", open, solve(59), keepsTime(Integers({0, 59, 1}), Integers({2, 38, 0, 59}))});
+
+  const std::string kept = "Kept06-2-01.txt";
+  std::string keptBefore;
+  passes &= Passes(place, {"game kept in the place of an older",
+                           [&] {
+                             open();
+                             KeepGame(game.main);
+                             keptBefore = BytesOf((place.Data() / kept).string());
+                             game.main.StepCount = 0;
+                             AddPenalty(game.main, 75);
+                           },
+                           [&] { KeepGame(game.main); },
+                           [&](const World& world, Came came) {
+                             const std::string bytes = content(world, kept);
+                             const bool isNew =
+                                 bytes.find("\nclock 75\n") != bytes.npos && bytes.ends_with("\n");
+                             return isNew || (came != Came::ToItsEnd && bytes == keptBefore);
+                           }});
 
   std::vector<PackRecord> changed;
   const auto change = [&](const std::function<void(PackRecord&)>& act) {

@@ -146,7 +146,8 @@ std::optional<std::string> KeepGame(Main& main) {
   bool stands = false;
   const bool done = IgnoringFileErrors([&] {
     if (!FileExists(packPath)) return;
-    const RecordFile<PackRecord> pack(packPath);
+    RecordFile<PackRecord> pack(packPath, Access::Write);
+    const Turn turn(pack);
     PackRecord present;
     if (main.PuzzleNo <= pack.Counts().Whole) pack.Read(main.PuzzleNo, present);
     stands = IsSamePuzzle(present, main.global.PuzzleRec);
