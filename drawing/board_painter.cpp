@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kTileSide = 540;    // Of the sources.
 constexpr double kClueMargin = 0.8;  // Fields' worth of room for the clues, at the left and on top.
-constexpr std::string_view kLightField = ".edge { fill: #bdbdbd; } .ground { fill: #f7f7f7; }";
+constexpr std::string_view kLightField = ".edge { fill: #9c9c9c; } .ground { fill: #f7f7f7; }";
 constexpr Colour kMarkedInk{0.75, 0.75, 0.75};
 constexpr Colour kReasonFrame{1, 0.5, 0.15};  // As the marked tiles.
 constexpr Colour kDecidedFrame{0.0, 0.16, 0.55};

@@ -54,11 +54,11 @@ const std::string& Allowed(const std::string& path, Overwrite overwrite) {
   return path;
 }
 
+// Cairo is not told of a write that failed: it would end the program over links to pages that never came.
 cairo_status_t DrawTo(void* file, const unsigned char* bytes, unsigned int count) {
   auto& drawn = *static_cast<DrawnFile*>(file);
-  if (std::fwrite(bytes, 1, count, drawn.File) == count) return CAIRO_STATUS_SUCCESS;
-  drawn.Failed = true;
-  return CAIRO_STATUS_WRITE_ERROR;
+  if (!drawn.Failed) drawn.Failed = std::fwrite(bytes, 1, count, drawn.File) != count;
+  return CAIRO_STATUS_SUCCESS;
 }
 
 cairo_status_t AddTo(void* text, const unsigned char* bytes, unsigned int count) {
@@ -138,6 +138,8 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
 }
 
 Canvas::~Canvas() {
+  // What leads to a page that does not come ends the program.
+  if (pen_ != nullptr && !finished_) cairo_show_page(pen_);
   if (layout_ != nullptr) g_object_unref(layout_);
   if (pen_ != nullptr) cairo_destroy(pen_);
   // The surface writes its last bytes now, into a file that still stands.
@@ -191,6 +193,7 @@ Extent Canvas::Measure(const std::string& text, const TextStyle& style, double w
 double Canvas::Text(const std::string& text, Point at, const TextStyle& style, double width) {
   const Extent extent = Measure(text, style, width);
   const double share = style.Align == Alignment::Centre ? 0.5 : style.Align == Alignment::Right ? 1 : 0;
+  smallestType_ = std::min(smallestType_, style.Size);
   SetColour(style.Ink);
   cairo_move_to(pen_, at.X - share * (width > 0 ? width : extent.Width), at.Y);
   pango_cairo_show_layout(pen_, layout_);
@@ -204,6 +207,7 @@ void Canvas::TextInBox(const std::string& text, const Box& box, const TextStyle&
   constexpr double kDigitHeight = 0.73;  // Of the font's size.
   const double baseline = box.Y + (box.Height + kDigitHeight * style.Size) / 2;
   const double ascent = static_cast<double>(pango_layout_get_baseline(layout_)) / PANGO_SCALE;
+  smallestType_ = std::min(smallestType_, style.Size);
   SetColour(style.Ink);
   cairo_move_to(pen_, box.X + (box.Width - static_cast<double>(logical.width) / PANGO_SCALE) / 2,
                 baseline - ascent);
@@ -237,6 +241,7 @@ void Canvas::NamePage(const std::string& name) {
 void Canvas::EndPage() {
   cairo_show_page(pen_);
   ++pages_;
+  if (drawn_.Failed) ThrowFileError(ENOSPC, path_);
 }
 
 std::string Canvas::WithWords(std::string svg) const {

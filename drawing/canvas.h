@@ -3,6 +3,7 @@
 
 #include <cairo.h>
 #include <cstdio>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -106,7 +107,10 @@ class Canvas {
   /// What a PDF calls this page. Pages are counted from 1.
   void NamePage(const std::string& name);
 
-  /// Ends the page; drawing goes on with the next.
+  /// The size of the smallest type that was drawn; infinite if there was none.
+  double SmallestType() const { return smallestType_; }
+
+  /// Ends the page; drawing goes on with the next. Errors: a file error if the disk is full.
   void EndPage();
   /// Ends the last page. Returns when all has reached the disk. Errors: a file error if it cannot be written.
   void Finish();
@@ -123,6 +127,7 @@ class Canvas {
   PictureFormat format_;
   Extent page_;
   std::string title_;
+  double smallestType_ = std::numeric_limits<double>::infinity();
   int pages_ = 1;                     // Begun.
   DrawnFile drawn_;                   // A PDF before it is finished.
   std::string svg_;                   // An SVG before it is finished.

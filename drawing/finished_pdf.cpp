@@ -32,6 +32,18 @@ void TellFigures(QPDFObjectHandle element, std::vector<std::string>::const_itera
   for (int kid = 0; kid < kids.getArrayNItems(); ++kid) TellFigures(kids.getArrayItem(kid), text, end);
 }
 
+/// Puts the parts of the document, which were drawn one after the other, below one element for the whole.
+void GatherParts(QPDF& pdf, QPDFObjectHandle structure) {
+  if (!structure.isDictionary()) return;
+  QPDFObjectHandle whole =
+      pdf.makeIndirectObject(QPDFObjectHandle::parse("<< /Type /StructElem /S /Document >>"));
+  QPDFObjectHandle parts = structure.getKey("/K").wrapInArray();
+  for (int part = 0; part < parts.getArrayNItems(); ++part) parts.getArrayItem(part).replaceKey("/P", whole);
+  whole.replaceKey("/P", structure);
+  whole.replaceKey("/K", parts);
+  structure.replaceKey("/K", whole);
+}
+
 }  // namespace
 
 void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, Replacement& to) try {
@@ -47,6 +59,7 @@ void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, Replac
   root.replaceKey("/Lang", QPDFObjectHandle::newString("en"));
   root.replaceKey("/MarkInfo", QPDFObjectHandle::parse("<< /Marked true >>"));
   root.replaceKey("/ViewerPreferences", QPDFObjectHandle::parse("<< /DisplayDocTitle true >>"));
+  GatherParts(pdf, root.getKey("/StructTreeRoot"));
   auto text = figures.begin();
   TellFigures(root.getKey("/StructTreeRoot"), text, figures.end());
   ToFile file(to);

@@ -36,9 +36,10 @@ const std::atomic<bool>& WatchForInterrupts() {
 }
 
 void AddDrawingOptions(CLI::App& command, DrawingOptions& options) {
-  command.add_option("-o,--output", options.Output, "The file to write; its ending says what it becomes");
-  command.add_flag("--colour", options.Colour, "The colours of the window instead of ink");
-  command.add_flag("--force", options.Force, "Overwrite the file");
+  CLI::Option* output =
+      command.add_option("-o,--output", options.Output, "The file to write; its ending says what it becomes");
+  command.add_flag("--colour", options.Colour, "The colours of the window instead of ink")->needs(output);
+  command.add_flag("--force", options.Force, "Overwrite the file")->needs(output);
 }
 
 }  // namespace bivouac

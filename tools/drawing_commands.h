@@ -30,9 +30,10 @@ struct NumberRange {
 struct BookOptions {
   DrawingOptions Drawing{};
   std::vector<std::string> Packs{};
-  std::vector<NumberRange> Numbers{};  ///< In this order; none: all of every pack.
+  std::vector<NumberRange> Numbers{};  ///< None: all of every pack.
   std::optional<LevelRange> Levels{};  ///< None: all, and those that the rater cannot finish.
   int PerPage = 2;
+  bool Duplex = false;
   std::string Paper = "a4";
   SolutionPlace Solutions = SolutionPlace::Back;
   std::string Title = "Bivouac";

@@ -22,7 +22,7 @@ namespace {
 
 PictureFormat FormatOf(const std::string& output) {
   const std::optional<PictureFormat> format = FormatOfName(output);
-  if (!format) throw InputError(output + ": the name must end in .pdf, .svg or .png");
+  if (!format) throw InputError(output + ": the name must end in .pdf, .svg or .png, with letters before");
   return *format;
 }
 
@@ -37,82 +37,135 @@ Overwrite OverwriteOf(const DrawingOptions& options) {
   return options.Force ? Overwrite::Yes : Overwrite::No;
 }
 
-Look LookOf(const DrawingOptions& options) {
-  return options.Colour ? Look::Colour : Look::Ink;
+Look LookOf(const DrawingOptions& options, PictureFormat format) {
+  if (!options.Colour) return Look::Ink;
+  return format == PictureFormat::Pdf ? Look::ColourForPencil : Look::Colour;
 }
 
-/// The puzzles of a book, read from their packs each time they are walked.
+/// Says where type is too small to be read with ease.
+void WarnOfSmallType(const Canvas& canvas, Terminal& terminal) {
+  constexpr double kReadable = 6;
+  if (canvas.SmallestType() >= kReadable) return;
+  char text[140];
+  std::snprintf(
+      text, sizeof text,
+      "bivouac-packs: the smallest type is %.1f points high, below 6: larger paper or fewer puzzles a "
+      "page read better\n",
+      canvas.SmallestType());
+  terminal.Err << text;
+}
+
+/// The puzzles of a book in their order: by level, by size, then as they were asked for. Records are read
+/// from their packs each time.
 class Selection {
  public:
-  explicit Selection(const BookOptions& options) : options_(options) {
+  explicit Selection(const BookOptions& options) {
     for (const std::string& path : options.Packs) packs_.push_back(std::make_unique<PackReader>(path));
-  }
-
-  /// Calls visit(pack, number, record) for each; it returns false to end the walk.
-  template <class Visit>
-  void ForEach(Visit visit) {
-    for (const auto& pack : packs_) {
-      std::vector<NumberRange> ranges = options_.Numbers;
-      if (ranges.empty()) ranges.push_back({1, pack->Count()});
+    std::vector<Chosen> chosen;
+    for (std::size_t pack = 0; pack < packs_.size(); ++pack) {
+      std::vector<NumberRange> ranges = options.Numbers;
+      if (ranges.empty()) ranges.push_back({1, packs_[pack]->Count()});
       for (const NumberRange& range : ranges) {
         for (long number = range.First; number <= range.Last; ++number) {
-          const PackRecord record = pack->Read(number);
-          if (!IsOfLevel(record)) continue;
-          if (!visit(*pack, number, record)) return;
+          const PackRecord record = packs_[pack]->Read(number);
+          const int stored = LevelOf(record.LevelSize);
+          const int level = stored != 0 ? stored : FactsOf(bench_.main, record).Level;
+          const bool asked =
+              !options.Levels || (level >= options.Levels->Lowest && level <= options.Levels->Highest);
+          if (asked) chosen.push_back({pack, number, level < 1 ? kBeyond : level, SizeOf(record.LevelSize)});
         }
       }
     }
+    std::stable_sort(chosen.begin(), chosen.end(), [](const Chosen& one, const Chosen& other) {
+      return std::pair(one.Level, one.Size) < std::pair(other.Level, other.Size);
+    });
+    chosen_ = std::move(chosen);
   }
 
-  /// How a puzzle is called in the book.
-  std::string NameOf(const PackReader& pack, long number) const {
-    const std::string name = "No. " + std::to_string(number);
-    return packs_.size() == 1 ? name
-                              : std::filesystem::path(FileName(pack.Path())).stem().string() + ", " + name;
+  std::size_t Count() const { return chosen_.size(); }
+  PackRecord Read(std::size_t place) const {
+    return packs_[chosen_[place].Pack]->Read(chosen_[place].Number);
+  }
+  /// Where it comes from.
+  std::string SourceOf(std::size_t place) const {
+    const std::string pack =
+        std::filesystem::path(FileName(packs_[chosen_[place].Pack]->Path())).stem().string();
+    return pack + " no. " + std::to_string(chosen_[place].Number);
+  }
+  /// Size and difficulty.
+  std::string FactsOfPuzzle(const PackRecord& record) {
+    const PuzzleFacts facts = FactsOf(bench_.main, record);
+    if (facts.Level < 1) return SizeText(facts.Size);
+    char text[40];
+    std::snprintf(text, sizeof text, ", difficulty %.2f", static_cast<double>(facts.Difficulty));
+    return SizeText(facts.Size) + text;
+  }
+  std::vector<BookItem> Items() const {
+    std::vector<BookItem> items(chosen_.size());
+    for (std::size_t place = 0; place < items.size(); ++place) {
+      items[place].Level = chosen_[place].Level;
+      items[place].Size = chosen_[place].Size;
+    }
+    return items;
   }
 
  private:
-  bool IsOfLevel(const PackRecord& record) {
-    if (!options_.Levels) return true;
-    const int level =
-        LevelOf(record.LevelSize) != 0 ? LevelOf(record.LevelSize) : FactsOf(bench_.main, record).Level;
-    return level >= options_.Levels->Lowest && level <= options_.Levels->Highest;
-  }
-
-  const BookOptions& options_;
+  static constexpr int kBeyond = 6;  // The rater's rules cannot finish it.
+  struct Chosen {
+    std::size_t Pack;
+    long Number;
+    int Level;
+    int Size;
+  };
   std::vector<std::unique_ptr<PackReader>> packs_;
+  std::vector<Chosen> chosen_;
   Workbench bench_;
 };
 
-/// What a first walk over the selection tells.
-struct Survey {
-  long Puzzles = 0;
-  int SmallestSize = kMaxSize;
-  int LargestSize = 0;
-  PackRecord First;
-};
-
-Survey SurveyOf(Selection& selection) {
-  Survey survey;
-  selection.ForEach([&](const PackReader&, long, const PackRecord& record) {
-    const int size = SizeOf(record.LevelSize);
-    if (survey.Puzzles++ == 0) survey.First = record;
-    survey.SmallestSize = std::min(survey.SmallestSize, size);
-    survey.LargestSize = std::max(survey.LargestSize, size);
-    return true;
-  });
-  return survey;
+std::string ChapterOf(int level) {
+  constexpr int kLevels = 5;
+  if (level > kLevels) return "Beyond the levels";
+  std::string text = "Level " + std::to_string(level) + "  ";
+  for (int star = 1; star <= kLevels; ++star) text += star <= level ? "\u2605" : "\u2606";
+  return text;
 }
 
-std::string SummaryOf(const Survey& survey, const BookOptions& options) {
-  std::string text = Counted(survey.Puzzles, "puzzle") + ", " + SizeText(survey.SmallestSize);
-  if (survey.LargestSize != survey.SmallestSize) text += " to " + SizeText(survey.LargestSize);
-  if (options.Levels) {
-    const auto [lowest, highest] = *options.Levels;
-    text += (lowest == highest ? ", level " : ", levels ") + std::to_string(lowest);
-    if (lowest != highest) text += " to " + std::to_string(highest);
-  }
+std::string SummaryOf(const std::vector<BookItem>& items) {
+  const auto [small, large] =
+      std::minmax_element(items.begin(), items.end(),
+                          [](const BookItem& one, const BookItem& other) { return one.Size < other.Size; });
+  std::string text = Counted(static_cast<long>(items.size()), "puzzle") + ", " + SizeText(small->Size);
+  if (large->Size != small->Size) text += " to " + SizeText(large->Size);
+  const int lowest = items.front().Level;
+  const int highest = items.back().Level;
+  if (highest > 5) return text;
+  text += (lowest == highest ? ", level " : ", levels ") + std::to_string(lowest);
+  if (lowest != highest) text += " to " + std::to_string(highest);
   return text;
+}
+
+std::vector<ContentsLine> ContentsOf(const std::vector<BookItem>& items, bool solutions) {
+  std::vector<ContentsLine> lines{{"How to solve", {}, BookWriter::kRulesPage}};
+  for (std::size_t first = 0; first < items.size();) {
+    std::size_t last = first;
+    while (last + 1 < items.size() && items[last + 1].Level == items[first].Level) ++last;
+    std::string facts = last == first ? "Puzzle " : "Puzzles ";
+    facts += std::to_string(first + 1);
+    if (last != first) facts += " to " + std::to_string(last + 1);
+    facts += ", " + SizeText(items[first].Size);
+    if (items[last].Size != items[first].Size) facts += " to " + SizeText(items[last].Size);
+    lines.push_back({ChapterOf(items[first].Level), facts, items[first].Page});
+    first = last + 1;
+  }
+  if (solutions) lines.push_back({"Solutions", {}, items.front().SolutionPage});
+  return lines;
+}
+
+/// Where the reader of a puzzle finds its solution.
+std::string SolutionNote(const BookItem& item, SolutionPlace place) {
+  if (place == SolutionPlace::None) return {};
+  const std::string text = "solution on page " + std::to_string(item.SolutionPage);
+  return place == SolutionPlace::Back ? text : text + " of the solutions";
 }
 
 std::string SolutionsName(const std::string& output) {
@@ -162,53 +215,57 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
     throw InputError(output + ": a book is a PDF; a picture is one puzzle, PACK NUMBER");
   RequireNoInput(output, options.Packs);
   if (options.Solutions == SolutionPlace::Separate) RequireNoInput(SolutionsName(output), options.Packs);
-  const BookLayout layout{CheckedPaper(options.Paper), options.PerPage};
+  const BookLayout layout{CheckedPaper(options.Paper), options.PerPage, options.Duplex};
   Selection selection(options);
-  const Survey survey = SurveyOf(selection);
-  if (survey.Puzzles == 0) throw InputError("there is no such puzzle to print");
-  CheckPaper(layout, survey.LargestSize);
+  std::vector<BookItem> items = selection.Items();
+  if (items.empty()) throw InputError("there is no such puzzle to print");
+  int largest = 0;
+  for (const BookItem& item : items) largest = std::max(largest, item.Size);
+  CheckPaper(layout, largest);
+  const bool back = options.Solutions == SolutionPlace::Back;
+  const int behind = PlacePuzzles(items, layout, BookWriter::kFirstPuzzlePage);
+  PlaceSolutions(items, layout, back ? behind : 1);
 
-  const BoardPainter painter(LookOf(options.Drawing));
+  const BoardPainter painter(LookOf(options.Drawing, PictureFormat::Pdf));
   Canvas canvas(output, PictureFormat::Pdf, layout.Paper, options.Title, OverwriteOf(options.Drawing));
   BookWriter book(canvas, painter, layout);
-  book.TitlePage({options.Title, SummaryOf(survey, options)}, PuzzlePicture(survey.First));
-  Workbench bench;
-  ProgressLine progress(terminal, survey.Puzzles);
-  selection.ForEach([&](const PackReader& pack, long number, const PackRecord& record) {
-    book.Puzzle(
-        {PuzzlePicture(record), selection.NameOf(pack, number), FactsText(FactsOf(bench.main, record))});
+  book.TitlePage({options.Title, SummaryOf(items)}, PuzzlePicture(selection.Read(0)));
+  book.RulesPage();
+  book.ContentsPage(ContentsOf(items, back));
+  ProgressLine progress(terminal, static_cast<long>(items.size()));
+  for (std::size_t place = 0; place < items.size() && !stop; ++place) {
+    const PackRecord record = selection.Read(place);
+    const BookItem& item = items[place];
+    book.Puzzle(item, {PuzzlePicture(record), std::to_string(place + 1), selection.FactsOfPuzzle(record),
+                       ChapterOf(item.Level), SolutionNote(item, options.Solutions)});
     progress.Step();
-    return !stop;
-  });
-  const auto drawSolutions = [&](BookWriter& to, const std::string& heading) {
-    to.BeginSolutions(heading);
-    selection.ForEach([&](const PackReader& pack, long number, const PackRecord& record) {
-      to.Solution(record, selection.NameOf(pack, number));
-      return !stop;
-    });
-    to.Finish();
-  };
-  if (options.Solutions == SolutionPlace::Back) {
-    drawSolutions(book, "Solutions");
-  } else {
-    book.Finish();
   }
+  const auto drawSolutions = [&](BookWriter& to, const std::string& heading) {
+    for (std::size_t place = 0; place < items.size() && !stop; ++place) {
+      to.Solution(items[place], selection.Read(place), std::to_string(place + 1), selection.SourceOf(place),
+                  heading);
+    }
+  };
+  if (back) drawSolutions(book, "Solutions");
+  book.Finish();
   if (options.Solutions == SolutionPlace::Separate) {
     const std::string title = options.Title + ": solutions";
     Canvas apart(SolutionsName(output), PictureFormat::Pdf, layout.Paper, title,
                  OverwriteOf(options.Drawing));
     BookWriter pages(apart, painter, layout);
     drawSolutions(pages, title);
+    pages.Finish();
     // On a full disk neither is there.
     if (!stop) canvas.Finish();
     if (!stop) apart.Close();
   }
   if (stop) return ExitStatus::Interrupted;
   canvas.Close();
+  WarnOfSmallType(canvas, terminal);
   return ExitStatus::Done;
 }
 
-ExitStatus PrintPicture(const PictureOptions& options, Terminal&) {
+ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal) {
   const PictureFormat format = FormatOf(options.Drawing.Output);
   RequireNoInput(options.Drawing.Output, {options.Pack});
   const PackRecord record = PackReader(options.Pack).Read(options.Number);
@@ -223,16 +280,17 @@ ExitStatus PrintPicture(const PictureOptions& options, Terminal&) {
       picture.Fields[cell] = bench.main.Board[cell];
     }
   }
-  const BoardPainter painter(LookOf(options.Drawing));
+  const BoardPainter painter(LookOf(options.Drawing, format));
   if (format == PictureFormat::Pdf) {
     const BookLayout layout{CheckedPaper(options.Paper), 1};
     CheckPaper(layout, picture.Size);
     Canvas canvas(options.Drawing.Output, format, layout.Paper, "Bivouac " + name,
                   OverwriteOf(options.Drawing));
     BookWriter page(canvas, painter, layout);
-    page.Puzzle({picture, name, facts});
+    page.Puzzle({.Size = picture.Size, .Page = 1}, {picture, name, facts, {}, {}});
     page.Finish();
     canvas.Close();
+    WarnOfSmallType(canvas, terminal);
     return ExitStatus::Done;
   }
   // A caption below the board, of the height of a clue.
@@ -257,7 +315,7 @@ void AddPrint(CLI::App& app, Command& chosen) {
     std::string Solutions = "back";
   };
   const auto input = std::make_shared<Input>();
-  CLI::App* print = app.add_subcommand("print", "A book of puzzles, or a picture of one");
+  CLI::App* print = app.add_subcommand("print", kPrintHelp);
   print->add_option("PACK", input->Book.Packs, "The packs; for a picture, a pack and a number")->required();
   AddDrawingOptions(*print, input->Book.Drawing);
   print->get_option("--output")->required();
@@ -268,14 +326,17 @@ void AddPrint(CLI::App& app, Command& chosen) {
           ->check(CLI::IsMember({1, 2, 4, 6})),
       print->add_option("--solutions", input->Solutions, "none, back or separate (a file of their own)")
           ->check(CLI::IsMember({"none", "back", "separate"})),
+      print->add_flag("--duplex", input->Book.Duplex,
+                      "Margins for two sides of a sheet, wider where it is bound"),
       print->add_option("--title", input->Book.Title, "Title of the book")};
-  print->add_option("--paper", input->Book.Paper, "a4, a5, a6, letter or millimetres such as 148x210");
+  CLI::Option* paper =
+      print->add_option("--paper", input->Book.Paper, "a4, a5, a6, letter or millimetres such as 148x210");
   const std::vector<CLI::Option*> ofPictures = {
       print->add_option("--width", input->Picture.Width, "Pixels of an SVG or PNG")
           ->check(CLI::Range(64, 16384)),
       print->add_option("--board", input->Picture.Board, "Digits of a position, one a cell"),
       print->add_flag("--solution", input->Picture.Solution, "The solution instead of the puzzle")};
-  print->callback([input, print, ofBooks, ofPictures, &chosen] {
+  print->callback([input, print, paper, ofBooks, ofPictures, &chosen] {
     const auto refuse = [](const std::vector<CLI::Option*>& options, const std::string& words) {
       for (const CLI::Option* option : options) {
         if (option->count() != 0) throw CLI::ValidationError(option->get_name(), words);
@@ -285,6 +346,9 @@ void AddPrint(CLI::App& app, Command& chosen) {
     if (packs.size() == 2 && IsNumber(packs[1])) {
       refuse(ofBooks, "a picture of one puzzle takes no such option");
       RefuseEmpty(*print, "--board", "no digits");
+      const bool pdf = FormatOfName(input->Book.Drawing.Output) == PictureFormat::Pdf;
+      if (pdf) refuse({ofPictures.front()}, "a PDF has the width of its paper");
+      if (!pdf) refuse({paper}, "only a PDF has paper");
       input->Picture.Pack = packs[0];
       input->Picture.Number = std::stol(packs[1]);
       input->Picture.Paper = input->Book.Paper;
@@ -295,6 +359,8 @@ void AddPrint(CLI::App& app, Command& chosen) {
       return;
     }
     refuse(ofPictures, "only a picture of one puzzle, PACK NUMBER, takes it");
+    RefuseEmpty(*print, "--numbers", "no numbers");
+    RefuseEmpty(*print, "--level", "no level");
     if (!input->Numbers.empty()) input->Book.Numbers = ReadNumbers(input->Numbers);
     if (!input->Levels.empty()) input->Book.Levels = LevelsOf(input->Levels);
     input->Book.Solutions = input->Solutions == "none"   ? SolutionPlace::None

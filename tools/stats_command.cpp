@@ -170,8 +170,9 @@ void AddStats(CLI::App& app, Command& chosen) {
   stats->add_option("PACK", options->Packs, "The packs")->required();
   stats->add_flag_callback(
       "--tsv", [options] { options->Output = Format::Table; }, "Write a table, separated by tabs");
-  stats->add_option("-o,--output", options->Drawing.Output, "A plot to write: an SVG, PDF or PNG");
-  stats->add_flag("--force", options->Drawing.Force, "Overwrite the plot");
+  CLI::Option* output =
+      stats->add_option("-o,--output", options->Drawing.Output, "A plot to write: an SVG, PDF or PNG");
+  stats->add_flag("--force", options->Drawing.Force, "Overwrite the plot")->needs(output);
   stats->callback([options, stats, &chosen] {
     RefuseEmpty(*stats, "--output", "no name");
     chosen = [options](Terminal& terminal) { return StatsOfPacks(*options, WatchForInterrupts(), terminal); };
