@@ -17,17 +17,18 @@ std::string DamageOf(const PackRecord& record) {
   for (int cell = 0; cell < size * size; ++cell) {
     const int code = record.Layout[cell];
     if (code < CELL_OPEN || code > CELL_TREE)
-      return "the code " + std::to_string(code) + " in Layout[" + std::to_string(cell) + ']';
+      return "the code " + std::to_string(code) + " in r" + std::to_string(cell / size + 1) + 'c' +
+             std::to_string(cell % size + 1);
   }
-  const auto damagedClue = [&](const char* field, const FixedArray<std::int16_t, kMaxSize>& clues) {
+  const auto damagedClue = [&](const char* kind, const FixedArray<std::int16_t, kMaxSize>& clues) {
     for (int line = 0; line < size; ++line) {
       if (clues[line] < 0 || clues[line] > size)
-        return "the clue " + std::to_string(clues[line]) + " in " + field + '[' + std::to_string(line) + ']';
+        return "the clue " + std::to_string(clues[line]) + " of " + kind + ' ' + std::to_string(line + 1);
     }
     return std::string();
   };
-  const std::string rows = damagedClue("RowCounts", record.RowCounts);
-  return rows.empty() ? damagedClue("ColCounts", record.ColCounts) : rows;
+  const std::string rows = damagedClue("row", record.RowCounts);
+  return rows.empty() ? damagedClue("column", record.ColCounts) : rows;
 }
 
 RecordFile<PackRecord> Open(const std::string& path) {

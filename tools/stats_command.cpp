@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <ostream>
 
 #include "game/text.h"
@@ -38,19 +40,28 @@ struct LevelRow {
   long Puzzles;
   Spread Difficulty;
   Spread Tents;
-  Spread Hints;
-  Spread Seconds;
+  std::optional<Spread> Hints;  // Of the puzzles that hints finish; none if they finish none.
+  std::optional<Spread> Seconds;
   long Unfinished;  // By hints.
 };
 
 /// Requires: there is a puzzle.
 LevelRow RowOf(const std::vector<const PuzzleStats*>& puzzles) {
-  return {static_cast<long>(puzzles.size()),
-          SpreadOf(puzzles, [](const PuzzleStats& p) { return static_cast<double>(p.Difficulty); }),
-          SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Tents; }),
-          SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Hints; }),
-          SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Seconds; }),
-          std::count_if(puzzles.begin(), puzzles.end(), [](const PuzzleStats* p) { return !p->Finished; })};
+  LevelRow row{
+      .Puzzles = static_cast<long>(puzzles.size()),
+      .Difficulty = SpreadOf(puzzles, [](const PuzzleStats& p) { return static_cast<double>(p.Difficulty); }),
+      .Tents = SpreadOf(puzzles, [](const PuzzleStats& p) { return p.Tents; }),
+      .Hints = {},
+      .Seconds = {},
+      .Unfinished = 0};
+  std::vector<const PuzzleStats*> finished;
+  std::copy_if(puzzles.begin(), puzzles.end(), std::back_inserter(finished),
+               [](const PuzzleStats* p) { return p->Finished; });
+  row.Unfinished = row.Puzzles - static_cast<long>(finished.size());
+  if (finished.empty()) return row;
+  row.Hints = SpreadOf(finished, [](const PuzzleStats& p) { return p.Hints; });
+  row.Seconds = SpreadOf(finished, [](const PuzzleStats& p) { return p.Seconds; });
+  return row;
 }
 
 /// Calls visit(level, row) for the levels of the pack that have puzzles.
@@ -65,19 +76,31 @@ void ForEachLevel(const PackStats::Pack& pack, Visit visit) {
   }
 }
 
+/// Least, median and most, each as wide; the median and where asked all of them with decimals.
+std::string Columns(const std::optional<Spread>& spread, int decimals) {
+  char text[80];
+  if (spread) {
+    std::snprintf(text, sizeof text, "  %6.*f%7.*f%6.*f", decimals, spread->Least, std::max(decimals, 1),
+                  spread->Median, decimals, spread->Most);
+  } else {
+    std::snprintf(text, sizeof text, "  %6s%7s%6s", "-", "-", "-");
+  }
+  return text;
+}
+
 void WriteLevels(const PackStats::Pack& pack, std::ostream& out) {
   out << pack.Name << ", " << Counted(static_cast<long>(pack.Puzzles.size()), "puzzle")
-      << "\nlevel  puzzles      difficulty           tents          hints      seconds of hints  "
-         "unfinished\n";
+      << "\n                difficulty           tents                hints                seconds of hints\n"
+         "level  puzzles";
+  for (int group = 0; group < 4; ++group) out << "   least median  most";
+  out << "  unfinished\n";
   ForEachLevel(pack, [&](int level, const LevelRow& row) {
-    char text[200];
-    std::snprintf(
-        text, sizeof text,
-        "%5s %8ld  %5.2f %5.2f %5.2f  %3.0f %5.1f %3.0f  %3.0f %5.1f %3.0f  %5.0f %6.1f %5.0f  %10ld\n",
-        level < 1 ? "none" : std::to_string(level).c_str(), row.Puzzles, row.Difficulty.Least,
-        row.Difficulty.Median, row.Difficulty.Most, row.Tents.Least, row.Tents.Median, row.Tents.Most,
-        row.Hints.Least, row.Hints.Median, row.Hints.Most, row.Seconds.Least, row.Seconds.Median,
-        row.Seconds.Most, row.Unfinished);
+    char text[40];
+    std::snprintf(text, sizeof text, "%5s %8ld", level < 1 ? "none" : std::to_string(level).c_str(),
+                  row.Puzzles);
+    out << text << Columns(row.Difficulty, 2) << Columns(row.Tents, 0) << Columns(row.Hints, 0)
+        << Columns(row.Seconds, 0);
+    std::snprintf(text, sizeof text, "%12ld\n", row.Unfinished);
     out << text;
   });
   out << '\n';
@@ -85,11 +108,11 @@ void WriteLevels(const PackStats::Pack& pack, std::ostream& out) {
 
 void WriteRules(const PackStats& stats, std::ostream& out) {
   out << "Share of the puzzles of a level whose way by hints needs a rule\n"
-         "rule               level 1      2      3      4      5\n";
+         "rule                               level 1      2      3      4      5\n";
   const std::span<const HintRule> rules = HintRules();
   for (std::size_t rule = 0; rule < rules.size(); ++rule) {
     char text[40];
-    std::snprintf(text, sizeof text, "%-18s", std::string(rules[rule].Name).c_str());
+    std::snprintf(text, sizeof text, "%-34s", std::string(rules[rule].Title).c_str());
     out << text;
     for (int level = 1; level <= 5; ++level) {
       const long count = stats.Count(level);
@@ -110,7 +133,12 @@ void WriteTable(const PackStats& stats, std::ostream& out) {
   for (const PackStats::Pack& pack : stats.Packs) {
     ForEachLevel(pack, [&](int level, const LevelRow& row) {
       out << "level\t" << pack.Name << '\t' << level << '\t' << row.Puzzles;
-      for (const Spread* spread : {&row.Difficulty, &row.Tents, &row.Hints, &row.Seconds}) {
+      for (const std::optional<Spread>& spread :
+           {std::optional(row.Difficulty), std::optional(row.Tents), row.Hints, row.Seconds}) {
+        if (!spread) {
+          out << "\t-\t-\t-";
+          continue;
+        }
         for (const double value : {spread->Least, spread->Median, spread->Most}) {
           char text[40];
           std::snprintf(text, sizeof text, "\t%.9g", value);

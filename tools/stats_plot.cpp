@@ -34,7 +34,37 @@ std::string Short(double value) {
   return text;
 }
 
-/// Every puzzle as a dot: seconds of hints to the right, difficulty upward.
+/// A level's form: filled and open circle, square, triangle, cross.
+void DrawForm(Canvas& canvas, int level, Point at, double radius) {
+  cairo_t* pen = canvas.Pen();
+  canvas.SetColour(kLevelColours[level - 1]);
+  cairo_set_line_width(pen, radius * 0.5);
+  cairo_new_path(pen);
+  switch (level) {
+    case 1:
+      cairo_arc(pen, at.X, at.Y, radius, 0, 6.2831853);
+      return cairo_fill(pen);
+    case 2:
+      cairo_arc(pen, at.X, at.Y, radius * 0.9, 0, 6.2831853);
+      return cairo_stroke(pen);
+    case 3:
+      cairo_rectangle(pen, at.X - radius * 0.9, at.Y - radius * 0.9, radius * 1.8, radius * 1.8);
+      return cairo_fill(pen);
+    case 4:
+      cairo_move_to(pen, at.X, at.Y - radius * 1.3);
+      cairo_line_to(pen, at.X + radius * 1.2, at.Y + radius);
+      cairo_line_to(pen, at.X - radius * 1.2, at.Y + radius);
+      return cairo_fill(pen);
+    default:
+      for (const double side : {-radius, radius}) {
+        cairo_move_to(pen, at.X - side, at.Y - radius);
+        cairo_line_to(pen, at.X + side, at.Y + radius);
+      }
+      return cairo_stroke(pen);
+  }
+}
+
+/// Every puzzle that hints finish as its level's form: seconds of hints to the right, difficulty upward.
 void PlotPuzzles(Canvas& canvas, const Box& box, const PackStats& stats) {
   double mostSeconds = 1;
   double mostDifficulty = 0.1;
@@ -63,18 +93,14 @@ void PlotPuzzles(Canvas& canvas, const Box& box, const PackStats& stats) {
   canvas.Text("seconds of hints", {box.X + box.Width / 2, box.Y + box.Height + 20}, kLabelCentre);
   canvas.Text("Difficulty", {box.X - 40, box.Y - 40}, kHeading);
   for (int level = 1; level <= 5; ++level) {
-    const Colour colour = kLevelColours[level - 1];
-    canvas.SetColour(colour);
     for (const PackStats::Pack& pack : stats.Packs) {
       for (const PuzzleStats& puzzle : pack.Puzzles) {
-        if (puzzle.Level != level) continue;
-        const Point at = place(puzzle.Seconds, static_cast<double>(puzzle.Difficulty));
-        cairo_arc(canvas.Pen(), at.X, at.Y, 2.2, 0, 6.2831853);
-        cairo_fill(canvas.Pen());
+        if (puzzle.Level == level && puzzle.Finished)
+          DrawForm(canvas, level, place(puzzle.Seconds, static_cast<double>(puzzle.Difficulty)), 2.6);
       }
     }
     const double x = box.X + 70 * level - 10;
-    canvas.Fill({x, box.Y - 34, 10, 10}, colour);
+    DrawForm(canvas, level, {x + 5, box.Y - 29}, 5);
     canvas.Text("level " + std::to_string(level), {x + 14, box.Y - 36}, kLabel);
   }
 }
@@ -93,7 +119,10 @@ void PlotLevels(Canvas& canvas, const Box& box, const PackStats& stats) {
       const auto count = std::count_if(pack.Puzzles.begin(), pack.Puzzles.end(),
                                        [&](const PuzzleStats& puzzle) { return puzzle.Level == level; });
       const double width = (box.Width - 110) * static_cast<double>(count) / static_cast<double>(most);
-      canvas.Fill({x, y + bar * 0.1, width, bar * 0.8}, kLevelColours[level - 1]);
+      const Box part{x, y + bar * 0.1, width, bar * 0.8};
+      canvas.Fill(part, kLevelColours[level - 1]);
+      if (bar >= 11 && width >= 8)
+        canvas.TextInBox(std::to_string(level), part, {.Size = 9, .Ink = level >= 4 ? kWhite : kBlack});
       x += width;
     }
     canvas.Text(std::to_string(pack.Puzzles.size()), {x + 6, y + (bar - 15) / 2}, kLabel);
@@ -113,7 +142,7 @@ void PlotRules(Canvas& canvas, const Box& box, const PackStats& stats) {
   }
   for (std::size_t rule = 0; rule < rules.size(); ++rule) {
     const double y = box.Y + height * static_cast<double>(rule);
-    canvas.Text(std::string(rules[rule].Name), {left - 8, y + (height - 14) / 2}, kLabelRight);
+    canvas.Text(std::string(rules[rule].Title), {left - 8, y + (height - 14) / 2}, kLabelRight);
     for (int level = 1; level <= 5; ++level) {
       const long count = stats.Count(level);
       if (count == 0) continue;
@@ -149,9 +178,13 @@ void PlotStats(const DrawingOptions& options, const PackStats& stats, const std:
   Canvas canvas(options.Output, FormatOf(options), {1000, 780}, "Packs of Bivouac",
                 options.Force ? Overwrite::Yes : Overwrite::No);
   canvas.Fill({0, 0, 1000, 780}, kWhite);
+  canvas.BeginFigure(
+      "Difficulty and seconds of hints, puzzles by pack and level, and the rules that hints need: the "
+      "numbers are those that the table of bivouac-packs stats tells.");
   PlotPuzzles(canvas, {70, 70, 420, 290}, stats);
   PlotLevels(canvas, {70, 470, 420, 286}, stats);
   PlotRules(canvas, {570, 70, 400, 660}, stats);
+  canvas.EndTag("Figure");
   canvas.Finish();
   if (mayKeep()) canvas.Close();
 }
