@@ -1,24 +1,25 @@
 # The Debian packages that Bivouac needs, and their installation. Sourced by the commands at the root.
 
+# What draws: the guide's pictures, and the pack maker.
+DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev libqpdf-dev)
 PLAY_PACKAGES=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev libgl-dev libfontconfig-dev libpng-dev libopenal-dev libsndfile1-dev
   fonts-dejavu-core
+  "${DRAWING_PACKAGES[@]}" cmark
 )
 DISPLAY_PACKAGES=(xvfb xauth)
-# What the pack maker draws with.
-DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev libqpdf-dev)
 CHECK_PACKAGES=(
-  "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}"
+  "${PLAY_PACKAGES[@]}"
   git
   libgtest-dev libcli11-dev libbenchmark-dev libxcb-damage0-dev
-  poppler-utils qpdf cmark tidy
+  poppler-utils qpdf tidy
   desktop-file-utils appstream mandoc weston qt6-wayland
 )
 # Of one version, so that everybody's code is held to the same: not every release of Debian has it.
 LINT_PACKAGES=(clang-format-14 clang-tidy-14)
 PACKAGE_PACKAGES=(
-  "${PLAY_PACKAGES[@]}" "${DRAWING_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}" cmark
+  "${PLAY_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
   debhelper dpkg-dev lintian libcli11-dev
   openbox xdotool imagemagick
 )

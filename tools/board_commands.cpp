@@ -15,6 +15,7 @@
 #include "tools/board_text.h"
 #include "tools/commands.h"
 #include "walks/explanation.h"
+#include "walks/solution_walk.h"
 #include "workbench/position.h"
 #include "workbench/workbench.h"
 
@@ -96,6 +97,8 @@ void WriteHintInWords(const Main& main, const Hint& hint, Terminal& terminal) {
   }
   terminal.Out << hint.Text << '\n';
   if (hint.Seconds > 0) terminal.Out << hint.Seconds << " seconds\n";
+  if (const HintCase* which = HintCaseOf(hint.Text))
+    terminal.Out << which->Rule->Title << ", " << GuidePlaceOf(*which) << " of the guide\n";
 }
 
 }  // namespace

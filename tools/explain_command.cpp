@@ -70,7 +70,7 @@ void WriteWords(SolutionWalk& walk, const Main& main, Terminal& terminal) {
   const auto writeStep = [&](const std::string& title) {
     const FoundHint& hint = walk.Hint();
     out << '\n'
-        << title << ": " << hint.Rule->Name << ", " << Counted(hint.Rule->Seconds, "second") << "\n  "
+        << title << ": " << hint.Rule->Title << ", " << Counted(hint.Rule->Seconds, "second") << "\n  "
         << SentenceOf(hint) << '\n';
     if (!walk.Changes().empty()) out << "  " << ChangesText(main, walk.Changes()) << '\n';
     if (terminal.Colour) DrawBoard(main, Touched(hint, main), terminal);
@@ -92,7 +92,7 @@ void WriteWords(SolutionWalk& walk, const Main& main, Terminal& terminal) {
   for (const HintRule& rule : HintRules()) {
     const int times = tally.TimesOf(rule);
     if (times == 0) continue;
-    out << std::setw(5) << times << "  " << std::left << std::setw(18) << rule.Name << std::right
+    out << std::setw(5) << times << "  " << std::left << std::setw(34) << rule.Title << std::right
         << std::setw(5) << times * rule.Seconds << " seconds\n";
   }
   out << SumText(tally) << '\n';

@@ -48,7 +48,7 @@ class Blocks {
       const int times = tally.TimesOf(rule);
       if (times == 0) continue;
       canvas_.Text(std::to_string(times), {kMargin + 24, at}, {.Size = 9, .Align = Alignment::Right});
-      canvas_.Text(std::string(rule.Name), {kMargin + 36, at}, {.Size = 9});
+      canvas_.Text(std::string(rule.Title), {kMargin + 36, at}, {.Size = 9});
       at += canvas_.Text(Counted(static_cast<long>(times) * rule.Seconds, "second"), {kMargin + 240, at},
                          {.Size = 9, .Align = Alignment::Right});
     }
@@ -96,7 +96,7 @@ ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal&) {
   WayTally tally;
   const auto addStep = [&](const std::string& title) {
     const FoundHint& hint = walk.Hint();
-    blocks.Add(HintPicture(main, hint, walk.Changes()), title + ": " + std::string(hint.Rule->Name),
+    blocks.Add(HintPicture(main, hint, walk.Changes()), title + ": " + std::string(hint.Rule->Title),
                {SentenceOf(hint), ChangesText(main, walk.Changes()),
                 "Stage " + std::to_string(hint.Rule->Stage) + ", " + Counted(hint.Rule->Seconds, "second")});
   };

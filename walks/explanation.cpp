@@ -78,7 +78,7 @@ const HintRule* WayTally::Hardest() const {
 std::string SumText(const WayTally& tally) {
   std::string text = Counted(tally.Steps(), "step") + ", " + Counted(tally.Seconds(), "second") + " of hints";
   if (const HintRule* hardest = tally.Hardest()) {
-    text += "; the hardest: " + std::string(hardest->Name) + " (stage " + std::to_string(hardest->Stage) +
+    text += "; the hardest: " + std::string(hardest->Title) + " (stage " + std::to_string(hardest->Stage) +
             ", " + Counted(hardest->Seconds, "second") + ')';
   }
   return text;

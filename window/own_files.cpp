@@ -26,8 +26,9 @@ std::string OwnModule(const std::string& name) {
 
 std::string OwnGuide() {
   const QDir program(QCoreApplication::applicationDirPath());
-  const QString page = program.filePath(QStringLiteral(BIVOUAC_GUIDE_FROM_PROGRAM "/index.html"));
-  return QFile::encodeName(QDir::cleanPath(page)).toStdString();
+  QString folder = program.filePath(QStringLiteral(BIVOUAC_GUIDE_FROM_PROGRAM));
+  if (!QDir(folder).exists()) folder = program.filePath(QStringLiteral("guide"));  // Not installed.
+  return QFile::encodeName(QDir::cleanPath(folder)).toStdString() + '/';
 }
 
 }  // namespace bivouac

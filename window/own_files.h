@@ -13,7 +13,8 @@ std::string OwnFolder();
 /// Requires: a QCoreApplication.
 std::string OwnModule(const std::string& name);
 
-/// The first page of the guide, which only an installed program has. Requires: a QCoreApplication.
+/// The folder of the guide, with the separator at its end, whether there is one or not: an installed program
+/// has it, and one that ./play built. Requires: a QCoreApplication.
 std::string OwnGuide();
 
 }  // namespace bivouac
