@@ -21,13 +21,6 @@ bool IsSize(int size) {
   return size >= kMinSize && size <= kMaxSize;
 }
 
-/// The size that the records must have; 0 if nothing says so.
-int SizeOfPack(const std::string& name, const PackContent& content) {
-  if (const int named = SizeInName(name); named != 0) return named;
-  const int size = content.Records.empty() ? 0 : SizeOf(content.Records.front().LevelSize);
-  return IsSize(size) ? size : 0;
-}
-
 /// Looks through one record and collects what is wrong with it.
 class Inspection {
  public:
@@ -158,6 +151,12 @@ class Inspection {
 };
 
 }  // namespace
+
+int SizeOfPack(const std::string& name, const PackContent& content) {
+  if (const int named = SizeInName(name); named != 0) return named;
+  const int size = content.Records.empty() ? 0 : SizeOf(content.Records.front().LevelSize);
+  return IsSize(size) ? size : 0;
+}
 
 std::vector<Fault> FaultsOf(const std::string& name, const PackContent& content, Main& main) {
   std::vector<Fault> faults;

@@ -15,6 +15,9 @@ struct Fault {
   std::string Words;
 };
 
+/// The size that the records of a pack must have; 0 if neither its name nor its first record says so.
+int SizeOfPack(const std::string& name, const PackContent& content);
+
 /// Every fault of a pack, in the order of the file. A name such as "BVPack06.bvq" says what size its records
 /// must have; with any other name, the first record does. `main` is a workbench: its board is overwritten.
 std::vector<Fault> FaultsOf(const std::string& name, const PackContent& content, Main& main);

@@ -40,24 +40,22 @@ void AppendPersonal(PersonalFile& file, const PersonalRecord& record) {
 }
 
 /// Writes a record at its place, where no other program has put a better time of the puzzle, or another
-/// puzzle, by now. Requires: a turn.
+/// puzzle, by now.
 void WritePersonal(PersonalFile& file, int place, const PersonalRecord& own) {
+  const Turn turn(file);
   PersonalRecord present;
   if (place != 0 && place <= file.Counts().Whole) file.Read(place, present);
   const bool isFree = present == PersonalRecord{};
   if (place == 0 || (!isFree && KeyOf(present) != KeyOf(own))) return AppendPersonal(file, own);
-  const int elapsed = own.PersonalMinutes * 60 + own.PersonalSeconds;
-  if (isFree || Beats(elapsed, present.PersonalMinutes, present.PersonalSeconds)) file.Write(place, own);
+  if (Beats(own.PersonalMinutes * 60 + own.PersonalSeconds, present.PersonalMinutes, present.PersonalSeconds))
+    file.Write(place, own);
 }
 
 void SavePersonal(Main& main) {
   const Global& global = main.global;
   const bool kept = IgnoringFileErrors([&] {
     PersonalFile file(PersonalPath(global, global.CurrentPlayer), Access::Create);
-    {
-      const Turn turn(file);
-      WritePersonal(file, global.PersonalPos, global.PersonalRec);
-    }
+    WritePersonal(file, global.PersonalPos, global.PersonalRec);
     file.Sync();
   });
   if (!kept && main.LostTimes == Loss::None) main.LostTimes = Loss::Untold;

@@ -23,28 +23,19 @@ int WriteAllAt(int descriptor, std::uintmax_t offset, std::span<const std::uint8
   return 0;
 }
 
-LockAnswer TryToLock(int descriptor) {
+LockAnswer SetLock(int descriptor, bool taken) {
 #ifdef F_OFD_SETLK
   struct flock range {};
-  range.l_type = F_WRLCK;
+  range.l_type = taken ? F_WRLCK : F_UNLCK;
   range.l_whence = SEEK_SET;
   if (Repeating([&] { return fcntl(descriptor, F_OFD_SETLK, &range); }) == 0) return LockAnswer::Done;
   if (errno == EAGAIN || errno == EACCES) return LockAnswer::Busy;
   // A folder has the lock of the whole file alone, as all files have on other platforms.
   if (errno != EINVAL && errno != EBADF) return LockAnswer::NotHere;
 #endif
-  if (Repeating([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) == 0) return LockAnswer::Done;
+  const int operation = taken ? LOCK_EX | LOCK_NB : LOCK_UN;
+  if (Repeating([&] { return flock(descriptor, operation); }) == 0) return LockAnswer::Done;
   return errno == EWOULDBLOCK ? LockAnswer::Busy : LockAnswer::NotHere;
-}
-
-void Unlock(int descriptor) {
-#ifdef F_OFD_SETLK
-  struct flock range {};
-  range.l_type = F_UNLCK;
-  range.l_whence = SEEK_SET;
-  if (fcntl(descriptor, F_OFD_SETLK, &range) == 0) return;
-#endif
-  flock(descriptor, LOCK_UN);
 }
 
 int SyncDescriptor(int descriptor) {

@@ -48,9 +48,8 @@ auto Repeating(Call call) {
 int WriteAllAt(int descriptor, std::uintmax_t offset, std::span<const std::uint8_t> bytes);
 
 enum class LockAnswer { Done, Busy, NotHere };
-/// The lock of the open file or folder, which dies with it.
-LockAnswer TryToLock(int descriptor);
-void Unlock(int descriptor);
+/// Takes the lock of the open file or folder, or gives it back; it dies with the descriptor.
+LockAnswer SetLock(int descriptor, bool taken);
 
 /// Returns 0 when what was written has reached the disk, or the platform's number for what failed. What
 /// cannot be synced at all counts as synced.

@@ -1,6 +1,7 @@
 #include "storage/players.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "game/settings.h"
 #include "game/text.h"
@@ -80,23 +81,27 @@ void Tell(FormNamen& form, const std::string& title, const std::string& text) {
   form.main.desktop.Show(MessageBox{.Title = title, .Text = text, .Symbol = BoxSymbol::Information});
 }
 
-/// Takes in what other programs have changed in the list since it was read. Players are never removed: fewer
-/// than are known are a damaged setting, and so is a number that is none.
-void ReadPlayersAgain(FormNamen& form) {
+/// Reads the names of all players. A name that is known already keeps its text in the list.
+void ReadNames(FormNamen& form) {
   Global& global = form.main.global;
-  Desktop& desktop = form.main.desktop;
-  const double count = LeadingNumber(desktop.GetSetting("Players", "Count", "0"));
-  if (!(count >= std::max(global.PlayerCount, 1) && count <= kMostPlayers)) return;
-  global.PlayerCount = static_cast<int>(count);
   global.Players.RedimPreserve(global.PlayerCount);
   form.NaamLijst.Items.resize(static_cast<std::size_t>(global.PlayerCount));
   for (int player = 1; player <= global.PlayerCount; ++player) {
     const std::string key = PlayerKey(player);
-    const std::string name = FixedName(desktop.GetSetting("Players", key, key));
-    if (name == global.Players[player].Name) continue;
-    global.Players[player].Name = name;
-    form.NaamLijst.Items[static_cast<std::size_t>(player) - 1] = name;
+    const std::string name = FixedName(form.main.desktop.GetSetting("Players", key, key));
+    if (std::exchange(global.Players[player].Name, name) != name)
+      form.NaamLijst.Items[static_cast<std::size_t>(player) - 1] = name;
   }
+}
+
+/// Takes in what other programs have changed in the list since it was read. Players are never removed: fewer
+/// than are known are a damaged setting, and so is a number that is none.
+void ReadPlayersAgain(FormNamen& form) {
+  int& known = form.main.global.PlayerCount;
+  const double count = LeadingNumber(form.main.desktop.GetSetting("Players", "Count", "0"));
+  if (!(count >= std::max(known, 1) && count <= kMostPlayers)) return;
+  known = static_cast<int>(count);
+  ReadNames(form);
 }
 
 /// True if a player other than the selected one has that very name.
@@ -108,7 +113,7 @@ bool IsNameTaken(const FormNamen& form, const std::string& name) {
   return false;
 }
 
-/// Gives the name to the selected player, or to a new one if none is selected.
+/// Gives the name to the selected player, or to a new one if none is selected, and saves it.
 void StoreName(FormNamen& form, const std::string& name) {
   Global& global = form.main.global;
   if (!HasSelection(form)) {
@@ -121,19 +126,7 @@ void StoreName(FormNamen& form, const std::string& name) {
     form.NaamLijst.Items[static_cast<std::size_t>(form.NaamLijst.ListIndex)] = name;
   }
   global.Players[SelectedPlayer(form)].Name = FixedName(name);
-}
-
-enum class Taking { Stored, NameIsTaken, NoRoom };
-
-/// Stores the name in the list as it is by now.
-Taking StoreInTurn(FormNamen& form, const std::string& name) {
-  const FolderTurn turn(form.main.global.DataDir);
-  ReadPlayersAgain(form);
-  if (IsNameTaken(form, name)) return Taking::NameIsTaken;
-  if (!HasSelection(form) && form.main.global.PlayerCount >= kMostPlayers) return Taking::NoRoom;
-  StoreName(form, name);
   SavePlayers(form.main);
-  return Taking::Stored;
 }
 
 void TellThereIsNoRoom(Main& main) {
@@ -152,18 +145,22 @@ void TakeName(FormNamen& form) {
                 "Come on, think very deeply, try to remember your own name.");
   }
   if (name.empty()) return Tell(form, "My name is Nobody", "If you want to stay unknown,\nuse a nick name.");
-  switch (StoreInTurn(form, name)) {
-    case Taking::NameIsTaken:
-      return Tell(form, "Oh no, not another " + name + " !!!",
-                  "Yeah yeah, I know there are more people having that name,\nbut " + name +
-                      " is allready in use.\nA unique name is required,\nso, use your imagination.");
-    case Taking::NoRoom:
-      EndEditing(form);
-      return TellThereIsNoRoom(form.main);
-    case Taking::Stored:
-      EndEditing(form);
-      TellOfLostSettings(form.main);
+  bool isTaken = false;
+  bool isFull = false;
+  {
+    const FolderTurn turn(form.main.global.DataDir);
+    ReadPlayersAgain(form);
+    isTaken = IsNameTaken(form, name);
+    isFull = !HasSelection(form) && form.main.global.PlayerCount >= kMostPlayers;
+    if (!isTaken && !isFull) StoreName(form, name);
   }
+  if (isTaken) {
+    return Tell(form, "Oh no, not another " + name + " !!!",
+                "Yeah yeah, I know there are more people having that name,\nbut " + name +
+                    " is allready in use.\nA unique name is required,\nso, use your imagination.");
+  }
+  EndEditing(form);
+  isFull ? TellThereIsNoRoom(form.main) : TellOfLostSettings(form.main);
 }
 
 }  // namespace
@@ -203,14 +200,7 @@ void Setup_Players(FormNamen& form) {
   global.PlayerCount = DependingOn(main, {"Players", "Count", "0 to " + std::to_string(kMostPlayers)}, [&] {
     return IntegerFromText(desktop.GetSetting("Players", "Count", "0"));
   });
-  if (global.PlayerCount >= 1) {
-    global.Players.Redim(global.PlayerCount);
-    for (int player = 1; player <= global.PlayerCount; ++player) {
-      const std::string key = PlayerKey(player);
-      global.Players[player].Name = FixedName(desktop.GetSetting("Players", key, key));
-      form.NaamLijst.Items.push_back(global.Players[player].Name);
-    }
-  }
+  if (global.PlayerCount >= 1) ReadNames(form);
   global.CurrentPlayer = DependingOn(main, LastPlayerSetting(global), [&] {
     return IntegerFromText(desktop.GetSetting("Players", "Last_Player", "0"));
   });

@@ -41,12 +41,6 @@ void Decode(std::span<const std::uint8_t> bytes, Record& record) {
   });
 }
 
-template <class Record>
-RecordCounts CountsOf(std::uintmax_t length) {
-  const double quotient = static_cast<double>(length) / sizeof(Record);
-  return {RoundHalfEven(quotient), static_cast<long>(length / sizeof(Record)), RoundHalfEven(quotient + 1)};
-}
-
 }  // namespace
 
 template <class Record>
@@ -130,7 +124,9 @@ void RecordFile<Record>::RemoveIfEmpty() {
 
 template <class Record>
 RecordCounts RecordFile<Record>::Counts() const {
-  return CountsOf<Record>(FinishedLength());
+  const std::uintmax_t length = FinishedLength();
+  const double quotient = static_cast<double>(length) / kBytes;
+  return {RoundHalfEven(quotient), static_cast<long>(length / kBytes), RoundHalfEven(quotient + 1)};
 }
 
 template <class Record>

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <random>
 #include <string_view>
 #include <sys/stat.h>
@@ -42,7 +43,7 @@ Replacement::Replacement(const std::string& path) : target_(BehindLinks(path)) {
       Repeating([&] { return open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFileMode); });
   // Without /proc it could not get a name.
   if (descriptor_ >= 0 && !FileExists(EntryOf(descriptor_))) close(std::exchange(descriptor_, -1));
-  if (descriptor_ >= 0) TryToLock(descriptor_);
+  if (descriptor_ >= 0) SetLock(descriptor_, true);
 #endif
   if (descriptor_ < 0) OpenHidden();
   struct stat old {};
@@ -67,7 +68,7 @@ void Replacement::OpenHidden() {
     if (descriptor_ < 0 && errno == EEXIST) continue;
     if (descriptor_ < 0) ThrowFileError(errno, target_);
     // Another program may have looked for left-overs just before the lock.
-    if (TryToLock(descriptor_) != LockAnswer::Busy && FileExists(hidden_)) return;
+    if (SetLock(descriptor_, true) != LockAnswer::Busy && FileExists(hidden_)) return;
     close(descriptor_);
     RemoveHidden();
   }
@@ -139,28 +140,21 @@ void RemoveLeftOvers(const std::string& folder) {
     const int descriptor =
         Repeating([&] { return open(entry.path().c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
     if (descriptor < 0) continue;
-    if (TryToLock(descriptor) == LockAnswer::Done) unlink(entry.path().c_str());
+    if (SetLock(descriptor, true) == LockAnswer::Done) unlink(entry.path().c_str());
     close(descriptor);
   }
 }
 
 void CopyWholeFile(const std::string& from, const std::string& to) {
   if (!FileExists(from)) ThrowFileError(ErrorNumber::FileNotFound, "file not found", from);
-  const int source = Repeating([&] { return open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
-  if (source < 0) ThrowFileError(errno, from);
-  struct Closer {
-    ~Closer() { close(Descriptor); }
-    int Descriptor;
-  };
-  const Closer closer{source};
+  std::ifstream source(from, std::ios::binary);
   Replacement copy(to);
   std::vector<std::uint8_t> block(kBlock);
-  for (;;) {
-    const ssize_t count = Repeating([&] { return read(source, block.data(), block.size()); });
-    if (count < 0) ThrowFileError(errno, from);
-    if (count == 0) break;
-    copy.Append(std::span<const std::uint8_t>(block).first(static_cast<std::size_t>(count)));
-  }
+  do {
+    source.read(reinterpret_cast<char*>(block.data()), static_cast<std::streamsize>(block.size()));
+    copy.Append(std::span<const std::uint8_t>(block).first(static_cast<std::size_t>(source.gcount())));
+  } while (source);
+  if (!source.eof()) ThrowFileError(EACCES, from);
   copy.Sync();
   copy.TakeFreePlace();
 }

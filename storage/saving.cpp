@@ -89,11 +89,7 @@ void Save_Puzzle(Main& main) {
   if (PackCount(main.global, main.BoardSize) >= main.PuzzleNo) {
     outcome = WriteInTurn(main, Access::Write, [&](RecordFile<PackRecord>& pack) {
       if (pack.Counts().Rounded < main.PuzzleNo) return false;
-      if (main.InPack) {
-        KeepBestTime(pack, main.PuzzleNo, puzzle);
-      } else {
-        pack.Write(main.PuzzleNo, puzzle);
-      }
+      main.InPack ? KeepBestTime(pack, main.PuzzleNo, puzzle) : pack.Write(main.PuzzleNo, puzzle);
       return true;
     });
   }

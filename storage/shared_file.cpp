@@ -23,13 +23,12 @@ constexpr auto kLongWait = 2s;
 LockAnswer WaitForLock(int descriptor, const std::string& path, const Patience& patience,
                        std::chrono::milliseconds& waited) {
   const auto start = steady_clock::now();
-  bool told = !patience.Tell;
   for (;;) {
-    const LockAnswer answer = TryToLock(descriptor);
+    const LockAnswer answer = SetLock(descriptor, true);
     const auto gone = steady_clock::now() - start;
     if (answer == LockAnswer::Busy && gone < patience.Most - waited) {
-      if (!told && gone >= kLongWait) patience.Tell(path + ": waiting for another program, which holds it");
-      told = told || gone >= kLongWait;
+      if (patience.Tell && gone >= kLongWait)
+        patience.Tell(path + ": waiting for another program, which holds it");
       std::this_thread::sleep_for(kBetweenTries);
       continue;
     }
@@ -165,7 +164,7 @@ Turn::Turn(SharedFile& file) : file_(file) {
 }
 
 Turn::~Turn() {
-  if (--file_.turns_ == 0) Unlock(file_.descriptor_);
+  if (--file_.turns_ == 0) SetLock(file_.descriptor_, false);
 }
 
 FolderTurn::FolderTurn(const std::string& folder)

@@ -21,9 +21,9 @@ enum class Access { Read, Write, Create };
 /// How long to wait for another program's turn, in all: a program that was halted in its turn costs this
 /// once.
 struct Patience {
-  std::chrono::milliseconds Most{100};                 ///< A window waits with it.
-  std::function<void(const std::string& words)> Tell;  ///< Called, if set, when a person should know: of a
-                                                       ///< long wait, of a file system without locks.
+  std::chrono::milliseconds Most{100};  ///< A window waits with it.
+  /// Called, if set, of a long wait and a file system without locks; the same words may come often.
+  std::function<void(const std::string& words)> Tell;
 };
 
 /// An open file, for RecordFile and Turn. All failures are RunTimeErrors that are file errors.

@@ -1,4 +1,3 @@
-#include <istream>
 #include <ostream>
 
 #include "game/puzzle_line.h"
@@ -6,6 +5,7 @@
 #include "generator/given_puzzle.h"
 #include "packs/pack_access.h"
 #include "tools/commands.h"
+#include "tools/input_lines.h"
 #include "workbench/workbench.h"
 
 namespace bivouac {
@@ -13,20 +13,16 @@ namespace bivouac {
 ExitStatus AddPuzzles(const std::string& pack, Terminal& terminal) {
   Workbench bench;
   std::vector<PackRecord> puzzles;
-  long number = 0;
-  for (std::string line; std::getline(terminal.In, line);) {
-    ++number;
-    try {
-      puzzles.push_back(CompletePuzzle(bench.main, ReadPuzzleLine(line)));
-      const int size = SizeOf(puzzles.front().LevelSize);
-      if (bench.main.BoardSize != size) throw InputError("the line before has another size");
-    } catch (const InputError& error) {
-      throw InputError("standard input, line " + std::to_string(number) + ": " + error.what());
-    }
-  }
+  ForEachInputLine(terminal.In, [&](const std::string& line) {
+    puzzles.push_back(CompletePuzzle(bench.main, ReadPuzzleLine(line)));
+    const int size = SizeOf(puzzles.front().LevelSize);
+    if (bench.main.BoardSize != size) throw InputError("the line before has another size");
+  });
   if (puzzles.empty()) throw InputError("standard input has no line");
-  PackAppender(pack, bench.main.BoardSize, PackAppender::Twins::Keep).Add(puzzles);
-  terminal.Err << Counted(number, "puzzle") << " added to " << OnOneLine(pack) << '\n';
+  PackAppender(pack, bench.main.BoardSize, PackAppender::Twins::Keep, LongPatience(terminal.Err))
+      .Add(puzzles);
+  terminal.Err << Counted(static_cast<long>(puzzles.size()), "puzzle") << " added to " << OnOneLine(pack)
+               << '\n';
   return ExitStatus::Done;
 }
 

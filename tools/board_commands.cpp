@@ -1,4 +1,3 @@
-#include <array>
 #include <charconv>
 #include <iomanip>
 #include <istream>
@@ -14,6 +13,7 @@
 #include "packs/pack_reader.h"
 #include "tools/board_text.h"
 #include "tools/commands.h"
+#include "tools/input_lines.h"
 #include "walks/explanation.h"
 #include "walks/solution_walk.h"
 #include "workbench/position.h"
@@ -21,8 +21,6 @@
 
 namespace bivouac {
 namespace {
-
-constexpr std::size_t kLongestLine = 8192;  // Of standard input; a position of size 18 takes some 750.
 
 struct Hint {
   const char* Outcome = "FAULT";  // FIND, WRONG, NONE or FAULT.
@@ -137,23 +135,10 @@ ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
 
 ExitStatus GiveHintsForInput(Terminal& terminal) {
   Workbench bench;
-  long number = 0;
-  std::array<char, kLongestLine> line;
-  while (terminal.In.getline(line.data(), line.size())) {
-    const auto length = static_cast<std::size_t>(terminal.In.gcount()) - (terminal.In.eof() ? 0 : 1);
-    ++number;
-    WrongFields wrongFields = WrongFields::Skip;
-    try {
-      wrongFields = LayPosition(bench.main, std::string(line.data(), length));
-    } catch (const InputError& error) {
-      throw InputError("standard input, line " + std::to_string(number) + ": " + error.what());
-    }
+  ForEachInputLine(terminal.In, [&](const std::string& line) {
+    const WrongFields wrongFields = LayPosition(bench.main, line);
     WriteHintRow(terminal.Out, AskForHint(bench, wrongFields));
-  }
-  if (!terminal.In.eof()) {
-    throw InputError("standard input, line " + std::to_string(number + 1) + ": " +
-                     (terminal.In.bad() ? "it cannot be read" : "it is too long"));
-  }
+  });
   return ExitStatus::Done;
 }
 

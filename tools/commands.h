@@ -71,6 +71,9 @@ ExitStatus RatePacks(const RateOptions& options, Terminal& terminal);
 ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
 /// FaultsFound if there is any. Puzzles that are alike are named, but are no fault.
 ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal);
+/// Makes packs sound and says what it did: levels and best times are mended, other records with faults and
+/// what was never finished are taken out. Refuses what SortPack refuses.
+ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal);
 ExitStatus GiveHint(const HintOptions& options, Terminal& terminal);
 /// Reads positions from the terminal's input, one a line, and writes a table.
 ExitStatus GiveHintsForInput(Terminal& terminal);

@@ -99,10 +99,18 @@ void AddRate(CLI::App& app, Command& chosen) {
 }
 
 void AddCheckAndSort(CLI::App& app, Command& chosen) {
-  const auto packs = std::make_shared<std::vector<std::string>>();
-  CLI::App* check = AddPacksCommand(app, "check", "Every fault in words; status 1 if there is any", *packs);
-  check->callback(
-      [packs, &chosen] { chosen = [packs](Terminal& terminal) { return CheckPacks(*packs, terminal); }; });
+  struct Input {
+    std::vector<std::string> Packs;
+    bool Repair = false;
+  };
+  const auto input = std::make_shared<Input>();
+  CLI::App* check =
+      AddPacksCommand(app, "check", "Every fault in words; status 1 if there is any", input->Packs);
+  check->add_flag("--repair", input->Repair, "Mend what can be, take out the rest, say what was done");
+  check->callback([input, &chosen] {
+    const auto command = input->Repair ? RepairPacks : CheckPacks;
+    chosen = [input, command](Terminal& terminal) { return command(input->Packs, terminal); };
+  });
   const auto pack = std::make_shared<std::string>();
   CLI::App* sort = app.add_subcommand("sort", "Sort a pack by level, then difficulty");
   sort->add_option("PACK", *pack, "The pack")->required();

@@ -174,13 +174,54 @@ void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& 
       for (const PersonalRecord& own : RecordFile<PersonalRecord>(file).ReadAll()) {
         const bool hasTime = own.PersonalMinutes != 0 || own.PersonalSeconds != 0;
         const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
-        const bool moves = place < order.size() && order[place] != place;
+        const bool moves = place < order.size() ? order[place] != place
+                                                : std::find(order.begin(), order.end(), place) != order.end();
         if (!hasTime || !moves || SizeOf(own.PersonalLevelSize) != size) continue;
         throw InputError(pack + ": puzzle " + std::to_string(place + 1) + " would get another number, and " +
-                         FileName(file) + " holds a player's time under this one; sort a copy elsewhere");
+                         FileName(file) + " holds a player's time under this one; work on a copy elsewhere");
       }
     }
   }
+}
+
+/// A record with a level that the rater gives, and without a best time that cannot be.
+PackRecord Mended(PackRecord record, int size, Main& main) {
+  record.LevelSize = LevelSizeOf(0, size);
+  record.LevelSize = LevelSizeOf(Rate(main, record).Level, size);
+  if (std::min({record.BestMinutes, record.BestSeconds, record.BestPlayer}) < 0 || record.BestSeconds > 59)
+    record.BestMinutes = record.BestSeconds = record.BestPlayer = 0;
+  return record;
+}
+
+/// The records of a pack that is sound then, and in words what was done to it.
+std::vector<PackRecord> Repaired(const std::string& path, const PackContent& content, std::string& words) {
+  Workbench bench;
+  const std::string name = FileName(path);
+  const int size = SizeOfPack(name, content);
+  const auto faultsOf = [&](const PackRecord& record) { return FaultsOf(name, {{record}, 0}, bench.main); };
+  std::vector<PackRecord> sound;
+  std::vector<std::size_t> order;
+  for (std::size_t place = 0; place < content.Records.size(); ++place) {
+    PackRecord record = content.Records[place];
+    const std::vector<Fault> faults = faultsOf(record);
+    const bool hasOtherSize = size != 0 && SizeOf(record.LevelSize) != size;
+    if (!faults.empty() || hasOtherSize) {
+      if (size != 0) record = Mended(record, size, bench.main);
+      const bool isSound = faultsOf(record).empty();
+      words += name + ": record " + std::to_string(place + 1) + (isSound ? " mended" : " taken out");
+      if (!faults.empty()) words += ": " + faults.front().Field + ": " + faults.front().Words;
+      words += '\n';
+      if (!isSound) continue;
+    }
+    sound.push_back(record);
+    order.push_back(place);
+  }
+  if (content.SpareBytes != 0)
+    words += name + ": " + std::to_string(content.SpareBytes) + " bytes behind the last record taken out\n";
+  if (content.Unfinished != 0)
+    words += name + ": " + Counted(content.Unfinished, "record") + " never finished, taken out\n";
+  RequireNoOwnTimes(path, order);
+  return sound;
 }
 
 }  // namespace
@@ -265,6 +306,18 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
     ++path;
   }
   return faults == 0 ? ExitStatus::Done : ExitStatus::FaultsFound;
+}
+
+ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal) {
+  for (const std::string& path : packs) {
+    std::string words;
+    PackRewrite(path, LongPatience(terminal.Err), [&](const PackContent& content) {
+      words.clear();
+      return Repaired(path, content, words);
+    }).Commit();
+    terminal.Out << words;
+  }
+  return ExitStatus::Done;
 }
 
 ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
