@@ -101,8 +101,8 @@ struct Grid {
   Box Place(const Frame& frame, int number) const {
     const double width = (frame.Width - (Columns - 1) * Gap) / Columns;
     const double height = (frame.Foot - frame.Top - (Rows - 1) * Gap) / Rows;
-    return {frame.Left + number % Columns * (width + Gap), frame.Top + number / Columns * (height + Gap),
-            width, height};
+    const int row = number / Columns;
+    return {frame.Left + number % Columns * (width + Gap), frame.Top + row * (height + Gap), width, height};
   }
 };
 
@@ -320,7 +320,8 @@ double BookWriter::Rules(double top, double type, bool draw) {
   int place = 0;
   for (const ExampleStep& step : kExample) {
     const double x = frame.Left + place % columns * (width + 2 * gap);
-    const double at = y + place / columns * (side + words + 1.5 * gap);
+    const int row = place / columns;
+    const double at = y + row * (side + words + 1.5 * gap);
     ++place;
     if (!draw) continue;
     painter_.Paint(canvas_, PictureOf(step), {x, at}, side);

@@ -69,7 +69,7 @@ cairo_status_t AddTo(void* text, const unsigned char* bytes, unsigned int count)
 /// The text as an element of an SVG.
 std::string Element(const char* name, const std::string& text) {
   char* const escaped = g_markup_escape_text(text.c_str(), -1);
-  const std::string element = std::string("<") + name + '>' + escaped + "</" + name + ">\n";
+  std::string element = std::string("<") + name + '>' + escaped + "</" + name + ">\n";
   g_free(escaped);
   return element;
 }
@@ -266,7 +266,10 @@ void Canvas::Finish() {
   if (status != CAIRO_STATUS_SUCCESS && status != CAIRO_STATUS_WRITE_ERROR) {
     throw InputError(std::string("drawing failed: ") + cairo_status_to_string(status));
   }
-  if (drawn_.File != nullptr) FinishPdf(drawn_.File, figures_, file_);
+  if (drawn_.File != nullptr)
+    FinishPdf(drawn_.File, figures_, [this](const unsigned char* bytes, std::size_t count) {
+      file_.Append({bytes, count});
+    });
   if (format_ == PictureFormat::Svg) Append(file_, WithWords(std::move(svg_)));
   file_.Sync();
 }

@@ -9,16 +9,16 @@
 namespace bivouac {
 namespace {
 
-class ToFile : public Pipeline {
+using Write = std::function<void(const unsigned char*, std::size_t)>;
+
+class ToWrite : public Pipeline {
  public:
-  explicit ToFile(Replacement& file) : Pipeline("file", nullptr), file_(file) {}
-  void write(const unsigned char* bytes, std::size_t count) override {
-    file_.Append({bytes, count});  // Errors are told by Sync.
-  }
+  explicit ToWrite(const Write& write) : Pipeline("file", nullptr), write_(write) {}
+  void write(const unsigned char* bytes, std::size_t count) override { write_(bytes, count); }
   void finish() override {}
 
  private:
-  Replacement& file_;
+  const Write& write_;
 };
 
 /// Gives the texts to the figures below an element of the structure, in the order of the document.
@@ -46,7 +46,7 @@ void GatherParts(QPDF& pdf, QPDFObjectHandle structure) {
 
 }  // namespace
 
-void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, Replacement& to) try {
+void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, const Write& write) try {
   std::rewind(drawn);
   QPDF pdf;
   pdf.setSuppressWarnings(true);  // Names that stand twice are what is put right here.
@@ -62,7 +62,7 @@ void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, Replac
   GatherParts(pdf, root.getKey("/StructTreeRoot"));
   auto text = figures.begin();
   TellFigures(root.getKey("/StructTreeRoot"), text, figures.end());
-  ToFile file(to);
+  ToWrite file(write);
   QPDFWriter writer(pdf);
   writer.setOutputPipeline(&file);
   writer.setDeterministicID(true);
