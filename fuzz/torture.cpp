@@ -212,6 +212,7 @@ class Torture {
   void Fork(Program program, Body body) {
     std::fflush(nullptr);
     const std::string words = top_ / ("words" + std::to_string(programs_.size()));
+    fs::remove(words);
     const bool starves = !IsOneOf({Scene::FirstStarts, Scene::Players}) && Once(6);
     const auto limit = static_cast<rlim_t>(Below(static_cast<int>((before_.size() + 40) * kBytes)));
     const bool isNobodys =
