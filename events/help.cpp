@@ -3,13 +3,18 @@
 namespace bivouac {
 namespace {
 
+constexpr const char* kPlayHelp =
+    "A CLICK makes an open field grass, grass a tent, and a tent open again. On a tree it tells, for some "
+    "seconds, where its tent stands.\nTHE NUMBERS: a tick says that the line is finished, a line under a red "
+    "number that it has too many tents.\nLEVELS go from 1, for beginners, to 5, by the hardest deduction "
+    "that the puzzle needs.\n";
+
 constexpr const char* kOtherKeys =
     ". S says the time, the steps and the tents left. Tab goes from control to control, the board comes last."
     "\nON THE BOARD: Arrow keys, Page Up, Page Down, Home, End, Ctrl+Home and Ctrl+End move the frame. Space "
     "and Enter click. G, T and O click the field on until it is grass, tent or open. Enter or Escape ends a "
     "hint. Drag over open fields to make them all grass. Ctrl+B remembers the step, Ctrl+Shift+B undoes back "
-    "to "
-    "it.";
+    "to it.";
 
 std::string Joined(std::string_view keys, std::string_view between) {
   std::string text;
@@ -36,8 +41,8 @@ std::string TipOf(const ControlRow& row, std::string_view keys) {
   return keys.empty() ? tip : tip + " (" + Joined(keys, ", ") + ")";
 }
 
-std::string HelpText(KeysOf keysOf) {
-  std::string text = std::string(RulesText()) + "\n\nKEYS: ";
+std::string HelpLines(KeysOf keysOf) {
+  std::string text = std::string(kPlayHelp) + "KEYS: ";
   std::string_view between;
   for (const ControlRow& row : ControlTable()) {
     const std::string_view keys = keysOf(row);
@@ -46,6 +51,10 @@ std::string HelpText(KeysOf keysOf) {
     between = ", ";
   }
   return text + kOtherKeys;
+}
+
+std::string HelpText(KeysOf keysOf) {
+  return std::string(RulesText()) + "\n\n" + HelpLines(keysOf);
 }
 
 }  // namespace bivouac

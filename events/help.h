@@ -18,16 +18,20 @@ inline constexpr const char* kProgressKey = "S";
 inline constexpr const char* kListKeyHelp =
     "\nTHE PUZZLES: F2 lists those of the size: levels, times, and the rules that each needs. Ctrl+S keeps a "
     "game, and F2 leads back to it. Ctrl+Shift+N makes a puzzle of a level. Ctrl+C copies the puzzle as a "
-    "line "
-    "of text and as a picture, Ctrl+V opens one that was copied.";
+    "line of text and as a picture, Ctrl+V opens one that was copied.";
 inline constexpr const char* kPrintKeyHelp = "\nON PAPER: Ctrl+P prints the position.";
+/// The guide's place follows.
+inline constexpr const char* kGuideHelp = "\nTHE GUIDE shows every deduction on a board: ";
 
 /// What a control does.
 std::string_view DescriptionOf(const ControlRow& row);
 /// The same for eyes, with the keys where there are any.
 std::string TipOf(const ControlRow& row, std::string_view keys);
 
-/// The rules and the keys, for the help box.
+/// What a click does, what the numbers show, the levels and the keys, each on a line that begins with its
+/// subject.
+std::string HelpLines(KeysOf keysOf);
+/// The same under the rules, for the help box.
 std::string HelpText(KeysOf keysOf);
 
 }  // namespace bivouac

@@ -258,7 +258,8 @@ class Hand : public QObject {
     }
     for (int line = 0; line < kMaxSize; ++line) {
       const auto* clue = window.findChild<QWidget*>(QStringLiteral("RowCnt(%1)").arg(line));
-      if (clue->isHidden() == main.RowCnt[line].Visible) Fault("A clue shows while it is visible.");
+      if (clue->isHidden() == (main.RowCnt[line].Visible && !main.Shield.Visible))
+        Fault("A clue shows while it is visible and no shield is.");
     }
     if (window.Board().isHidden() != main.Shield.Visible)
       Fault("The shield hides the board, and nothing else.");

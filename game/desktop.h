@@ -8,6 +8,7 @@
 namespace bivouac {
 
 enum class BoxSymbol { None, Information, Question, Warning, Error };
+/// Enter presses the first, but of OkCancel, which asks before something is lost for good, Cancel.
 enum class BoxButtons { Ok, OkCancel, YesNo };
 enum class BoxAnswer { Ok, Cancel, Yes, No };
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "events/help.h"
 #include "game/error.h"
 #include "rating/rating.h"
 #include "walks/explanation.h"
@@ -136,6 +137,14 @@ std::string PassesBlock(const std::vector<GuidePosition>& positions) {
   return text + "</tbody>\n</table>\n";
 }
 
+/// What the help box tells below the rules, an item a line.
+std::string HelpBlock() {
+  std::istringstream help(HelpLines(KeysOfTable) + kListKeyHelp + kPrintKeyHelp);
+  std::string block = "\n";
+  for (std::string line; std::getline(help, line);) block += "- " + line + '\n';
+  return block;
+}
+
 }  // namespace
 
 std::vector<GuidePosition> ReadGuidePositions(const std::string& path) {
@@ -216,6 +225,7 @@ std::string FillGuidePage(const std::string& page, const std::vector<GuidePositi
   constexpr std::string_view kHintMark = "<!-- hint ";
   constexpr std::string_view kPassesMark = "<!-- passes -->";
   constexpr std::string_view kRulesMark = "<!-- rules -->";
+  constexpr std::string_view kHelpMark = "<!-- help -->";
   std::istringstream in(page);
   std::string out;
   bool skipping = false;
@@ -233,6 +243,9 @@ std::string FillGuidePage(const std::string& page, const std::vector<GuidePositi
       skipping = true;
     } else if (line == kRulesMark) {
       out += RulesBlock(positions, stats);
+      skipping = true;
+    } else if (line == kHelpMark) {
+      out += HelpBlock();
       skipping = true;
     }
   }

@@ -35,10 +35,10 @@ GuideHint LayGuidePosition(Main& main, const GuidePosition& position);
 /// What the picture of a hint shows, in words.
 std::string PictureText(const Main& main, const GuideHint& hint);
 
-/// A page with everything between "<!-- hint NAMES -->", "<!-- rules -->" or
-/// "<!-- passes -->" and "<!-- end -->" written anew:
-/// sentences, pictures, cost and need of the hints named; the table of the rater's passes. Errors: InputError
-/// if a name has no position.
+/// A page with everything between "<!-- hint NAMES -->", "<!-- rules -->", "<!-- passes -->" or "<!-- help
+/// -->" and "<!-- end -->" written anew: sentences, pictures, cost and need of the hints named; the list of
+/// all rules; the table of the rater's passes; what the help box tells of playing. Errors: InputError if a
+/// name has no position.
 std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,
                           const PackStats& stats);
 

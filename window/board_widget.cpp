@@ -215,11 +215,12 @@ void BoardWidget::keyPressEvent(QKeyEvent* event) {
   const auto* move = std::find_if(std::begin(kFrameKeys), std::end(kFrameKeys),
                                   [&](const auto& row) { return row.first == event->key(); });
   if (move == std::end(kFrameKeys)) return QWidget::keyPressEvent(event);
-  if (!ShowsFrameFirst()) MoveFrame(FrameAfter(size_, current_, move->second, control));
+  MoveFrame(FrameAfter(size_, current_, move->second, control));
+  SetFrameShown(true);
 }
 
-/// Where no frame is shown the first key only shows it, so that nobody changes a field unseen. Returns
-/// whether it did.
+/// Where no frame is shown the first key that clicks only shows it, so that nobody changes a field unseen.
+/// Returns whether it did.
 bool BoardWidget::ShowsFrameFirst() {
   if (frameShown_) return false;
   SetFrameShown(true);

@@ -47,7 +47,8 @@ ButtonChoice ChoiceOf(BoxButtons buttons) {
     case BoxButtons::Ok:
       return {QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok};
     case BoxButtons::OkCancel:
-      return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, QMessageBox::Cancel};
+      // Asked before something is lost for good.
+      return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel, QMessageBox::Cancel};
     case BoxButtons::YesNo:
       return {QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No};
   }
@@ -139,11 +140,21 @@ void ScrollWhereTall(QMessageBox& dialog, QLabel& label, QGridLayout& grid) {
   }
 }
 
+/// Qt indents a text without a symbol as if there were one.
+void LeaveNoIndent(QGridLayout& grid) {
+  grid.setHorizontalSpacing(0);
+  for (int i = 0; i < grid.count(); ++i) {
+    if (QSpacerItem* const indent = grid.itemAt(i)->spacerItem()) indent->changeSize(0, 0);
+  }
+  grid.invalidate();
+}
+
 /// A text stays readable, and its box on the screen.
 void FitToScreen(QMessageBox& dialog) {
   auto* label = dialog.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
   if (label == nullptr || grid == nullptr) return;
+  if (dialog.icon() == QMessageBox::NoIcon) LeaveNoIndent(*grid);
   WidenWhereNarrow(dialog, *label);
   ScrollWhereTall(dialog, *label, *grid);
 }

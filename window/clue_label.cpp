@@ -34,11 +34,13 @@ Look LookOf(TextColour colour) {
 
 // Lengths in pixels of the window's opening size. A label is 17 high, its last pixel under the board.
 constexpr double kRim = 0.8;
-constexpr double kTickWidth = 4.5;  // At least; more where the label has room.
+constexpr double kTickWidth = 4;  // At least; more where the label has room.
 constexpr double kTickWidest = 7;
-constexpr double kTickGap = 1.2;
+constexpr double kTickGap = 2;
 constexpr double kTickLine = 1.6;
-constexpr double kTickRoom = kRim + kTickGap + kTickWidth + kTickLine / 2 + kRim;  // Beside the text.
+constexpr double kBoardGap = 1.2;
+constexpr double kTickRoom =
+    kRim + kTickGap + kTickWidth + kTickLine / 2 + kRim + kBoardGap;  // Beside the text.
 constexpr double kUnderLine = 2;
 constexpr double kLift = 1;  // Of a text with a line under it.
 
@@ -51,7 +53,7 @@ ClueLabel::ClueLabel(std::string line, QWidget* parent)
   hide();
 }
 
-void ClueLabel::Draw(const Label& value) {
+void ClueLabel::Draw(const Label& value, bool covered) {
   SetText(QString::fromStdString(value.Caption));
   if (colour_ != value.ForeColor) {
     colour_ = value.ForeColor;
@@ -60,7 +62,8 @@ void ClueLabel::Draw(const Label& value) {
     setAccessibleDescription(QString::fromStdString(SpokenClue(line_, colour_)));
     if (Unit() > 0) FitText(Unit());
   }
-  if (isHidden() == value.Visible) setVisible(value.Visible);
+  const bool shown = value.Visible && !covered;
+  if (isHidden() == shown) setVisible(shown);
 }
 
 QSize ClueLabel::TextRoom() const {
@@ -82,7 +85,7 @@ void ClueLabel::paintEvent(QPaintEvent*) {
   if (colour_ == TextColour::Green) {
     // Text and tick stand in the middle together.
     const double spare = width() - advance - kTickRoom * unit;
-    const double more = std::clamp(spare, 0.0, (kTickWidest - kTickWidth) * unit);
+    const double more = std::clamp(spare / 3, 0.0, (kTickWidest - kTickWidth) * unit);
     const double left = (spare - more) / 2 + kRim * unit;
     PaintText(painter, QRectF(left, 0, advance, height()).toAlignedRect());
     const double foot = (height() - metrics.height()) / 2 + metrics.ascent();

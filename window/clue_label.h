@@ -15,8 +15,9 @@ class ClueLabel : public TextLabel {
   /// `line` names it: "row 3".
   ClueLabel(std::string line, QWidget* parent);
 
-  /// Draws what changed in the value but its place.
-  void Draw(const Label& value);
+  /// Draws what changed in the value but its place. `covered`: the shield, which leaves a column of the
+  /// label's pixels free, hides the whole of it.
+  void Draw(const Label& value, bool covered);
   QSize TextRoom() const override;
 
  protected:

@@ -33,8 +33,9 @@ namespace {
 constexpr QColor kButtonFace(0xF4, 0xF4, 0xF4);  // Of buttons without a colour of their own.
 constexpr double kSmallest = 0.6;                // Of the opening size.
 constexpr int kBoxText = 13;
-constexpr int kCopiedField = 32;  // Pixels.
-constexpr int kToldFor = 3000;    // Milliseconds.
+constexpr int kCopiedField = 32;       // Pixels.
+constexpr int kToldFor = 3000;         // Milliseconds.
+constexpr int kWholeNameAfter = 1500;  // Milliseconds: readers have asked for the name by then.
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
@@ -93,6 +94,11 @@ MainWindow::MainWindow(Main& main, EventRoad& road) : main_(main), road_(road), 
   announcer_ = std::make_unique<Announcer>(
       main_, [this] { return ListenerNow(); }, status_);
 
+  whole_.setParent(this);
+  whole_.setObjectName(QStringLiteral("WholeName"));
+  whole_.setSingleShot(true);
+  whole_.setInterval(kWholeNameAfter);
+  connect(&whole_, &QTimer::timeout, this, [this] { setAccessibleName(windowTitle()); });
   ConnectTimer(timer1_, "Timer1", Timer1_Timer);
   ConnectTimer(timer2_, "Timer2", Timer2_Timer);
   ConnectTimer(timer3_, "Timer3", Timer3_Timer);
@@ -203,7 +209,8 @@ void MainWindow::PressByKey(const PlacedButton& button) {
 /// The guide in the browser where it is installed, otherwise the rules and the keys in a box.
 void MainWindow::ShowHelp() {
   const std::string guide = OwnGuide();
-  if (FileExists(guide)) {
+  const bool hasGuide = FileExists(guide);
+  if (hasGuide) {
     const ProgramAnswer opener = main_.desktop.FindExecutable(guide, "");
     if (opener.Code >= kFirstGoodCode &&
         main_.desktop.ShellExecute("open", opener.Program, guide, "", 1) >= kFirstGoodCode) {
@@ -212,6 +219,7 @@ void MainWindow::ShowHelp() {
   }
   std::string text = HelpText(KeysOfTable) + kListKeyHelp;
   if (printing_.IsOffered()) text += kPrintKeyHelp;
+  if (hasGuide) text += kGuideHelp + guide;
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text});
 }
 
@@ -296,7 +304,7 @@ void MainWindow::Draw() {
   if (main_.Caption != drawnTitle_) {
     drawnTitle_ = main_.Caption;
     setWindowTitle(QString::fromUtf8(drawnTitle_));
-    setAccessibleName(windowTitle());
+    if (!whole_.isActive()) setAccessibleName(windowTitle());
   }
   board_->Draw();
   DrawClues();
@@ -333,7 +341,7 @@ void MainWindow::DrawClue(const Label& value, PlacedClue& clue) {
     clue.Widget->setGeometry(RectOf(scale_.Map(value.At)));
     clue.Widget->FitText(Unit());
   }
-  clue.Widget->Draw(value);
+  clue.Widget->Draw(value, main_.Shield.Visible);
 }
 
 void MainWindow::DrawHint() {
@@ -469,9 +477,11 @@ void MainWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange) {
     if (isActiveWindow()) {
       announcer_->Watch();
+      if (accessibleName() != windowTitle()) whole_.start();
     } else {
       // Readers name a window that comes back: after a box, who plays is known.
       const bool box = QApplication::activeModalWidget() != nullptr;
+      whole_.stop();
       setAccessibleName(box ? QStringLiteral("Bivouac") : windowTitle());
     }
   }

@@ -115,6 +115,7 @@ class MainWindow : public QWidget {
   QWidget* shield_ = nullptr;
   TextLabel* continue_ = nullptr;  ///< Picture1.
   QTimer timer1_, timer2_, timer3_;
+  QTimer whole_;  ///< Gives the window its name back that a box took.
   std::unique_ptr<Announcer> announcer_;
   std::unique_ptr<PuzzleList> puzzles_;  ///< Made when it is first asked for.
 

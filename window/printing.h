@@ -3,9 +3,7 @@
 
 #include <QProcess>
 #include <QString>
-#include <QTemporaryDir>
 #include <QTimer>
-#include <memory>
 
 #include "events/event_road.h"
 #include "game/game_state.h"
@@ -15,16 +13,16 @@ namespace bivouac {
 /// Prints by way of a PDF, which the desktop's viewer shows.
 class Printing {
  public:
-  /// Looks for the pack maker in the program's folder, and takes away the pages of games that were killed.
+  /// Looks for the pack maker in the program's folder.
   Printing(Main& main, EventRoad& road);
   Printing(const Printing&) = delete;
   Printing& operator=(const Printing&) = delete;
   ~Printing();
 
   bool IsOffered() const { return !packMaker_.isEmpty(); }
-  /// Begins to make the PDF of the puzzle on the board as it stands. Once it is there it is opened; what went
-  /// wrong is said in a box. Nothing happens while there is no puzzle, a pause hides it, or a page is being
-  /// made. Requires: IsOffered.
+  /// Begins to make the PDF of the puzzle on the board as it stands. Once it is there it is opened, and
+  /// outlives the game; what went wrong is said in a box. Nothing happens while there is no puzzle, a pause
+  /// hides it, or a page is being made. Requires: IsOffered.
   void PrintPosition();
 
  private:
@@ -34,7 +32,6 @@ class Printing {
   Main& main_;
   EventRoad& road_;
   QString packMaker_;
-  std::unique_ptr<QTemporaryDir> folder_;  // Made with the first page, removed when the program ends.
   QString page_;
   QTimer patience_;
   QProcess process_;

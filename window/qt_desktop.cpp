@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
@@ -9,6 +10,7 @@
 #include <QScreen>
 #include <QStandardPaths>
 #include <QTime>
+#include <unistd.h>
 
 #include "window/boxes.h"
 #include "window/own_files.h"
@@ -22,6 +24,7 @@ constexpr int kNotStartedCode = 31;
 
 constexpr auto kBetweenEvents = std::chrono::milliseconds(8);
 constexpr int kSoundRestAfter = 3000;  // Milliseconds.
+constexpr int kOpenerFailsWithin = 2000;
 
 QString SettingName(std::string_view section, std::string_view key) {
   return QString::fromUtf8(section) + QLatin1Char('/') + QString::fromUtf8(key);
@@ -197,9 +200,32 @@ ProgramAnswer QtDesktop::FindExecutable(const std::string&, const std::string&) 
 
 int QtDesktop::ShellExecute(std::string_view, const std::string& program, const std::string& parameters,
                             const std::string&, int) {
-  const bool started = QProcess::startDetached(QFile::decodeName(QByteArray::fromStdString(program)),
-                                               {QString::fromStdString(parameters)});
-  return started ? kFirstGoodCode : kNotStartedCode;
+  auto* opener = new QProcess;  // Not ended with the game: it may be the viewer itself.
+  opener->setStandardInputFile(QProcess::nullDevice());
+  opener->setProcessChannelMode(QProcess::ForwardedChannels);
+  opener->setChildProcessModifier([] { setsid(); });
+  opener->start(QFile::decodeName(QByteArray::fromStdString(program)), {QString::fromStdString(parameters)});
+  if (opener->waitForStarted()) WaitForEnd(*opener);
+  if (opener->state() == QProcess::Running) {
+    QObject::connect(opener, &QProcess::finished, opener, &QObject::deleteLater);
+    road_->ThrowIfEnded();
+    return kFirstGoodCode;
+  }
+  const bool opened = opener->error() == QProcess::UnknownError && opener->exitCode() == 0;
+  delete opener;
+  road_->ThrowIfEnded();
+  return opened ? kFirstGoodCode : kNotStartedCode;
+}
+
+/// Lets events run until the opener has ended, or for as long as one takes to find that nothing opens. As
+/// under a box, presses do not count.
+void QtDesktop::WaitForEnd(QProcess& opener) {
+  road_->Draw();
+  const EventRoad::Modal modal(*road_);
+  QEventLoop loop;
+  QObject::connect(&opener, &QProcess::finished, &loop, &QEventLoop::quit);
+  QTimer::singleShot(kOpenerFailsWithin, &loop, &QEventLoop::quit);
+  if (opener.state() == QProcess::Running) loop.exec();
 }
 
 }  // namespace bivouac

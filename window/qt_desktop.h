@@ -1,6 +1,7 @@
 // The desktop of the game, made real with Qt, OpenAL and the platform's folders.
 #pragma once
 
+#include <QProcess>
 #include <QSettings>
 #include <QTimer>
 #include <chrono>
@@ -53,6 +54,7 @@ class QtDesktop : public Desktop {
  private:
   void LetEventsRun();
   bool SettingsAreReachable();
+  void WaitForEnd(QProcess& opener);
 
   SoundPlayer& sound_;
   EventRoad* road_ = nullptr;

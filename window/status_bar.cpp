@@ -52,7 +52,8 @@ void StatusBar::LayOut(double unit) {
 
 /// One size for all texts that fit on a line of at least the smallest size; others are wrapped.
 void StatusBar::FitTexts() {
-  const int smallest = PixelsOf(kSmallestText, unit_);
+  // Rounded down: where a logical pixel is large, rounding up would wrap some texts and not the others.
+  const int smallest = static_cast<int>(kSmallestText * unit_);
   int common = PixelsOf(kLargestText, unit_);
   for (TextLabel* label : labels_) {
     const QFont font =

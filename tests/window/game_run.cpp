@@ -98,6 +98,16 @@ void GameRun::AnswerBox(QDialog& box) {
   act(box);
 }
 
+void MakeOpener(const QByteArray& shell) {
+  const QString folder = qEnvironmentVariable("BIVOUAC_TEST_FOLDER") + "/programs";
+  QDir().mkpath(folder);
+  QFile opener(folder + "/xdg-open");
+  ASSERT_TRUE(opener.open(QFile::WriteOnly));
+  opener.write("#!/bin/sh\nPATH=/bin\n" + shell);
+  opener.close();
+  opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
 void RunInItsOwnProcess(const QString& filter, const QString& variable, const QString& value) {
   QProcess child;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -51,6 +51,8 @@ class GameRun : public QObject {
   std::deque<Expected> expected_;
 };
 
+/// Makes a program of the shell that opens files and pages. It has the usual PATH.
+void MakeOpener(const QByteArray& shell);
 /// Runs one test of this program again, in a process of its own with a variable of the environment set.
 void RunInItsOwnProcess(const QString& filter, const QString& variable, const QString& value);
 /// An answer: one key.

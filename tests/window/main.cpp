@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
   qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
   qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
   qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+  qputenv("PATH", folder.filePath("programs").toUtf8());  // No browser comes up.
   if (!qEnvironmentVariableIsSet("ALSOFT_DRIVERS")) qputenv("ALSOFT_DRIVERS", "wave");
   QFile sound(folder.filePath("alsoft.conf"));
   if (!sound.open(QFile::WriteOnly)) return 1;

@@ -44,7 +44,7 @@ class Session {
  public:
   Session(GameRun& run, Program& program, const QString& script)
       : run_(run), program_(program), lines_(script.split('\n')) {
-    for (const char* timer : {"Timer1", "Timer2", "Timer3"})
+    for (const char* timer : {"Timer1", "Timer2", "Timer3", "WholeName"})
       program_.Window().findChild<QTimer*>(timer)->installEventFilter(&noTicks_);
     QGuiApplication::clipboard()->clear();
     run_.Answerer = [this](QDialog& box) { AnswerBox(box); };
@@ -287,6 +287,7 @@ class Session {
 
 TEST(Session, GoesAsItDid) {
   GameRun run("6");
+  MakeOpener("exit 3\n");
   run.Run([&](Program& program) {
     const std::string path = BIVOUAC_SOURCE_DIR "/tests/data/plays/window.txt";
     const std::string told =
