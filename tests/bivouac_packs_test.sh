@@ -47,7 +47,7 @@ pages() {
 
 # What the commands write: each line of the session that begins with a dollar, or, with an exclamation mark behind it,
 # of the shell; and what comes of it.
-cp "$data"/../../assets/packs/BVPack{06,08,12,18}.bvq "$data/rating/trial07.bvq" .
+cp "$data"/../../assets/packs/BVPack{06,08,12,18}.bvq "$data"/{rating/trial07,unexplained08,unexplained18}.bvq .
 umask 022
 export LSAN_OPTIONS=${LSAN_OPTIONS:+$LSAN_OPTIONS:}print_suppressions=0
 grep '^\$ ' "$data/session.txt" | while IFS= read -r line; do

@@ -136,8 +136,7 @@ TEST_F(Drawing, PagesLookAsTheyDid) {
   PrintBook(book, stop, terminal);
   ExplainOptions explain;
   explain.Drawing.Output = PathOf("explain.pdf");
-  explain.Pack = kPacks + "BVPack08.bvq";
-  explain.Number = 98;  // Where hints end before the puzzle does.
+  explain.Pack = BIVOUAC_SOURCE_DIR "/tests/data/unexplained08.bvq";
   ExplainOnPaper(explain, terminal);
   StatsOptions stats;
   stats.Drawing.Output = PathOf("stats.png");

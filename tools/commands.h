@@ -32,7 +32,8 @@ struct MakeOptions {
   long Count = 1;
   int LowestLevel = 1;
   int HighestLevel = 5;
-  bool Distinct = false;  ///< Leaves out what is alike to a puzzle of the pack, turned and mirrored too.
+  bool Distinct = false;   ///< Leaves out what is alike to a puzzle of the pack, turned and mirrored too.
+  bool Explained = false;  ///< Leaves out what hints do not lead through to the solution.
   std::string Pack{};
 };
 
@@ -69,7 +70,8 @@ ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Termi
 ExitStatus AddPuzzles(const std::string& pack, Terminal& terminal);
 ExitStatus RatePacks(const RateOptions& options, Terminal& terminal);
 ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Terminal& terminal);
-/// FaultsFound if there is any. Puzzles that are alike are named, but are no fault.
+/// FaultsFound if there is any. Puzzles that are alike, and those that hints do not lead through, are named,
+/// but are no fault.
 ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal);
 /// Makes packs sound and says what it did: levels and best times are mended, other records with faults and
 /// what was never finished are taken out. Refuses what SortPack refuses.

@@ -43,6 +43,7 @@ void AddMake(CLI::App& app, Command& chosen) {
   make->add_option("--jobs", input->Options.Request.Jobs, "Threads; all cores unless told")
       ->check(CLI::Range(1, 1024));
   make->add_flag("--distinct", input->Options.Distinct, "Leave out what is alike, turned or mirrored");
+  make->add_flag("--explained", input->Options.Explained, "Leave out what hints do not lead through");
   make->add_option("PACK", input->Options.Pack, "The pack")->required();
   make->callback([input, seed, &chosen] {
     const LevelRange levels = LevelsOf(input->Levels);

@@ -6,6 +6,8 @@
 #include "game/text.h"
 #include "packs/pack_access.h"
 #include "tools/commands.h"
+#include "walks/solution_walk.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -53,9 +55,11 @@ ExitStatus MakePack(const MakeOptions& options, const std::atomic<bool>& stop, T
     pack.Add(batch);
     batch.clear();
   };
+  Workbench bench;
   const auto take = [&](const PackRecord& puzzle) {
     const int level = LevelOf(puzzle.LevelSize);
     if (level < options.LowestLevel || level > options.HighestLevel) return true;
+    if (options.Explained && EndOfWay(bench.main, puzzle) != SolutionWalk::End::Solved) return true;
     batch.push_back(puzzle);
     const bool enough = pack.Added() + static_cast<long>(batch.size()) >= options.Count;
     if (enough || batch.size() >= kLargestBatch) addBatch();

@@ -4,6 +4,7 @@
 #include <iomanip>
 #include <numeric>
 #include <ostream>
+#include <set>
 #include <utility>
 
 #include "game/clock.h"
@@ -18,6 +19,7 @@
 #include "storage/players.h"
 #include "storage/saving.h"
 #include "tools/commands.h"
+#include "walks/solution_walk.h"
 #include "workbench/position.h"
 #include "workbench/workbench.h"
 
@@ -294,7 +296,9 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
   long faults = 0;
   auto path = packs.begin();
   for (const PackContent& content : contents) {
+    std::set<long> faulty;
     for (const Fault& fault : FaultsOf(FileName(*path), content, bench.main)) {
+      faulty.insert(fault.Record);
       terminal.Out << FileName(*path) << ": ";
       if (fault.Record > 0) terminal.Out << "record " << fault.Record << ", ";
       terminal.Out << fault.Field << ": " << fault.Words << '\n';
@@ -302,6 +306,14 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
     }
     for (const auto& [number, first] : AlikePuzzles(content.Records)) {
       terminal.Out << FileName(*path) << ": record " << number << " is alike to record " << first << '\n';
+    }
+    for (long number = 1; number <= static_cast<long>(content.Records.size()); ++number) {
+      if (faulty.contains(number)) continue;
+      const SolutionWalk::End end =
+          EndOfWay(bench.main, content.Records[static_cast<std::size_t>(number - 1)]);
+      if (end == SolutionWalk::End::Solved) continue;
+      terminal.Out << FileName(*path) << ": record " << number
+                   << " is not explained to its end: " << WordsOf(end) << '\n';
     }
     ++path;
   }

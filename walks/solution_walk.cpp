@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "game/error.h"
+#include "game/play.h"
 #include "game/spoken.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 namespace {
@@ -101,6 +103,15 @@ bool SolutionWalk::Next() {
   }
   for (const FieldChange& change : changes_) main_.Board[change.Cell] = change.Code;
   return true;
+}
+
+SolutionWalk::End EndOfWay(Main& main, const PackRecord& record) {
+  LayOutRecord(main, record);
+  StartPuzzle(main);
+  SolutionWalk walk(main);
+  while (walk.Next()) {
+  }
+  return walk.Ended();
 }
 
 std::string WordsOf(SolutionWalk::End end) {

@@ -73,6 +73,10 @@ class SolutionWalk {
   End end_ = End::None;
 };
 
+/// Where hints lead from the start of a puzzle. Errors: RunTimeError if the record cannot be started.
+/// Requires: its size is 6 to 18.
+SolutionWalk::End EndOfWay(Main& main, const PackRecord& record);
+
 /// Why a walk ended before the solution, as a sentence. Requires: it ended, and not solved.
 std::string WordsOf(SolutionWalk::End end);
 
