@@ -42,6 +42,16 @@ std::optional<double> TakeDigits(std::string_view& digits) {
 #else  // A library without them, on a platform that writes every number in English.
 
 std::optional<double> TakeDigits(std::string_view& digits) {
+  // Whole numbers, which clues are, are read in inner loops.
+  constexpr std::size_t kExactDigits = 9;
+  const std::size_t whole = std::min(digits.find_first_not_of("0123456789"), digits.size());
+  if (whole > 0 && whole <= kExactDigits &&
+      (whole == digits.size() || std::string_view(".eExX").find(digits[whole]) == std::string_view::npos)) {
+    int value = 0;
+    for (const char digit : digits.substr(0, whole)) value = value * 10 + (digit - '0');
+    digits.remove_prefix(whole);
+    return value;
+  }
   std::string number(digits);
   // Hexadecimal numbers are none here.
   if (const auto hexadecimal = number.find_first_of("xX"); hexadecimal != number.npos)

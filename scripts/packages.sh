@@ -27,6 +27,12 @@ BENCH_PACKAGES=(
   "${CHECK_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
   time
 )
+# The page, and what it is played with: a release that lacks a browser's package goes without that browser.
+WEB_PACKAGES=(
+  g++ cmake ninja-build emscripten binaryen nodejs python3 rapidjson-dev sndfile-programs
+  libgtest-dev googletest python3-selenium
+)
+BROWSER_PACKAGES=(chromium chromium-driver firefox-esr webkit2gtk-driver "${DISPLAY_PACKAGES[@]}")
 FUZZ_PACKAGES=("${PLAY_PACKAGES[@]}" libcli11-dev clang libclang-rt-dev)
 
 # Installs those of the named packages that this release of Debian has.

@@ -1,0 +1,256 @@
+// The whole program in a page: the state, the window that draws it, the desktop, and the events of the page.
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <emscripten/emscripten.h>
+#include <memory>
+#include <utility>
+
+#include "events/board_keys.h"
+#include "events/event_road.h"
+#include "events/help.h"
+#include "events/player_presses.h"
+#include "events/presses.h"
+#include "game/blinking.h"
+#include "game/clock.h"
+#include "game/layout.h"
+#include "game/settings.h"
+#include "game/text.h"
+#include "game/web_link.h"
+#include "packs/pack_access.h"
+#include "page/page_desktop.h"
+#include "page/page_window.h"
+#include "storage/pack_files.h"
+#include "storage/start_up.h"
+#include "storage/status_panels.h"
+
+namespace bivouac {
+namespace {
+
+constexpr const char* kPageHelp =
+    "\nIN THIS PAGE: M makes a puzzle of a level, Escape ends that. D saves all packs and times as a file. A "
+    "pack that is dropped on the page is joined to that "
+    "of its size.";
+
+constexpr std::array<std::pair<std::string_view, FrameKey>, 8> kFrameKeys = {{
+    {"ArrowLeft", FrameKey::Left},
+    {"ArrowRight", FrameKey::Right},
+    {"ArrowUp", FrameKey::Up},
+    {"ArrowDown", FrameKey::Down},
+    {"PageUp", FrameKey::PageUp},
+    {"PageDown", FrameKey::PageDown},
+    {"Home", FrameKey::Home},
+    {"End", FrameKey::End},
+}};
+constexpr std::array<std::pair<std::string_view, int>, 3> kContentKeys = {
+    {{"g", CELL_GRASS}, {"t", CELL_TENT}, {"o", CELL_OPEN}}};
+
+void Say(const std::string& sentence) {
+  TellPage(Message().Add("tell", "say").Add("text", sentence).Text());
+}
+
+/// Joins the puzzles of a pack to those of its size and leaves out what is alike. Returns what to say.
+std::string JoinPack(Main& main, const std::string& path) {
+  const std::vector<PackRecord> puzzles = ReadSoundPack(path);
+  if (puzzles.empty()) return "There is no puzzle in it.";
+  const int size = SizeOf(puzzles.front().LevelSize);
+  RequireSize(path, puzzles, size);
+  PackAppender appender(PackPath(main.global, size), size, PackAppender::Twins::LeaveOut);
+  appender.Add(puzzles);
+  const long added = appender.Added();
+  main.PuzzleCount[size - kMinSize] = PackCount(main.global, size);
+  ShowTotal(main);
+  RefreshButtons(main);
+  return Counted(added, "puzzle") + " added to those of size " + std::to_string(size) + ", " +
+         std::to_string(static_cast<long>(puzzles.size()) - added) + " left out that were alike.";
+}
+
+class Program {
+ public:
+  Program()
+      : main_(global_, desktop_),
+        form_(main_),
+        window_(main_, form_),
+        road_([this] { window_.Draw(); },
+              [](const std::string& line) {
+                ShowMessageBox(MessageBox{.Title = "Bivouac", .Text = line, .Symbol = BoxSymbol::Error});
+              },
+              [](int status) { TellPage(Message().Add("tell", "leave").Add("status", status).Text()); }) {
+    desktop_.Attach(road_, form_);
+  }
+
+  /// Does what an event of the page asks for: a word, and what belongs to it.
+  void Take(const std::string& event, bool keyUsedLast) {
+    window_.UseKeys(keyUsedLast);
+    const std::size_t blank = std::min(event.find(' '), event.size());
+    const std::string what = event.substr(0, blank);
+    const std::string rest = event.substr(std::min(blank + 1, event.size()));
+    ++depth_;
+    if (what.rfind("player", 0) == 0) {
+      TakePlayers(what, rest);
+    } else {
+      TakeEvent(what, rest);
+    }
+    if (--depth_ == 0 && road_.Modals() == 0 && !road_.Ended()) window_.SayWhatChanged();
+  }
+
+ private:
+  void TakeEvent(const std::string& what, const std::string& rest);
+  void TakePlayers(const std::string& what, const std::string& rest);
+  void TakeBoardKey(const std::string& key, bool control, bool repeated);
+  void Start(const std::string& damaged, bool refused);
+
+  /// An open box or dialog holds every press.
+  void Press(const EventRoad::Handler& press) {
+    if (road_.Modals() == 0) road_.Run(press);
+  }
+  void PressPlayers(const EventRoad::Handler& press) {
+    if (!IsHeld(form_, road_)) road_.Run(press);
+  }
+
+  PageDesktop desktop_;
+  Global global_;
+  Main main_;
+  FormNamen form_;
+  PageWindow window_;
+  EventRoad road_;
+  int depth_ = 0;
+};
+
+void Program::Start(const std::string& damaged, bool refused) {
+  road_.Run([&] { Form_Load(main_, form_); });
+  if (!damaged.empty()) {
+    road_.Run([&] {
+      desktop_.Show(MessageBox{.Title = "File Error",
+                               .Text = "The browser's database is damaged at " + damaged +
+                                       ".\nThe packs to begin with stand there again. Nothing else is lost.",
+                               .Symbol = BoxSymbol::Warning});
+    });
+  }
+  if (!refused) return;
+  main_.LostSettings = Loss::Untold;
+  road_.Run([&] { TellOfLostSettings(main_); });
+}
+
+void Program::TakeEvent(const std::string& what, const std::string& rest) {
+  const int number = std::atoi(rest.c_str());
+  if (what == "start") {
+    Start(rest.substr(std::min<std::size_t>(2, rest.size())), number == 1);
+  } else if (what == "size") {
+    const std::size_t blank = std::min(rest.find(' '), rest.size());
+    window_.Resize(std::max(number, 1), std::max(std::atoi(rest.c_str() + blank), 1));
+  } else if (what == "timer") {
+    constexpr std::array<void (*)(Main&), 3> kTicks = {Timer1_Timer, Timer2_Timer, Timer3_Timer};
+    if (number >= 1 && number <= 3) road_.Run([&] { kTicks[static_cast<std::size_t>(number - 1)](main_); });
+  } else if (what == "focus" || what == "tab") {
+    window_.TakeFocus(rest, what == "tab");
+    road_.Run([] {});
+  } else if (what == "press") {
+    if (rest == "lblHint") Press([&] { PressHint(main_); });
+    if (rest == "Picture1") Press([&] { PressContinue(main_); });
+    for (const ControlRow& row : ControlTable()) {
+      if (row.Name != rest) continue;
+      if (row.ItsButton != nullptr) Press([&] { PressButton(main_, ButtonOf(row.ItsButton)); });
+      if (row.Kind == ControlKind::Link) Press([&] { Label2_Click(main_); });  // What Label3_Click does, too.
+    }
+  } else if (what == "key-press") {  // The key of the pause ends it too.
+    if (rest == "cmdPause" && main_.Paused) return Press([&] { PressContinue(main_); });
+    TakeEvent("press", rest);
+  } else if (what == "sound") {
+    Press([&] { PressSound(main_, number != 0); });
+  } else if (what == "field" || what == "tool") {  // By the mouse, or by an assistive tool.
+    if (what == "field") window_.ClickField(number);
+    window_.NoteClick();
+    Press([&] { PressField(main_, number); });
+  } else if (what == "key" || what == "control" || what == "repeat") {
+    TakeBoardKey(rest, what == "control", what == "repeat");
+  } else if (what == "escape") {
+    if (HintTakesClicks(main_)) Press([&] { PressHint(main_); });
+    if (IsMakingPuzzle(main_)) Press([&] { PressEndMaking(main_); });
+  } else if (what == "level") {
+    Press([&] { PressNewOfLevel(main_); });
+  } else if (what == "remember") {
+    Press([&] {
+      if (const auto sentence = PressRemember(main_)) Say(*sentence);
+    });
+  } else if (what == "back") {
+    Press([&] { PressBackToStep(main_); });
+  } else if (what == "progress") {
+    Say(SpokenProgress(main_));
+  } else if (what == "help") {
+    Press([&] {
+      desktop_.Show(MessageBox{.Title = "Help", .Text = HelpText(KeysOfPage) + kPrintKeyHelp + kPageHelp});
+    });
+  } else if (what == "print") {
+    if (main_.PuzzleNo != 0 && !main_.Paused) TellPage(Message().Add("tell", "print").Text());
+  } else if (what == "drop") {
+    Press([&] {
+      MessageBox box{.Title = "Pack"};
+      try {
+        box.Text = JoinPack(main_, rest);
+      } catch (const InputError& error) {
+        box.Text = error.what();
+        box.Symbol = BoxSymbol::Warning;
+      }
+      desktop_.Show(box);
+    });
+  } else if (what == "close") {
+    road_.Run([&] { Form_QueryUnload(main_); });
+  }
+}
+
+void Program::TakeBoardKey(const std::string& key, bool control, bool repeated) {
+  const auto click = [&](int cell) {
+    window_.NoteClick();
+    Press([&] { PressField(main_, cell); });
+  };
+  const auto* move =
+      std::find_if(kFrameKeys.begin(), kFrameKeys.end(), [&](const auto& row) { return row.first == key; });
+  const auto* content = std::find_if(kContentKeys.begin(), kContentKeys.end(),
+                                     [&](const auto& row) { return row.first == key; });
+  if (move != kFrameKeys.end()) {
+    window_.MoveFrame(move->second, control);
+  } else if (!window_.ShowsFrameFirst() && !repeated) {
+    if (content != kContentKeys.end()) {
+      ClickUntil(main_, window_.Frame(), content->second, click);
+    } else {
+      click(window_.Frame());
+    }
+  }
+  road_.Run([] {});
+}
+
+void Program::TakePlayers(const std::string& what, const std::string& rest) {
+  PressPlayers([&] {
+    if (what == "player-press") {
+      for (const PlayerButtonRow& row : PlayerButtonTable()) {
+        if (rest == row.Name) PressPlayerButton(form_, row);
+      }
+    } else if (what == "player-select") {
+      SelectPlayer(form_, std::atoi(rest.c_str()));
+    } else if (what == "player-double") {
+      NaamLijst_DblClick(form_);
+    } else if (what == "player-enter") {
+      PressEnterOnList(form_);
+    } else if (what == "player-arrow") {
+      if (const int first = SelectedByFirstArrow(form_); first >= 0) SelectPlayer(form_, first);
+    } else if (what == "player-escape") {
+      PressEscape(form_);
+    } else if (what == "player-keep") {
+      NaamInvoerveld_KeyPress(form_, Key::Enter);
+    } else if (what == "player-type") {  // What lies in front of the cursor, and behind it.
+      const std::size_t cursor = std::min(rest.find('\n'), rest.size());
+      TypeName(form_, rest.substr(0, cursor), rest.substr(std::min(cursor + 1, rest.size())));
+    } else if (what == "player-close") {
+      KnopAnnuleren_Click(form_);
+    }
+  });
+}
+
+}  // namespace
+}  // namespace bivouac
+
+extern "C" EMSCRIPTEN_KEEPALIVE void PageEvent(const char* event, int keyUsedLast) {
+  static bivouac::Program program;
+  program.Take(event, keyUsedLast != 0);
+}
