@@ -93,7 +93,7 @@ class Turn {
 };
 
 /// A turn at what belongs together beside the files of a folder, such as the list of players. Never fails:
-/// after a tenth of a second it is done without.
+/// after a second and a half it is done without.
 class FolderTurn {
  public:
   explicit FolderTurn(const std::string& folder);
