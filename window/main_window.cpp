@@ -21,6 +21,7 @@
 #include "game/web_link.h"
 #include "storage/platform_files.h"
 #include "storage/start_up.h"
+#include "walks/solution_walk.h"
 #include "window/boxes.h"
 #include "window/own_files.h"
 #include "window/pictures.h"
@@ -39,6 +40,13 @@ constexpr int kWholeNameAfter = 1500;  // Milliseconds: readers have asked for t
 
 QColor ColourOf(int background) {
   return background == kSystemDefault ? kButtonFace : QColor::fromRgb(static_cast<QRgb>(background));
+}
+
+/// The place in the guide that tells of the hint on show, else its first page.
+std::string GuidePage(const Main& main) {
+  const HintCase* hint = main.BoardLive ? nullptr : HintCaseOf(main.lblHint.Caption);
+  const std::string place = hint == nullptr ? "" : OwnGuide() + "at/" + NameOf(*hint) + ".html";
+  return FileExists(place) ? place : OwnGuide() + "index.html";
 }
 
 }  // namespace
@@ -208,7 +216,7 @@ void MainWindow::PressByKey(const PlacedButton& button) {
 
 /// The guide in the browser where it is installed, otherwise the rules and the keys in a box.
 void MainWindow::ShowHelp() {
-  const std::string guide = OwnGuide();
+  const std::string guide = GuidePage(main_);
   const bool hasGuide = FileExists(guide);
   if (hasGuide) {
     const ProgramAnswer opener = main_.desktop.FindExecutable(guide, "");
