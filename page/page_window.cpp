@@ -345,7 +345,7 @@ bool PageWindow::ShowsFrameFirst() {
 }
 
 void PageWindow::MoveFrame(FrameKey key, bool control) {
-  if (ShowsFrameFirst()) return;
+  frameShown_ = true;
   focusCameByItself_ = false;
   frame_ = FrameAfter(main_.BoardSize, frame_, key, control);
 }

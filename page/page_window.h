@@ -35,9 +35,8 @@ class PageWindow {
   int Frame() const { return frame_; }
   /// A field is clicked: the frame goes there, and hides.
   void ClickField(int cell);
-  /// Moves the frame. Where no frame shows, the first key only shows it, so that nobody changes a field
-  /// unseen.
   void MoveFrame(FrameKey key, bool control);
+  /// Where no frame shows, the first key that clicks only shows it, so that nobody changes a field unseen.
   bool ShowsFrameFirst();
   /// The field in the frame was clicked, for what is said of it.
   void NoteClick() { clicked_ = true; }
