@@ -20,7 +20,8 @@ CHECK_PACKAGES=(
 LINT_PACKAGES=(clang-format-14 clang-tidy-14)
 PACKAGE_PACKAGES=(
   "${PLAY_PACKAGES[@]}" "${DISPLAY_PACKAGES[@]}"
-  debhelper dpkg-dev lintian libcli11-dev
+  build-essential debhelper dpkg-dev lintian libcli11-dev
+  libgtest-dev poppler-utils qpdf
   openbox xdotool imagemagick
 )
 BENCH_PACKAGES=(

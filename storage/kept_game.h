@@ -5,8 +5,9 @@
 //   clock 192                      seconds on the clock
 //   state paused                   or "playing"
 //   steps 41                       clicks in force
-//   log 13 13 27 ...               the cell of each click, also of those that were undone and can be done
-//   again rows 10020...                  colours of the clues: 0 as usual, 1 green, 2 red columns 00100...
+//   log 13 13 27 ...               the cell of each click, those too that were undone and can be done again
+//   rows 10020...                  colours of the clues: 0 as usual, 1 green, 2 red
+//   columns 00100...
 #pragma once
 
 #include <map>
@@ -19,8 +20,8 @@
 namespace bivouac {
 
 struct KeptGame {
-  PackRecord
-      Puzzle;     ///< Its size, trees and clues; as ReadKeptGame returns it, the whole record of the pack.
+  /// Its size, trees and clues; as ReadKeptGame returns it, the whole record of the pack.
+  PackRecord Puzzle;
   int Clock = 0;  ///< Seconds, below a day.
   bool Paused = false;
   int Steps = 0;         ///< 0 to the length of the log.
