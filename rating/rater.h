@@ -13,7 +13,7 @@ struct Rater {
   explicit Rater(Main& main_);
 
   Main& main;
-  const int size;   ///< Lines of the board.
+  const int size;  ///< Lines of the board.
   Lines rows;
   Lines columns;
   int wrong = 0;  ///< Cells that differ from the finished puzzle.

@@ -91,12 +91,15 @@ void SharedFile::Close() {
 SharedFile::Stamp SharedFile::TakeStamp() const {
   struct stat status {};
   if (fstat(descriptor_, &status) != 0) ThrowFileError(errno, path_);
-  const auto changed =
-      std::chrono::seconds(status.st_mtim.tv_sec) + std::chrono::nanoseconds(status.st_mtim.tv_nsec);
+  const timespec changed = status.st_mtim;
+  // In floating point: a date may lie beyond what nanoseconds can count.
+  const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
+  const double age =
+      now.count() - static_cast<double>(changed.tv_sec) - static_cast<double>(changed.tv_nsec) * 1e-9;
   // The clock of files goes in steps, of some milliseconds or, on old file systems, of two seconds.
-  const auto step = status.st_mtim.tv_nsec == 0 ? 3s : 20ms;
-  const auto age = std::chrono::system_clock::now().time_since_epoch() - changed;
-  return {status.st_dev, status.st_ino, static_cast<std::uintmax_t>(status.st_size), changed, age > step};
+  const double step = changed.tv_nsec == 0 ? 3 : 0.02;
+  return {status.st_dev,  status.st_ino,   static_cast<std::uintmax_t>(status.st_size),
+          changed.tv_sec, changed.tv_nsec, age > step};
 }
 
 std::size_t SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) const {

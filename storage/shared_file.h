@@ -40,11 +40,11 @@ class SharedFile {
   /// How often a file was opened: once, and again whenever a turn found another in its place.
   int Openings() const { return openings_; }
 
-  /// Which file it is and when it was changed last.
+  /// Which file it is, and in which state.
   struct Stamp {
     std::uintmax_t Device, File, Length;
-    std::chrono::nanoseconds Changed;
-    bool Certain;  ///< Any later change gives another stamp.
+    std::int64_t Seconds, Nanoseconds;  ///< When it was changed last.
+    bool Certain;                       ///< Any later change gives another stamp.
     friend bool operator==(const Stamp&, const Stamp&) = default;
   };
   Stamp TakeStamp() const;
