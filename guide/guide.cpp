@@ -111,10 +111,10 @@ std::string RulesBlock(const std::vector<GuidePosition>& positions, const PackSt
       all += stats.Count(level);
     }
     const std::string title(rule.Title);
-    text += "<tr><td><a href=\"" + PageLink(first) + "\">" + title +
-            "</a></td><td><img class=\"small\" src=\"pictures/" + NameOf(first) + ".svg\" alt=\"" + title +
-            "\"></td><td>" + std::to_string(TierOf(rule)) + "</td><td>" + Percent(needing, all) +
-            "</td></tr>\n";
+    text.append("<tr><td><a href=\"").append(PageLink(first)).append("\">").append(title);
+    text.append("</a></td><td><img class=\"small\" src=\"pictures/").append(NameOf(first));
+    text.append(".svg\" alt=\"").append(title).append("\"></td><td>").append(std::to_string(TierOf(rule)));
+    text.append("</td><td>").append(Percent(needing, all)).append("</td></tr>\n");
   }
   return text + "</tbody>\n</table>\n";
 }

@@ -39,7 +39,7 @@ ListedPuzzle ListedFrom(const Main& main, const PackRecord& record) {
   puzzle.Readable = true;
   puzzle.Record = record;
   const auto cells = record.Layout.begin();
-  puzzle.Trees = static_cast<int>(std::count(cells, cells + main.BoardSize * main.BoardSize, CELL_TREE));
+  puzzle.Trees = static_cast<int>(std::count(cells, cells + main.CellCount, CELL_TREE));
   if (HasBestTime(main.global, record)) {
     puzzle.BestTime = record.BestMinutes * 60 + record.BestSeconds;
     puzzle.BestBy = HolderOf(main.global, record.BestPlayer);
@@ -73,7 +73,7 @@ std::string SolvedText(const Main& main, const std::vector<ListedPuzzle>& puzzle
   for (const ListedPuzzle& puzzle : puzzles) {
     if (const int time = SolvedTime(main, puzzle); time > 0) times.push_back(time);
   }
-  const std::string text = std::to_string(times.size()) + " of " + std::to_string(puzzles.size()) + " solved";
+  std::string text = std::to_string(times.size()) + " of " + std::to_string(puzzles.size()) + " solved";
   if (times.empty()) return text;
   const auto middle = times.begin() + static_cast<std::ptrdiff_t>((times.size() - 1) / 2);
   std::nth_element(times.begin(), middle, times.end());

@@ -251,15 +251,18 @@ void PuzzleList::DrawChosen() {
   DrawNeeds();
 }
 
+/// Of the chosen puzzle at once, though the search may not have come to it.
 void PuzzleList::DrawNeeds() {
   needs_->clear();
   const int row = SelectedRow();
-  const PuzzleStats* needs = row < 0 ? nullptr : table_.NeedsOf(row);
-  if (needs == nullptr) return;
+  if (row < 0) return;
+  const PuzzleStats* known = table_.NeedsOf(row);
+  const PuzzleStats needs =
+      known != nullptr ? *known : NeedsOf(walker_, table_.Puzzles()->at(static_cast<std::size_t>(row)));
   for (const HintRule& rule : HintRules()) {
-    if ((needs->Cases & CasesOf(rule)) != 0) needs_->addItem(NameOfRule(rule));
+    if ((needs.Cases & CasesOf(rule)) != 0) needs_->addItem(NameOfRule(rule));
   }
-  if (!needs->Finished) needs_->addItem(QStringLiteral("Hints end before the solution."));
+  if (!needs.Finished) needs_->addItem(QStringLiteral("Hints end before the solution."));
 }
 
 void PuzzleList::DrawSummary() {
@@ -295,7 +298,6 @@ void PuzzleList::EndSearch() {
 }
 
 void PuzzleList::TakeNeeds(const std::vector<PuzzleStats>& needs) {
-  const bool chosenKnown = table_.NeedsOf(SelectedRow()) != nullptr;
   for (const PuzzleStats& one : needs) table_.AddNeeds(one);
   int place = 0;
   for (const HintRule& rule : HintRules()) {
@@ -307,7 +309,6 @@ void PuzzleList::TakeNeeds(const std::vector<PuzzleStats>& needs) {
   }
   if (rule_->currentIndex() != 0) filter_.Apply();
   if (SelectedRow() < 0) Select(0);
-  if (!chosenKnown) DrawNeeds();
   DrawSummary();
 }
 

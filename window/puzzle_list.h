@@ -56,7 +56,8 @@ class PuzzleList : public QDialog {
   const Main& main_;
   PuzzleTable table_;
   PuzzleFilter filter_;
-  Workbench bench_;  // Lays out the chosen puzzle.
+  Workbench bench_;   // Lays out the chosen puzzle.
+  Workbench walker_;  // Walks it.
   std::jthread search_;
 
   QComboBox* level_ = nullptr;

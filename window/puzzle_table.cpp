@@ -88,7 +88,7 @@ QString PuzzleTable::TextOf(int row, int column) const {
 
 /// The text with what it tells of: of a row a reader says the cells one by one.
 QString PuzzleTable::SpokenAt(int row, int column) const {
-  const QString text = TextOf(row, column);
+  QString text = TextOf(row, column);
   if (text.isEmpty()) return text;
   switch (column) {
     case kNumber:
