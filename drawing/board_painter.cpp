@@ -7,7 +7,7 @@
 
 #include "drawing/tile_sources.h"
 #include "game/game_state.h"
-#include "packs/puzzle_facts.h"
+#include "game/text.h"
 
 namespace bivouac {
 namespace {

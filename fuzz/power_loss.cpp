@@ -383,7 +383,7 @@ bool Run() {
     const auto found = world.find(name);
     return found == world.end() ? std::string() : found->second;
   };
-  const auto grows = [&](std::vector<PackRecord> added) {
+  const auto grows = [&](const std::vector<PackRecord>& added) {
     return [&, added](const World& world, Came came) {
       // The next start brings the pack that comes with the game where none was begun.
       const std::string bytes = content(world, pack);

@@ -111,7 +111,11 @@ std::size_t CharacterBytes(std::string_view text) {
   return bytes;
 }
 
-std::string OnOneLine(std::string text) {
+std::string SizeText(int size) {
+  return std::to_string(size) + "\u00d7" + std::to_string(size);
+}
+
+std::string OnOneLine(const std::string& text) {
   std::string line;
   for (std::string_view rest = text; !rest.empty();) {
     const std::string_view character = rest.substr(0, CharacterBytes(rest));

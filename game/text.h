@@ -23,9 +23,12 @@ std::string Counted(long number, std::string_view thing);
 /// Requires: the text is not empty.
 std::size_t CharacterBytes(std::string_view text);
 
+/// A size such as "12x12", with a proper sign.
+std::string SizeText(int size);
+
 /// The text with '?' for what would break a line or a table, or steer a terminal, and for what is no text: a
 /// file's name may hold anything.
-std::string OnOneLine(std::string text);
+std::string OnOneLine(const std::string& text);
 
 /// At most seven significant digits, whatever the language of the system.
 std::string SevenDigits(float number);

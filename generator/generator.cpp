@@ -94,6 +94,7 @@ void EndWithoutPuzzle(Main& main) {
     main.ColCnt[i].Caption.clear();
   }
   SizeLayout(main);
+  ShowLevel(main);
   ShowNoPuzzleNumber(main);
   ShowNoBestTime(main);
   ShowNoYourTime(main);
@@ -150,12 +151,12 @@ void MakePuzzleOfLevel(Main& main) {
   long tried = 0;
   bool found = false;
   while (!found && !ends()) {
-    if (!TryPuzzle(main, ends)) continue;
-    ++tried;
-    found = levels->Holds(main.Level);
+    const bool made = TryPuzzle(main, ends);
+    tried += made ? 1 : 0;
+    found = made && levels->Holds(main.Level);
+    if (!found) main.Level = levelBefore;
   }
   if (found) return BeginMadePuzzle(main);
-  main.Level = levelBefore;
   EndWithoutPuzzle(main);
   if (!main.GenEnds) {
     main.desktop.Show(MessageBox{.Title = "New Puzzle",

@@ -17,10 +17,6 @@ PuzzleFacts FactsOf(Main& main, const PackRecord& record) {
   return facts;
 }
 
-std::string SizeText(int size) {
-  return std::to_string(size) + "\u00d7" + std::to_string(size);
-}
-
 std::string FactsText(const PuzzleFacts& facts) {
   if (facts.Level < 1) return SizeText(facts.Size) + ", beyond the rater's rules";
   char text[60];

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "game/game_state.h"
+#include "game/text.h"
 
 namespace bivouac {
 
@@ -17,8 +18,6 @@ struct PuzzleFacts {
 /// Rates a record as a load would. Requires: its size is 6 to 18. Leaves on the board what the rating left.
 PuzzleFacts FactsOf(Main& main, const PackRecord& record);
 
-/// Such as "12x12", with a proper sign.
-std::string SizeText(int size);
 /// Size, level and difficulty in words.
 std::string FactsText(const PuzzleFacts& facts);
 

@@ -15,7 +15,7 @@ git grep -n '^#include "' -- '*.cpp' '*.h' | awk -v rooms="
   events: game hints storage generator workbench
   packs: $core workbench
   walks: $core workbench packs
-  drawing: $core workbench packs walks
+  drawing: $core workbench walks
   guide: $core workbench packs walks drawing
   tools: $core workbench packs walks drawing
   window: $core workbench packs walks drawing
