@@ -307,7 +307,8 @@ void Season::PressAs(const ButtonRow& row, const char* name, Act act) {
   if (!enabled) return;
   if (row.Value == &Main::cmdGenerate) {
     NoticeNoPuzzle();
-    if (!watched.NoPuzzleOfThisSize) CheckMadePuzzle();
+    if (!main().PuzzleOver)
+      CheckMadePuzzle();  // None was made where the question for the level was cancelled.
   }
   if (starts || row.Value == &Main::cmdResetTime) CheckFiles();
 }
