@@ -86,7 +86,7 @@ void Replay(Main& main, const KeptGame& game) {
   }
   main.Elapsed = 0;
   AddPenalty(main, game.Clock);
-  Timer3_Timer(main);
+  main.LabelTijd.Caption = FormatClock(main.Elapsed);
   if (game.Paused) cmdPause_Click(main);
 }
 

@@ -18,6 +18,7 @@
 namespace bivouac {
 namespace {
 
+constexpr int kMostClock = 999'999;  // Seconds: prices may lead a paused clock beyond a day.
 constexpr int kMostSteps = 32767;
 constexpr std::uintmax_t kLongest = 300'000;  // Bytes; more than the longest log needs.
 
@@ -49,7 +50,7 @@ std::string ColoursText(const FixedArray<Label, kMaxSize>& labels, int size) {
 std::string TextOf(const Main& main) {
   std::ostringstream text;
   text << "puzzle " << PuzzleLineOf(main.global.PuzzleRec) << "\nclock "
-       << std::clamp(main.Elapsed, 0, kDaySeconds - 1) << "\nstate " << (main.Paused ? "paused" : "playing")
+       << std::clamp(main.Elapsed, 0, kMostClock) << "\nstate " << (main.Paused ? "paused" : "playing")
        << "\nsteps " << main.StepCount << "\nlog";
   for (int step = 1; step <= main.MoveLogTop; ++step) text << ' ' << main.MoveLog[step];
   text << "\nrows " << ColoursText(main.RowCnt, main.BoardSize) << "\ncolumns "
@@ -110,7 +111,7 @@ KeptGame GameOf(std::istream& lines) {
     TellDamage(error.what());
   }
   const int size = SizeOf(game.Puzzle.LevelSize);
-  game.Clock = NumberIn(TakeLine(lines, "clock"), kDaySeconds - 1, "the clock");
+  game.Clock = NumberIn(TakeLine(lines, "clock"), kMostClock, "the clock");
   const std::string state = TakeLine(lines, "state");
   game.Paused = state == "paused";
   if (!game.Paused && state != "playing") TellDamage("the state is neither \"playing\" nor \"paused\"");

@@ -22,7 +22,7 @@ namespace bivouac {
 struct KeptGame {
   /// Its size, trees and clues; as ReadKeptGame returns it, the whole record of the pack.
   PackRecord Puzzle;
-  int Clock = 0;  ///< Seconds, below a day.
+  int Clock = 0;  ///< Seconds.
   bool Paused = false;
   int Steps = 0;         ///< 0 to the length of the log.
   std::vector<int> Log;  ///< Cells.
