@@ -11,6 +11,7 @@ commands=("$@")
 [ ${#commands[@]} -gt 0 ] || commands=(./play ./check ./package)
 
 root=$(mktemp -d)
+chmod 755 "$root" # as a root is: who is not root passes through it, too
 leave() {
   for place in proc dev; do mountpoint --quiet "$root/$place" && umount --recursive "$root/$place"; done
   rm -rf --one-file-system "$root"
