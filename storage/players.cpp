@@ -149,6 +149,10 @@ void TakeName(FormNamen& form) {
   bool isFull = false;
   {
     const FolderTurn turn(form.main.global.DataDir);
+    if (!turn.IsMine()) {
+      return Tell(form, "The list of players is in use",
+                  "Another program is changing the list of players.\nPress Enter again in a moment.");
+    }
     ReadPlayersAgain(form);
     isTaken = IsNameTaken(form, name);
     isFull = !HasSelection(form) && form.main.global.PlayerCount >= kMostPlayers;

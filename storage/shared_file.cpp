@@ -173,7 +173,7 @@ Turn::~Turn() {
 FolderTurn::FolderTurn(const std::string& folder)
     : descriptor_(Repeating([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })) {
   std::chrono::milliseconds waited{0};
-  if (descriptor_ >= 0) WaitForLock(descriptor_, folder, {1500ms, {}}, waited);
+  if (descriptor_ >= 0) isMine_ = WaitForLock(descriptor_, folder, {1500ms, {}}, waited) != LockAnswer::Busy;
 }
 
 FolderTurn::~FolderTurn() {

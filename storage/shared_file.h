@@ -92,17 +92,20 @@ class Turn {
   SharedFile& file_;
 };
 
-/// A turn at what belongs together beside the files of a folder, such as the list of players. Never fails:
-/// after a second and a half it is done without.
+/// A turn at what belongs together beside the files of a folder, such as the list of players. Waits for
+/// others a second and a half at most. Never fails.
 class FolderTurn {
  public:
   explicit FolderTurn(const std::string& folder);
+  /// False while another program's turn does not end. Where there are no locks, nobody else has a turn.
+  bool IsMine() const { return isMine_; }
   FolderTurn(const FolderTurn&) = delete;
   FolderTurn& operator=(const FolderTurn&) = delete;
   ~FolderTurn();
 
  private:
   int descriptor_;
+  bool isMine_ = true;
 };
 
 }  // namespace bivouac
