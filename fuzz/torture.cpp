@@ -218,8 +218,10 @@ class Torture {
     const bool isNobodys =
         scene_ == Scene::ReadOnly || (scene_ == Scene::TwoUsers && programs_.size() % 2 == 1);
     if (isNobodys && geteuid() == 0) program.User = kNobody;
+    const std::chrono::microseconds delay(Below(1 << Below(18)));
     program.Id = fork();
     if (program.Id == 0) {
+      std::this_thread::sleep_for(delay);
       std::signal(SIGXFSZ, SIG_IGN);
       dup2(open(words.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666), STDERR_FILENO);
       dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
@@ -280,16 +282,18 @@ class Torture {
     cmdOpen_Click(game.main);
     if (!desktop.Titles.empty()) return;
     const auto place = places_.find(IdentityOf(game.global.PuzzleRec));
+    // Meanwhile others write, or sort.
+    std::this_thread::sleep_for(std::chrono::milliseconds(seconds % 5));
     game.main.LostTimes = Loss::None;
     game.main.Elapsed = seconds;
     RecordTimes(game.main);
     const auto wasShown = [&](const char* title) {
       return std::count(desktop.Titles.begin(), desktop.Titles.end(), title) != 0;
     };
-    Report report{Report::Own, 0, puzzle, game.global.CurrentPlayer, seconds};
+    const auto known = static_cast<int>(place == places_.end() ? pool_.size() : place->second);
+    Report report{Report::Own, known, puzzle, game.global.CurrentPlayer, seconds};
     if (!wasShown("Time not saved")) Tell(report);
     report.Did = Report::Best;
-    report.Puzzle = static_cast<int>(place == places_.end() ? pool_.size() : place->second);
     if (!wasShown("File Error") && !wasShown("Puzzle Save Error")) Tell(report);
   }
 
@@ -328,7 +332,8 @@ class Torture {
   }
 
   void KillSomeAndWait() {
-    constexpr int kHalted = 200'000;  // Longer than a game waits.
+    // Longer than a game waits.
+    const int halted = scene_ == Scene::Players ? 1'700'000 : 200'000;
     struct Signal {
       pid_t Id;
       int Number;
@@ -341,9 +346,9 @@ class Torture {
         const int microseconds = Below(1 << (9 + Below(8)));
         if (Once(2)) {
           signals.emplace(microseconds, Signal{program.Id, SIGKILL});
-        } else if (program.Name != "game" && Once(8)) {
+        } else if (Once(8)) {
           signals.emplace(microseconds, Signal{program.Id, SIGSTOP});
-          signals.emplace(microseconds + kHalted, Signal{program.Id, SIGCONT});
+          signals.emplace(microseconds + halted, Signal{program.Id, SIGCONT});
         }
       }
     }
@@ -424,7 +429,13 @@ class Torture {
     };
     for (const Report& report : reports_) {
       if (report.Did == Report::Best) least(bests, report.Puzzle, report.Seconds);
-      if (report.Did == Report::Own) least(owns, std::pair(report.Player, report.Number), report.Seconds);
+      if (report.Did != Report::Own) continue;
+      least(owns, std::pair(report.Player, report.Number), report.Seconds);
+      const auto solved = static_cast<std::size_t>(report.Puzzle);
+      const auto place = static_cast<std::size_t>(report.Number - 1);
+      if (solved < pool_.size() && place < after.size() &&
+          IdentityOf(pool_[solved]) != IdentityOf(after[place]))
+        Lose("an own time is another puzzle's");
     }
     for (const PackRecord& record : after) {
       const auto place = places_.find(IdentityOf(record));

@@ -123,7 +123,7 @@ void PackRewrite::Prepare(PackContent content) {
   replacement_->Sync();
 }
 
-void PackRewrite::Commit() {
+void PackRewrite::Commit(const std::function<void()>& last) {
   for (int attempt = 1; replacement_; ++attempt) {
     if (attempt > 1) Read();
     OnPack([&] {
@@ -132,7 +132,10 @@ void PackRewrite::Commit() {
       const bool isAsRead = stamp_.Certain && pack.TakeStamp() == stamp_;
       if (!isAsRead && attempt < kAttempts) return;
       if (!isAsRead) Prepare(ContentOf(pack));
-      if (replacement_) replacement_->TakePlace();
+      if (replacement_) {
+        last();
+        replacement_->TakePlace();
+      }
       replacement_.reset();
     });
   }

@@ -57,7 +57,8 @@ class PackRewrite {
 
   /// Brings the new content to the disk, unless it is what stands there already.
   PackRewrite(std::string path, Patience patience, Change change);
-  void Commit();
+  /// `last` is called in the turn, when nothing but an error from it can keep the change back any more.
+  void Commit(const std::function<void()>& last = [] {});
 
  private:
   void Read();

@@ -40,9 +40,8 @@ void AppendPersonal(PersonalFile& file, const PersonalRecord& record) {
 }
 
 /// Writes a record at its place, where no other program has put a better time of the puzzle, or another
-/// puzzle, by now.
+/// puzzle, by now. Requires: a turn.
 void WritePersonal(PersonalFile& file, int place, const PersonalRecord& own) {
-  const Turn turn(file);
   PersonalRecord present;
   if (place != 0 && place <= file.Counts().Whole) file.Read(place, present);
   const bool isFree = present == PersonalRecord{};
@@ -51,11 +50,25 @@ void WritePersonal(PersonalFile& file, int place, const PersonalRecord& own) {
     file.Write(place, own);
 }
 
+/// A time stands under the number of its puzzle. Errors: a file error if another puzzle has it by now.
+void RequireSameNumber(const Main& main) {
+  PackRecord present;
+  const bool isThere = main.InPack && IgnoringFileErrors([&] {
+                         PackFile(PackPath(main.global, main.BoardSize)).Read(main.PuzzleNo, present);
+                       });
+  if (isThere) RequireSamePuzzle(present, main.global.PuzzleRec);
+}
+
 void SavePersonal(Main& main) {
   const Global& global = main.global;
   const bool kept = IgnoringFileErrors([&] {
     PersonalFile file(PersonalPath(global, global.CurrentPlayer), Access::Create);
-    WritePersonal(file, global.PersonalPos, global.PersonalRec);
+    {
+      // Nobody sorts the pack meanwhile.
+      const Turn turn(file);
+      RequireSameNumber(main);
+      WritePersonal(file, global.PersonalPos, global.PersonalRec);
+    }
     file.Sync();
   });
   if (!kept && main.LostTimes == Loss::None) main.LostTimes = Loss::Untold;

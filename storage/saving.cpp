@@ -34,9 +34,7 @@ Outcome WriteInTurn(Main& main, Access access, Write write) {
 void KeepBestTime(RecordFile<PackRecord>& pack, long number, const PackRecord& puzzle) {
   PackRecord present;
   pack.Read(number, present);
-  if (!IsSamePuzzle(present, puzzle))
-    ThrowFileError(ErrorNumber::FileAccess, "another puzzle has this number",
-                   PackName(SizeOf(puzzle.LevelSize)));
+  RequireSamePuzzle(present, puzzle);
   if (!Beats(puzzle.BestMinutes * 60 + puzzle.BestSeconds, present.BestMinutes, present.BestSeconds)) return;
   present.BestMinutes = puzzle.BestMinutes;
   present.BestSeconds = puzzle.BestSeconds;
@@ -103,6 +101,12 @@ bool IsSamePuzzle(const PackRecord& a, const PackRecord& b) {
   const auto alike = [](int cellA, int cellB) { return (cellA == CELL_TREE) == (cellB == CELL_TREE); };
   return a.RowCounts == b.RowCounts && a.ColCounts == b.ColCounts &&
          std::equal(a.Layout.begin(), a.Layout.end(), b.Layout.begin(), alike);
+}
+
+void RequireSamePuzzle(const PackRecord& present, const PackRecord& puzzle) {
+  if (!IsSamePuzzle(present, puzzle))
+    ThrowFileError(ErrorNumber::FileAccess, "another puzzle has this number",
+                   PackName(SizeOf(puzzle.LevelSize)));
 }
 
 bool Beats(int elapsed, int minutes, int seconds) {

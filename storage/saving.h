@@ -15,6 +15,8 @@ void Save_Puzzle(Main& main);
 
 /// Trees and clues are equal; levels and times may differ.
 bool IsSamePuzzle(const PackRecord& a, const PackRecord& b);
+/// Errors: a file error if another program has put another puzzle in the place of one.
+void RequireSamePuzzle(const PackRecord& present, const PackRecord& puzzle);
 /// Whether a time in seconds is better. A time of 0 is none. Damaged times below 0 are never beaten.
 bool Beats(int elapsed, int minutes, int seconds);
 

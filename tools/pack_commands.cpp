@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <iomanip>
+#include <list>
 #include <numeric>
 #include <ostream>
 #include <set>
@@ -157,11 +158,19 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
   if (options.Steps) terminal.Out << "  " << PassNames(rating.Trace) << '\n';
 }
 
+/// A player's times, to which no game adds one while they are held.
+struct HeldTimes {
+  explicit HeldTimes(const std::string& path) : File(path, Access::Write) {}
+  RecordFile<PersonalRecord> File;
+  Turn Held{File};
+};
+
 /// Players' own times know their puzzles by number, in files beside the pack. Two files cannot change in one
 /// step: a program that died in between would leave the times to other puzzles. So nothing with times may
 /// move. `order` holds, for each new place, the old one. The game may know the pack by any link on the way to
-/// it. Errors: InputError.
-void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order) {
+/// it. The files are held if `held` is there. Errors: InputError.
+void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order,
+                       std::list<HeldTimes>* held = nullptr) {
   std::vector<fs::path> links = {pack};
   while (fs::is_symlink(links.back()))
     links.push_back(links.back().parent_path() / fs::read_symlink(links.back()));
@@ -173,6 +182,7 @@ void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& 
     for (int player = 1; player <= kMostPlayers; ++player) {
       const std::string file = PersonalPath(folder, player);
       if (!FileExists(file)) continue;
+      if (held != nullptr) held->emplace_back(file);
       for (const PersonalRecord& own : RecordFile<PersonalRecord>(file).ReadAll()) {
         const bool hasTime = own.PersonalMinutes != 0 || own.PersonalSeconds != 0;
         const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
@@ -195,14 +205,20 @@ PackRecord Mended(PackRecord record, int size, Main& main) {
   return record;
 }
 
-/// The records of a pack that is sound then, and in words what was done to it.
-std::vector<PackRecord> Repaired(const std::string& path, const PackContent& content, std::string& words) {
+/// Puts the change in the pack's place while no game can add a time to a puzzle that moves.
+void CommitMoved(PackRewrite& rewrite, const std::string& pack, const std::vector<std::size_t>& order) {
+  std::list<HeldTimes> held;
+  rewrite.Commit([&] { RequireNoOwnTimes(pack, order, &held); });
+}
+
+/// The records of a pack that is sound then, the place of each before, and in words what was done to it.
+std::vector<PackRecord> Repaired(const std::string& path, const PackContent& content,
+                                 std::vector<std::size_t>& order, std::string& words) {
   Workbench bench;
   const std::string name = FileName(path);
   const int size = SizeOfPack(name, content);
   const auto faultsOf = [&](const PackRecord& record) { return FaultsOf(name, {{record}, 0}, bench.main); };
   std::vector<PackRecord> sound;
-  std::vector<std::size_t> order;
   for (std::size_t place = 0; place < content.Records.size(); ++place) {
     PackRecord record = content.Records[place];
     const std::vector<Fault> faults = faultsOf(record);
@@ -323,10 +339,13 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
 ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal) {
   for (const std::string& path : packs) {
     std::string words;
-    PackRewrite(path, LongPatience(terminal.Err), [&](const PackContent& content) {
+    std::vector<std::size_t> order;
+    PackRewrite rewrite(path, LongPatience(terminal.Err), [&](const PackContent& content) {
       words.clear();
-      return Repaired(path, content, words);
-    }).Commit();
+      order.clear();
+      return Repaired(path, content, order, words);
+    });
+    CommitMoved(rewrite, path, order);
     terminal.Out << words;
   }
   return ExitStatus::Done;
@@ -334,9 +353,10 @@ ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal
 
 ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
   KnownRatings ratings;
+  std::vector<std::size_t> order;
   PackRewrite rewrite(pack, LongPatience(terminal.Err), [&](const PackContent& content) {
     const std::vector<PackRecord>& records = SoundRecords(pack, content);
-    std::vector<std::size_t> order(records.size());
+    order.resize(records.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     for (const std::size_t place : order) ratings.Of(place, records[place]);
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
@@ -351,7 +371,7 @@ ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
     for (const std::size_t place : order) sorted.push_back(records[place]);
     return sorted;
   });
-  rewrite.Commit();
+  CommitMoved(rewrite, pack, order);
   return ExitStatus::Done;
 }
 
