@@ -22,5 +22,5 @@ int main() {
       signature = bivouac::Random::Mix(signature + static_cast<std::uint64_t>(direction));
   }
   const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
-  std::printf("%016llx %.1f\n", static_cast<unsigned long long>(signature), took.count() / kPuzzles);
+  std::printf("%016llx %.3f\n", static_cast<unsigned long long>(signature), took.count() / kPuzzles);
 }
