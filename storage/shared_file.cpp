@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -27,13 +29,12 @@ LockAnswer WaitForLock(int descriptor, const std::string& path, const Patience& 
     const LockAnswer answer = SetLock(descriptor, true);
     const auto gone = steady_clock::now() - start;
     if (answer == LockAnswer::Busy && gone < patience.Most - waited) {
-      if (patience.Tell && gone >= kLongWait)
-        patience.Tell(path + ": waiting for another program, which holds it");
+      if (gone >= kLongWait) patience.Tell(path + ": waiting for another program, which holds it");
       std::this_thread::sleep_for(kBetweenTries);
       continue;
     }
     waited = answer == LockAnswer::Busy ? std::max(waited, patience.Most) : 0ms;
-    if (answer == LockAnswer::NotHere && patience.Tell)
+    if (answer == LockAnswer::NotHere)
       patience.Tell(path +
                     ": there are no locks on this file system, let nothing else use the file meanwhile");
     return answer;
@@ -54,6 +55,11 @@ int Claim(int descriptor, std::uintmax_t before, std::uintmax_t after) {
 }
 
 }  // namespace
+
+void SayOnce(const std::string& words) {
+  static std::once_flag said;
+  std::call_once(said, [&] { std::fprintf(stderr, "Bivouac: %s\n", words.c_str()); });
+}
 
 SharedFile::SharedFile(std::string path, Access access, Patience patience)
     : path_(std::move(path)), access_(access), patience_(std::move(patience)) {
@@ -173,7 +179,7 @@ Turn::~Turn() {
 FolderTurn::FolderTurn(const std::string& folder)
     : descriptor_(Repeating([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })) {
   std::chrono::milliseconds waited{0};
-  if (descriptor_ >= 0) isMine_ = WaitForLock(descriptor_, folder, {1500ms, {}}, waited) != LockAnswer::Busy;
+  if (descriptor_ >= 0) isMine_ = WaitForLock(descriptor_, folder, {1500ms}, waited) != LockAnswer::Busy;
 }
 
 FolderTurn::~FolderTurn() {

@@ -18,12 +18,15 @@ namespace bivouac {
 /// What a file is opened for. Reading changes and creates nothing.
 enum class Access { Read, Write, Create };
 
+/// Says words on standard error, the first of a run alone.
+void SayOnce(const std::string& words);
+
 /// How long to wait for another program's turn, in all: a program that was halted in its turn costs this
 /// once.
 struct Patience {
   std::chrono::milliseconds Most{100};  ///< A window waits with it.
-  /// Called, if set, of a long wait and a file system without locks; the same words may come often.
-  std::function<void(const std::string& words)> Tell;
+  /// Called of a long wait and a file system without locks; the same words may come often.
+  std::function<void(const std::string& words)> Tell = SayOnce;
 };
 
 /// An open file, for RecordFile and Turn. All failures are RunTimeErrors that are file errors.

@@ -38,5 +38,14 @@ TEST(Text, TwoDigitsKeepsTheLastTwo) {
   }
 }
 
+TEST(Text, WhatSteersATerminalIsShownAsAQuestionMark) {
+  const std::pair<const char*, const char*> cases[] = {{"a\nb\x1B[2J\x7F", "a?b?[2J?"},
+                                                       {"\xC2\x9B"
+                                                        "2J",
+                                                        "?2J"},
+                                                       {"\xC2\xA0\xC3\xA9\x9B", "\xC2\xA0\xC3\xA9?"}};
+  for (const auto& [text, line] : cases) EXPECT_EQ(OnOneLine(text), line);
+}
+
 }  // namespace
 }  // namespace bivouac

@@ -160,7 +160,8 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
 
 /// A player's times, to which no game adds one while they are held.
 struct HeldTimes {
-  explicit HeldTimes(const std::string& path) : File(path, Access::Write) {}
+  explicit HeldTimes(const std::string& path)
+      : File(path, Access::Write, {.Tell = [](const std::string&) {}}) {}
   RecordFile<PersonalRecord> File;
   Turn Held{File};
 };
