@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <type_traits>
+#include <utility>
 
 #include "game/text.h"
 #include "storage/platform_files.h"
@@ -9,51 +12,19 @@
 namespace bivouac {
 namespace {
 
-constexpr std::size_t kBlockRecords = 64;  // Read in one go.
-
-/// Calls visit(field) for every integer of a record, in the order of the file.
-template <class Record, class Visit>
-void ForEachField(Record& record, Visit visit) {
-  if constexpr (requires { record.TentDirs; }) {
-    for (auto& field : record.TentDirs) visit(field);
-    for (auto& field : record.Layout) visit(field);
-    for (auto& field : record.RowCounts) visit(field);
-    for (auto& field : record.ColCounts) visit(field);
-    visit(record.LevelSize);
-    visit(record.BestMinutes);
-    visit(record.BestSeconds);
-    visit(record.BestPlayer);
-  } else {
-    visit(record.PersonalPuzzle);
-    visit(record.PersonalLevelSize);
-    visit(record.PersonalMinutes);
-    visit(record.PersonalSeconds);
-  }
-}
-
-template <class Record>
-void Decode(std::span<const std::uint8_t> bytes, Record& record) {
-  auto next = bytes.begin();
-  ForEachField(record, [&](std::int16_t& field) {
-    const unsigned low = *next++;
-    const unsigned high = *next++;
-    field = static_cast<std::int16_t>(low | high << 8);
-  });
+/// Puts the integers of records from the order of a file into the machine's, or back.
+void Reorder(std::span<std::uint8_t> bytes) {
+  if constexpr (std::endian::native == std::endian::little) return;
+  for (std::size_t i = 0; i < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
 }
 
 }  // namespace
 
 template <class Record>
 std::vector<std::uint8_t> BytesOf(std::span<const Record> records) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(records.size_bytes());
-  for (const Record& record : records) {
-    ForEachField(record, [&](const std::int16_t& field) {
-      const auto bits = static_cast<std::uint16_t>(field);
-      bytes.push_back(static_cast<std::uint8_t>(bits & 0xFF));
-      bytes.push_back(static_cast<std::uint8_t>(bits >> 8));
-    });
-  }
+  const auto* const first = reinterpret_cast<const std::uint8_t*>(records.data());
+  std::vector<std::uint8_t> bytes(first, first + records.size_bytes());
+  Reorder(bytes);
   return bytes;
 }
 
@@ -82,24 +53,25 @@ std::uintmax_t RecordFile<Record>::FinishedLength() const {
 
 template <class Record>
 void RecordFile<Record>::Read(long number, Record& record) const {
-  std::array<std::uint8_t, kBytes> bytes;
-  if (ReadAt(OffsetOf(number), bytes) < bytes.size())
-    ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", Path());
-  Decode(bytes, record);
+  Record read;
+  ReadInto(number, std::span(&read, 1));
+  record = read;
 }
 
 template <class Record>
 std::vector<Record> RecordFile<Record>::ReadAll(long first) const {
   std::vector<Record> records(static_cast<std::size_t>(std::max(0L, Counts().Whole - first + 1)));
-  std::vector<std::uint8_t> block(kBlockRecords * kBytes);
-  for (std::size_t start = 0; start < records.size(); start += kBlockRecords) {
-    const std::size_t count = std::min(kBlockRecords, records.size() - start);
-    const std::span bytes = std::span(block).first(count * kBytes);
-    if (ReadAt(OffsetOf(first) + start * kBytes, bytes) < bytes.size())
-      ThrowFileError(ErrorNumber::PastEndOfFile, "the file became shorter", Path());
-    for (std::size_t i = 0; i < count; ++i) Decode(bytes.subspan(i * kBytes, kBytes), records[start + i]);
-  }
+  ReadInto(first, records);
   return records;
+}
+
+template <class Record>
+void RecordFile<Record>::ReadInto(long first, std::span<Record> records) const {
+  static_assert(std::is_trivially_copyable_v<Record>);
+  const std::span bytes(reinterpret_cast<std::uint8_t*>(records.data()), records.size_bytes());
+  if (ReadAt(OffsetOf(first), bytes) < bytes.size())
+    ThrowFileError(ErrorNumber::PastEndOfFile, "past the end of the file", Path());
+  Reorder(bytes);
 }
 
 template <class Record>
@@ -107,13 +79,13 @@ void RecordFile<Record>::WriteAll(long first, std::span<const Record> records) {
   if (records.empty()) return;
   const Turn turn(*this);
   CutTo(FinishedLength());
-  WriteAt(OffsetOf(first), BytesOf(records), kBytes);
+  WriteAt(OffsetOf(first), BytesOf(records));
 }
 
 template <class Record>
 void RecordFile<Record>::WriteEnd(long number, const Record& record) {
   const std::vector<std::uint8_t> bytes = BytesOf(std::span(&record, 1));
-  WriteAt(OffsetOf(number) + kBytes - kEndBytes, std::span(bytes).last(kEndBytes), kEndBytes);
+  WriteAt(OffsetOf(number) + kBytes - kEndBytes, std::span(bytes).last(kEndBytes));
 }
 
 template <class Record>

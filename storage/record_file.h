@@ -66,6 +66,7 @@ class RecordFile : public SharedFile {
   int SpareBytes() const { return static_cast<int>(Length() % kBytes); }
 
  private:
+  void ReadInto(long first, std::span<Record> records) const;
   std::uintmax_t OffsetOf(long number) const;
   std::uintmax_t FinishedLength() const;
 };

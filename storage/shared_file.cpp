@@ -121,19 +121,15 @@ std::size_t SharedFile::ReadAt(std::uintmax_t offset, std::span<std::uint8_t> by
   return read;
 }
 
-void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes,
-                         std::size_t recordBytes) {
+void SharedFile::WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes) {
   const Turn turn(*this);
   const std::uintmax_t before = Length();
   const std::uintmax_t after = offset + bytes.size();
   if (before == 0) maybeNew_ = true;
   int reason = after > before ? Claim(descriptor_, before, after) : 0;
-  const auto writeOfEach = [&](std::size_t from, std::size_t count) {
-    for (std::size_t record = 0; record < bytes.size() && reason == 0; record += recordBytes)
-      reason = WriteAllAt(descriptor_, offset + record + from, bytes.subspan(record + from, count));
-  };
-  writeOfEach(0, recordBytes - kEndBytes);
-  writeOfEach(recordBytes - kEndBytes, kEndBytes);
+  const std::size_t end = bytes.size() - kEndBytes;
+  if (reason == 0) reason = WriteAllAt(descriptor_, offset, bytes.first(end));
+  if (reason == 0) reason = WriteAllAt(descriptor_, offset + end, bytes.subspan(end));
   if (reason == 0) return;
   CutTo(before);
   ThrowFileError(reason, path_);

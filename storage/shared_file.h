@@ -57,8 +57,8 @@ class SharedFile {
 
   /// Reads up to the end of the file. Returns how many bytes.
   std::size_t ReadAt(std::uintmax_t offset, std::span<std::uint8_t> bytes) const;
-  /// Writes records of that length; what stands there changes in place.
-  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes, std::size_t recordBytes);
+  /// Writes records, the end of the last one when all the rest is there; what stands there changes in place.
+  void WriteAt(std::uintmax_t offset, std::span<const std::uint8_t> bytes);
   /// Cuts off what lies behind. Requires: a turn.
   void CutTo(std::uintmax_t length);
   std::uintmax_t Length() const { return TakeStamp().Length; }
