@@ -35,11 +35,19 @@ struct FoundField {
 /// A field may stand in it more than once. The order is that in which a hint marks the fields.
 struct Find {
   int Case = 0;  ///< Which of the deduction's cases it is, of those that have several: see finds.h.
+  // The lines that a deduction along lines looked at, counted from 0; none for others.
+  int FirstLine = 0;
+  int LastLine = -1;
   FixedList<FoundField, kMaxCells> Fields;
 
   void Add(int cell, Role role) { Fields.Add({cell, role}); }
+  void SetLines(int first, int last) {
+    FirstLine = first;
+    LastLine = last;
+  }
   void Clear() {
     Case = 0;
+    SetLines(0, -1);
     Fields.Clear();
   }
 };

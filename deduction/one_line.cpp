@@ -28,6 +28,7 @@ bool FindComplete(Lines& lines, Find& find) {
   for (int line = 0; line < lines.Size(); ++line) {
     const Positions open = lines.Open(line);
     if (lines.Need(line) != lines.TentCount(line) || open == 0) continue;
+    find.SetLines(line, line);
     AddAll(find, lines, line, open, Role::Grass);
     return true;
   }
@@ -42,6 +43,7 @@ bool FindRuns(Lines& lines, Find& find) {
     if (runs.Capacity != missing) continue;
     if (runs.Odd != 0) {
       find.Case = RunsFull;
+      find.SetLines(line, line);
       AddAll(find, lines, line, runs.Odd, Role::Tent);
       return true;
     }
@@ -49,6 +51,7 @@ bool FindRuns(Lines& lines, Find& find) {
     const Positions after = runs.Even & lines.Open(line + 1);
     if ((before | after) == 0) continue;
     find.Case = RunsBlock;
+    find.SetLines(line, line);
     ForEachIn(before | after, [&](int position) {
       if (Has(before, position)) find.Add(lines.CellAt(line - 1, position), Role::Grass);
       if (Has(after, position)) find.Add(lines.CellAt(line + 1, position), Role::Grass);
@@ -68,6 +71,7 @@ bool FindClaimed(Lines& lines, Find& find) {
     if (claimants == 0 || missing != std::popcount(claimants)) continue;
     const Positions unclaimed = open & ~(WithBefore(claimants) | WithAfter(claimants));
     if (unclaimed == 0) continue;
+    find.SetLines(line, line);
     AddAll(find, lines, line, claimants, Role::Tree);
     AddAll(find, lines, line, unclaimed, Role::Grass);
     return true;
@@ -89,7 +93,9 @@ bool FindSpareRun(Lines& lines, Find& find) {
         find.Add(lines.CellAt(line, gap + 1), Role::MayBeTent);
       }
     });
-    if (!find.Fields.IsEmpty()) return true;
+    if (find.Fields.IsEmpty()) continue;
+    find.SetLines(line, line);
+    return true;
   }
   return false;
 }
@@ -109,6 +115,7 @@ bool FindTreeSupply(Lines& lines, BeyondLastLine beyond, Find& find) {
     const Positions trees = TreesWithFieldIn(lines, treeLine, tentLine, beyond);
     if (trees == 0) continue;
     find.Case = surplus < 0 ? SupplyBefore : SupplyAfter;
+    find.SetLines(0, line);
     ForEachIn(trees, [&](int position) {
       find.Add(lines.CellAt(treeLine, position), Role::Tree);
       find.Add(lines.CellAt(tentLine, position), Role::Tent);

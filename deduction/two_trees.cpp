@@ -31,7 +31,9 @@ bool FindPinched(Lines& lines, Find& find) {
 bool FindLastTent(Lines& lines, Find& find) {
   for (int line = 0; line < lines.Size(); ++line) {
     if (lines.Need(line) != lines.TentCount(line) + 1) continue;
-    if (AddFieldBetween(lines, line, lines.Tents(line), find)) return true;
+    if (!AddFieldBetween(lines, line, lines.Tents(line), find)) continue;
+    find.SetLines(line, line);
+    return true;
   }
   return false;
 }

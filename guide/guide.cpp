@@ -7,6 +7,7 @@
 
 #include "events/help.h"
 #include "game/error.h"
+#include "hints/evidence.h"
 #include "rating/rating.h"
 #include "walks/explanation.h"
 #include "workbench/position.h"
@@ -182,42 +183,10 @@ GuideHint LayGuidePosition(Main& main, const GuidePosition& position) {
 }
 
 std::string PictureText(const Main& main, const GuideHint& hint) {
-  std::vector<std::string> trees, tents, options, claimed;
-  const auto add = [&](std::vector<std::string>& to, int cell) {
-    if (cell < 0 || cell >= main.CellCount) return;
-    const std::string name = FieldName(main, cell);
-    if (std::find(to.begin(), to.end(), name) == to.end()) to.push_back(name);
-  };
-  for (const FoundField& field : hint.Hint.Found.Fields) {
-    switch (field.Is) {
-      case Role::Tree:
-      case Role::WingTree:
-        add(trees, field.Cell);
-        break;
-      case Role::StandingTent:
-        add(tents, field.Cell);
-        break;
-      case Role::MayBeTent:
-        add(options, field.Cell);
-        break;
-      case Role::Claimed:
-      case Role::LostToOne:
-        add(claimed, field.Cell);
-        break;
-      default:
-        break;
-    }
-  }
-  std::string text = "A board of " + std::to_string(main.BoardSize) + " by " +
-                     std::to_string(main.BoardSize) + " fields, before and after.";
-  const auto tell = [&](const std::vector<std::string>& names, const char* one, const char* many) {
-    if (!names.empty()) text += ' ' + std::string(names.size() == 1 ? one : many) + ' ' + Listed(names) + '.';
-  };
-  tell(trees, "Marked is the tree at", "Marked are the trees at");
-  tell(tents, "Marked is the tent at", "Marked are the tents at");
-  tell(claimed, "The shared field is", "Marked are the fields");
-  tell(options, "A tent may stand at", "Tents may stand at");
-  return text + " What follows: " + ChangesText(main, hint.Changes) + '.';
+  const std::string size = std::to_string(main.BoardSize);
+  std::string text = "A board of " + size + " by " + size + " fields, before and after: ";
+  for (const std::string& fact : EvidenceOf(main, hint.Hint)) text += fact + "; ";
+  return text + "so: " + ChangesText(main, hint.Changes) + '.';
 }
 
 std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,

@@ -5,6 +5,7 @@
 
 #include "events/help.h"
 #include "events/player_presses.h"
+#include "hints/evidence.h"
 
 namespace bivouac {
 namespace {
@@ -167,7 +168,7 @@ void PageWindow::DrawControl(const ControlRow& row) {
   if (row.Kind == ControlKind::Text) {
     const bool waits = HintTakesClicks(main_);
     message.Add("label", SpokenHint(main_)).Add("waits", waits);
-    if (waits) description = marks = SpokenMarks(main_);
+    if (waits) description = marks = SpokenMarksAndEvidence(main_);
   }
   message.Add("description", WithoutList(std::string(description)));
   if (row.ItsButton != nullptr) message.Add("enabled", (main_.*row.ItsButton).Enabled);

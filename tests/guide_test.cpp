@@ -4,6 +4,7 @@
 #include <set>
 
 #include "game/board.h"
+#include "hints/evidence.h"
 #include "packs/pack_access.h"
 #include "tests/support/files.h"
 #include "walks/explanation.h"

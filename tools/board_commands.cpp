@@ -8,6 +8,7 @@
 
 #include "game/puzzle_line.h"
 #include "game/sound.h"
+#include "hints/evidence.h"
 #include "hints/hints.h"
 #include "packs/pack_access.h"
 #include "packs/pack_reader.h"
@@ -95,8 +96,10 @@ void WriteHintInWords(const Main& main, const Hint& hint, Terminal& terminal) {
   }
   terminal.Out << hint.Text << '\n';
   if (hint.Seconds > 0) terminal.Out << hint.Seconds << " seconds\n";
-  if (const HintCase* which = HintCaseOf(hint.Text))
+  if (const HintCase* which = HintCaseOf(hint.Text)) {
+    for (const std::string& fact : EvidenceOf(main, FindHint(main).value())) terminal.Out << fact << '\n';
     terminal.Out << which->Rule->Title << ", " << GuidePlaceOf(*which) << " of the guide\n";
+  }
 }
 
 }  // namespace

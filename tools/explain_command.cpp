@@ -72,7 +72,8 @@ void WriteWords(SolutionWalk& walk, const Main& main, Terminal& terminal) {
     out << '\n'
         << title << ": " << hint.Rule->Title << ", " << Counted(hint.Rule->Seconds, "second") << "\n  "
         << SentenceOf(hint) << '\n';
-    if (!walk.Changes().empty()) out << "  " << ChangesText(main, walk.Changes()) << '\n';
+    for (const std::string& fact : walk.Facts()) out << "  " << fact << '\n';
+    if (!walk.Changes().empty()) out << "  so: " << ChangesText(main, walk.Changes()) << '\n';
     if (terminal.Colour) DrawBoard(main, Touched(hint, main), terminal);
   };
   while (walk.Next()) {
@@ -104,7 +105,7 @@ ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal) {
   if (!options.Drawing.Output.empty()) return ExplainOnPaper(options, terminal);
   Workbench bench;
   const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, {"--from", options.From});
-  SolutionWalk walk(bench.main);
+  SolutionWalk walk(bench.main, SolutionWalk::Telling::StepsWithFacts);
   if (options.Output == Format::Table) {
     WriteTable(walk, bench.main, terminal);
     return ExitStatus::Done;

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <tuple>
 
-#include "game/board.h"
 #include "game/error.h"
 #include "game/play.h"
 #include "game/text.h"
+#include "hints/evidence.h"
 #include "packs/pack_access.h"
 #include "packs/pack_reader.h"
 #include "workbench/position.h"
@@ -31,10 +31,6 @@ PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
   }
   if (!position.Digits.empty()) LayFields(bench.main, position.Digits, position.Name);
   return record;
-}
-
-std::string FieldName(const Main& main, int cell) {
-  return 'r' + std::to_string(RowOf(main, cell) + 1) + 'c' + std::to_string(ColOf(main, cell) + 1);
 }
 
 std::string ChangesText(const Main& main, const std::vector<FieldChange>& changes) {

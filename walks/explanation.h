@@ -21,8 +21,6 @@ struct PositionOption {
 PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
                          const PositionOption& position);
 
-/// What is told of a field by row and column, counted from 1: "r3c4".
-std::string FieldName(const Main& main, int cell);
 /// "tent r3c4; grass r1c2, r1c3".
 std::string ChangesText(const Main& main, const std::vector<FieldChange>& changes);
 

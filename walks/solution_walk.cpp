@@ -5,6 +5,7 @@
 #include "game/error.h"
 #include "game/play.h"
 #include "game/spoken.h"
+#include "hints/evidence.h"
 #include "workbench/workbench.h"
 
 namespace bivouac {
@@ -68,7 +69,7 @@ std::size_t PlaceOf(const FoundHint& hint) {
   return static_cast<std::size_t>(place - cases.begin());
 }
 
-SolutionWalk::SolutionWalk(Main& main) : main_(main) {
+SolutionWalk::SolutionWalk(Main& main, Telling telling) : main_(main), telling_(telling) {
   for (int cell = 0; cell < main.CellCount; ++cell) {
     const int code = main.Board[cell];
     if ((code == CELL_GRASS || code == CELL_TENT) && IsWrong(main, cell, code)) end_ = End::WrongFields;
@@ -94,6 +95,7 @@ bool SolutionWalk::Next() {
     hint_ = FindHint(main_);
     if (!hint_) return endWith(End::NoMoreHints);
     changes_ = ChangesOf(main_, *hint_);
+    if (telling_ == Telling::StepsWithFacts) facts_ = EvidenceOf(main_, *hint_);
   } catch (const RunTimeError&) {
     return endWith(End::Fault);
   }

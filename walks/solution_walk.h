@@ -43,6 +43,7 @@ std::size_t PlaceOf(const FoundHint& hint);
 /// Applies hints to a board one by one until one of the ends.
 class SolutionWalk {
  public:
+  enum class Telling { Steps, StepsWithFacts };
   enum class End {
     None,  ///< There may be more steps.
     Solved,
@@ -54,7 +55,7 @@ class SolutionWalk {
   };
 
   /// Requires: a started puzzle, which the walk plays on. Its board may be half done.
-  explicit SolutionWalk(Main& main);
+  explicit SolutionWalk(Main& main, Telling telling = Telling::Steps);
 
   /// Finds the next hint and applies it. False at an end; after WrongHint and NothingNew, Hint() and
   /// Changes() are those of that hint.
@@ -62,13 +63,17 @@ class SolutionWalk {
 
   const FoundHint& Hint() const { return *hint_; }
   const std::vector<FieldChange>& Changes() const { return changes_; }
+  /// The evidence of Hint(), from the board before the step. Requires: Telling::StepsWithFacts.
+  const std::vector<std::string>& Facts() const { return facts_; }
   End Ended() const { return end_; }
 
  private:
   bool IsSolved() const;
 
   Main& main_;
+  const Telling telling_;
   std::optional<FoundHint> hint_;
+  std::vector<std::string> facts_;
   std::vector<FieldChange> changes_;
   End end_ = End::None;
 };

@@ -19,6 +19,7 @@
 #include "game/clock.h"
 #include "game/puzzle_line.h"
 #include "game/web_link.h"
+#include "hints/evidence.h"
 #include "storage/platform_files.h"
 #include "storage/start_up.h"
 #include "walks/solution_walk.h"
@@ -359,7 +360,7 @@ void MainWindow::DrawHint() {
   hint_->setAccessibleName(QString::fromStdString(SpokenHint(main_)));
   hintTakesClicks_ = HintTakesClicks(main_);
   hint_->setAccessibleDescription(hintTakesClicks_
-                                      ? QString::fromStdString(SpokenMarks(main_))
+                                      ? QString::fromStdString(SpokenMarksAndEvidence(main_))
                                       : QString::fromUtf8(DescriptionOf(ControlNamed("lblHint"))));
   hint_->setCursor(hintTakesClicks_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
   hint_->setFocusPolicy(hintTakesClicks_ ? Qt::TabFocus : Qt::NoFocus);
