@@ -31,15 +31,6 @@ constexpr const char* kFontFamily = "DejaVu Sans";
 // A document that is made again is the same document.
 constexpr const char* kDocumentDate = "2026-01-01T00:00:00Z";
 
-void Append(Replacement& file, std::string_view text) {
-  file.Append({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-}
-
-cairo_status_t WriteTo(void* file, const unsigned char* bytes, unsigned int count) {
-  return static_cast<Replacement*>(file)->Append({bytes, count}) ? CAIRO_STATUS_SUCCESS
-                                                                 : CAIRO_STATUS_WRITE_ERROR;
-}
-
 [[noreturn]] void RefuseToOverwrite(const std::string& path) {
   throw InputError(path + ": the file exists, --force overwrites it");
 }
@@ -54,10 +45,8 @@ const std::string& Allowed(const std::string& path, Overwrite overwrite) {
   return path;
 }
 
-// Cairo is not told of a write that failed: it would end the program over links to pages that never came.
-cairo_status_t DrawTo(void* file, const unsigned char* bytes, unsigned int count) {
-  auto& drawn = *static_cast<DrawnFile*>(file);
-  if (!drawn.Failed) drawn.Failed = std::fwrite(bytes, 1, count, drawn.File) != count;
+cairo_status_t DrawTo(void* finisher, const unsigned char* bytes, unsigned int count) {
+  static_cast<PdfFinisher*>(finisher)->Add({reinterpret_cast<const char*>(bytes), count});
   return CAIRO_STATUS_SUCCESS;
 }
 
@@ -103,18 +92,20 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
       file_(path),
       format_(format),
       page_(page),
-      title_(Letters(title)) {
+      title_(Letters(title)),
+      pdf_([this](std::string_view bytes) { Write(bytes); }) {
   switch (format) {
     case PictureFormat::Pdf:
-      drawn_.File = std::tmpfile();
-      if (drawn_.File == nullptr) throw InputError("no temporary file can be made for the drawing");
-      surface_ = cairo_pdf_surface_create_for_stream(DrawTo, &drawn_, page.Width, page.Height);
+      surface_ = cairo_pdf_surface_create_for_stream(DrawTo, &pdf_, page.Width, page.Height);
+      // Later ones pack what they draw, unless it is this old.
+      if (cairo_version() > CAIRO_VERSION_ENCODE(1, 17, 0))
+        cairo_pdf_surface_restrict_to_version(surface_, CAIRO_PDF_VERSION_1_4);
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title_.c_str());
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "bivouac-packs");
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, kDocumentDate);
       break;
     case PictureFormat::Svg:
-      surface_ = cairo_svg_surface_create_for_stream(AddTo, &svg_, page.Width, page.Height);
+      surface_ = cairo_svg_surface_create_for_stream(AddTo, &picture_, page.Width, page.Height);
       cairo_svg_surface_set_document_unit(surface_, CAIRO_SVG_UNIT_PX);
       break;
     case PictureFormat::Png:
@@ -135,6 +126,7 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
   pango_context_set_round_glyph_positions(context, FALSE);
   cairo_font_options_destroy(options);
   pango_layout_context_changed(layout_);
+  BeginTag("Document");
 }
 
 Canvas::~Canvas() {
@@ -144,7 +136,6 @@ Canvas::~Canvas() {
   if (pen_ != nullptr) cairo_destroy(pen_);
   // The surface writes its last bytes now, into a file that still stands.
   if (surface_ != nullptr) cairo_surface_destroy(surface_);
-  if (drawn_.File != nullptr) std::fclose(drawn_.File);
 }
 
 void Canvas::SetColour(Colour colour) {
@@ -223,7 +214,7 @@ void Canvas::EndTag(const char* tag) {
 }
 
 void Canvas::BeginFigure(const std::string& words) {
-  figures_.push_back(words);
+  format_ == PictureFormat::Pdf ? pdf_.AddFigure(Letters(words)) : figures_.push_back(words);
   BeginTag("Figure");
 }
 
@@ -241,7 +232,11 @@ void Canvas::NamePage(const std::string& name) {
 void Canvas::EndPage() {
   cairo_show_page(pen_);
   ++pages_;
-  if (drawn_.Failed) ThrowFileError(ENOSPC, path_);
+  if (failed_) file_.Sync();  // Throws it.
+}
+
+void Canvas::Write(std::string_view bytes) {
+  failed_ = !file_.Append({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
 std::string Canvas::WithWords(std::string svg) const {
@@ -254,23 +249,15 @@ std::string Canvas::WithWords(std::string svg) const {
 
 void Canvas::Finish() {
   if (std::exchange(finished_, true)) return;
-  if (format_ == PictureFormat::Png) {
-    cairo_surface_flush(surface_);
-    cairo_surface_write_to_png_stream(surface_, WriteTo, &file_);
-  }
+  EndTag("Document");
+  cairo_status_t status = CAIRO_STATUS_SUCCESS;
+  if (format_ == PictureFormat::Png) status = cairo_surface_write_to_png_stream(surface_, AddTo, &picture_);
   cairo_surface_finish(surface_);
-  const cairo_status_t status = cairo_surface_status(surface_);
-  // A write error is told by the file, with its reason.
-  const bool lost = drawn_.File != nullptr && (drawn_.Failed || std::fflush(drawn_.File) != 0);
-  if (lost) ThrowFileError(ENOSPC, path_);
-  if (status != CAIRO_STATUS_SUCCESS && status != CAIRO_STATUS_WRITE_ERROR) {
+  if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(surface_);
+  if (status != CAIRO_STATUS_SUCCESS)
     throw InputError(std::string("drawing failed: ") + cairo_status_to_string(status));
-  }
-  if (drawn_.File != nullptr)
-    FinishPdf(drawn_.File, figures_, [this](const unsigned char* bytes, std::size_t count) {
-      file_.Append({bytes, count});
-    });
-  if (format_ == PictureFormat::Svg) Append(file_, WithWords(std::move(svg_)));
+  if (format_ == PictureFormat::Pdf) pdf_.Finish();
+  Write(format_ == PictureFormat::Svg ? WithWords(std::move(picture_)) : picture_);
   file_.Sync();
 }
 

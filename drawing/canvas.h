@@ -2,12 +2,13 @@
 #pragma once
 
 #include <cairo.h>
-#include <cstdio>
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "drawing/finished_pdf.h"
 #include "storage/replacement.h"
 
 // As in <pango/pango-layout.h>.
@@ -63,12 +64,6 @@ struct TextStyle {
   bool OneLine = false;  ///< Shortened in its middle where lines would be broken.
 };
 
-/// A temporary file.
-struct DrawnFile {
-  std::FILE* File = nullptr;
-  bool Failed = false;  ///< A write did.
-};
-
 /// Everything that is drawn goes to `Pen()`; the file is there after Close().
 class Canvas {
  public:
@@ -119,6 +114,7 @@ class Canvas {
 
  private:
   void LayText(const std::string& text, const TextStyle& style, double width);
+  void Write(std::string_view bytes);
   std::string WithWords(std::string svg) const;
 
   std::string path_;
@@ -128,10 +124,11 @@ class Canvas {
   Extent page_;
   std::string title_;
   double smallestType_ = std::numeric_limits<double>::infinity();
-  int pages_ = 1;                     // Begun.
-  DrawnFile drawn_;                   // A PDF before it is finished.
-  std::string svg_;                   // An SVG before it is finished.
-  std::vector<std::string> figures_;  // Their words.
+  int pages_ = 1;  // Begun.
+  PdfFinisher pdf_;
+  std::string picture_;               // An SVG or PNG before it is finished.
+  std::vector<std::string> figures_;  // Their words, in an SVG.
+  bool failed_ = false;               // A write did.
   cairo_surface_t* surface_ = nullptr;
   cairo_t* pen_ = nullptr;
   PangoLayout* layout_ = nullptr;

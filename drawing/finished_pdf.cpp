@@ -1,75 +1,139 @@
 #include "drawing/finished_pdf.h"
 
-#include <qpdf/Pipeline.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFWriter.hh>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <glib.h>
+#include <sstream>
+#include <zlib.h>
 
 #include "game/error.h"
 
 namespace bivouac {
 namespace {
 
-using Write = std::function<void(const unsigned char*, std::size_t)>;
+constexpr std::string_view kBegin = " 0 obj\n";
+constexpr std::string_view kEnd = "\nendobj\n";
+constexpr std::string_view kCatalog = "<< /Type /Catalog";
+constexpr std::string_view kFigure = "<< /Type /StructElem\n   /S /Figure";
+constexpr std::string_view kThings = "/XObject << ";
+constexpr std::uint32_t kPackSize = 200;
 
-class ToWrite : public Pipeline {
- public:
-  explicit ToWrite(const Write& write) : Pipeline("file", nullptr), write_(write) {}
-  void write(const unsigned char* bytes, std::size_t count) override { write_(bytes, count); }
-  void finish() override {}
-
- private:
-  const Write& write_;
-};
-
-/// Gives the texts to the figures below an element of the structure, in the order of the document.
-void TellFigures(QPDFObjectHandle element, std::vector<std::string>::const_iterator& text,
-                 std::vector<std::string>::const_iterator end) {
-  if (!element.isDictionary()) return;
-  if (element.getKey("/S").isNameAndEquals("/Figure") && text != end)
-    element.replaceKey("/Alt", QPDFObjectHandle::newUnicodeString(*text++));
-  QPDFObjectHandle kids = element.getKey("/K");
-  if (!kids.isArray()) return TellFigures(kids, text, end);
-  for (int kid = 0; kid < kids.getArrayNItems(); ++kid) TellFigures(kids.getArrayItem(kid), text, end);
+/// A compressed stream with such entries in its dictionary.
+std::string StreamOf(const std::string& entries, const std::string& content) {
+  uLongf size = compressBound(content.size());
+  std::string packed(size, '\0');
+  compress(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(content.data()),
+           content.size());
+  packed.resize(size);
+  return "<< " + entries + " /Filter /FlateDecode /Length " + std::to_string(size) + " >>\nstream\n" +
+         packed + "\nendstream";
 }
 
-/// Puts the parts of the document, which were drawn one after the other, below one element for the whole.
-void GatherParts(QPDF& pdf, QPDFObjectHandle structure) {
-  if (!structure.isDictionary()) return;
-  QPDFObjectHandle whole =
-      pdf.makeIndirectObject(QPDFObjectHandle::parse("<< /Type /StructElem /S /Document >>"));
-  QPDFObjectHandle parts = structure.getKey("/K").wrapInArray();
-  for (int part = 0; part < parts.getArrayNItems(); ++part) parts.getArrayItem(part).replaceKey("/P", whole);
-  whole.replaceKey("/P", structure);
-  whole.replaceKey("/K", parts);
-  structure.replaceKey("/K", whole);
+/// Words as a string of a PDF.
+std::string Quoted(const std::string& words) {
+  std::string text = "<feff";
+  gunichar2* const units = g_utf8_to_utf16(words.c_str(), -1, nullptr, nullptr, nullptr);
+  for (const gunichar2* unit = units; unit != nullptr && *unit != 0; ++unit) {
+    std::array<char, 5> digits;
+    std::snprintf(digits.data(), digits.size(), "%04x", *unit);
+    text += digits.data();
+  }
+  g_free(units);
+  return text + '>';
+}
+
+/// Cairo names a thing each time that it is used.
+void NameThingsOnce(std::string& dictionary) {
+  const std::size_t begin = dictionary.find(kThings);
+  if (begin == std::string::npos) return;
+  const std::size_t end = dictionary.find(">>", begin);
+  const std::size_t first = begin + kThings.size();
+  std::istringstream names(dictionary.substr(first, end - first));
+  std::string once;
+  for (std::string name, number, generation, r; names >> name >> number >> generation >> r;) {
+    if (once.find(name + ' ') == std::string::npos) once.append(name).append(" ").append(number) += " 0 R ";
+  }
+  dictionary.replace(first, end - first, once);
 }
 
 }  // namespace
 
-void FinishPdf(std::FILE* drawn, const std::vector<std::string>& figures, const Write& write) try {
-  std::rewind(drawn);
-  QPDF pdf;
-  pdf.setSuppressWarnings(true);  // Names that stand twice are what is put right here.
-  pdf.processFile("drawing", drawn, false);
-  for (int id = pdf.getTrailer().getKey("/Size").getIntValueAsInt(); id > 0; --id) {
-    pdf.getObjectByID(id, 0).isNull();  // Reads it.
-    pdf.getWarnings();                  // Forgets them: they would fill the memory.
+void PdfFinisher::Add(std::string_view drawn) {
+  std::size_t from = buffer_.size() - std::min(buffer_.size(), kEnd.size());
+  buffer_ += drawn;
+  for (std::size_t end; (end = buffer_.find(kEnd, from)) != std::string::npos; from = 0) {
+    Take(std::string_view(buffer_).substr(0, end));
+    buffer_.erase(0, end + kEnd.size());
   }
-  QPDFObjectHandle root = pdf.getRoot();
-  root.replaceKey("/Lang", QPDFObjectHandle::newString("en"));
-  root.replaceKey("/MarkInfo", QPDFObjectHandle::parse("<< /Marked true >>"));
-  root.replaceKey("/ViewerPreferences", QPDFObjectHandle::parse("<< /DisplayDocTitle true >>"));
-  GatherParts(pdf, root.getKey("/StructTreeRoot"));
-  auto text = figures.begin();
-  TellFigures(root.getKey("/StructTreeRoot"), text, figures.end());
-  ToWrite file(write);
-  QPDFWriter writer(pdf);
-  writer.setOutputPipeline(&file);
-  writer.setDeterministicID(true);
-  writer.setObjectStreamMode(qpdf_o_generate);
-  writer.write();
-} catch (const QPDFExc& error) {
-  throw InputError(std::string("drawing failed: ") + error.what());
+}
+
+void PdfFinisher::Take(std::string_view object) {
+  const std::size_t begin = object.find(kBegin);
+  const std::size_t line = object.rfind('\n', begin) + 1;
+  WriteOut(object.substr(0, line));  // The head of the file.
+  const std::size_t number = std::strtoul(object.data() + line, nullptr, 10);
+  std::string content(object.substr(begin + kBegin.size()));
+  places_.resize(std::max(places_.size(), number + 1));
+  // A stream and its length stay as they are.
+  if (!content.starts_with("<<") || content.ends_with("\nendstream")) return WriteObject(number, content);
+  Improve(content);
+  places_[number] = {2, static_cast<std::uint32_t>(packs_.size()), packed_++};
+  index_ += std::to_string(number) + ' ' + std::to_string(pack_.size()) + ' ';
+  pack_ += content + '\n';
+  if (packed_ == kPackSize) ClosePack();
+}
+
+void PdfFinisher::Improve(std::string& dictionary) {
+  if (dictionary.starts_with(kCatalog)) {
+    dictionary.insert(kCatalog.size(), "/Lang (en) /ViewerPreferences << /DisplayDocTitle true >>");
+  } else if (dictionary.starts_with(kFigure) && !figures_.empty()) {
+    dictionary.insert(kFigure.size(), "/Alt " + Quoted(figures_.front()));
+    figures_.pop_front();
+  } else if (!dictionary.starts_with("<< /")) {
+    NameThingsOnce(dictionary);
+  }
+}
+
+void PdfFinisher::WriteOut(std::string_view text) {
+  write_(text);
+  written_ += static_cast<std::uint32_t>(text.size());
+}
+
+void PdfFinisher::WriteObject(std::size_t number, const std::string& content) {
+  places_[number] = {1, written_, 0};
+  WriteOut(std::to_string(number).append(kBegin).append(content).append(kEnd));
+}
+
+void PdfFinisher::ClosePack() {
+  const std::string counts = " /N " + std::to_string(packed_) + " /First " + std::to_string(index_.size());
+  packs_.push_back(StreamOf("/Type /ObjStm" + counts, index_ + pack_));
+  index_.clear();
+  pack_.clear();
+  packed_ = 0;
+}
+
+void PdfFinisher::Finish() {
+  const std::size_t root = buffer_.find("/Root");
+  const std::size_t end = buffer_.find(">>", root);
+  if (end == std::string::npos) throw InputError("drawing failed: a PDF of an unknown form");
+  ClosePack();
+  const std::uint32_t firstPack = static_cast<std::uint32_t>(places_.size());
+  for (auto& [type, where, index] : places_) where += type == 2 ? firstPack : 0;
+  places_.resize(places_.size() + packs_.size() + 1);
+  for (std::size_t pack = 0; pack < packs_.size(); ++pack) WriteObject(firstPack + pack, packs_[pack]);
+  const std::uint32_t start = written_;
+  places_.back() = {1, start, 0};
+  std::string table;
+  for (const auto& place : places_) {
+    for (const std::uint32_t number : place) {
+      for (int byte = 3; byte >= 0; --byte) table += static_cast<char>(number >> 8 * byte & 0xff);
+    }
+  }
+  WriteObject(places_.size() - 1, StreamOf("/Type /XRef /W [4 4 4] /Size " + std::to_string(places_.size()) +
+                                               '\n' + buffer_.substr(root, end - root),
+                                           table));
+  WriteOut("startxref\n" + std::to_string(start) + "\n%%EOF\n");
 }
 
 }  // namespace bivouac

@@ -1,7 +1,7 @@
 # The Debian packages that Bivouac needs, and their installation. Sourced by the commands at the root.
 
 # What draws: the guide's pictures, and the pack maker.
-DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev libqpdf-dev)
+DRAWING_PACKAGES=(libcairo2-dev libpango1.0-dev librsvg2-dev zlib1g-dev)
 PLAY_PACKAGES=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev libgl-dev libfontconfig-dev libpng-dev libopenal-dev libsndfile1-dev
