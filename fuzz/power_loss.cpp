@@ -24,7 +24,6 @@
 #include <unistd.h>
 #include <vector>
 
-#include "fuzz/headless_game.h"
 #include "game/clock.h"
 #include "packs/pack_access.h"
 #include "storage/best_times.h"
@@ -250,7 +249,7 @@ struct Place {
   fs::path Data() const { return Top / "local/Bvc"; }
   std::string Pack() const { return (Data() / PackName(kSize)).string(); }
 
-  static constexpr int kSize = GameDesktop::kSize;
+  static constexpr int kSize = FolderDesktop::kSize;
   TempFolder Top;
 };
 
@@ -302,7 +301,8 @@ Verdict EnumerateKills(const Place& place, Disk disk, const Trial& trial) {
     const fs::path local = place.Top / "killed";
     fs::create_directories(local / "Bvc");
     for (const auto& [name, bytes] : world) WriteBytes((local / "Bvc" / name).string(), bytes);
-    const HeadlessGame next(place.Program(), local.string());
+    FolderDesktop desktop(place.Program(), local.string());
+    const ProgramRun next(desktop);
     const World after = FilesIn((local / "Bvc").string());
     fs::remove_all(local);
     for (const auto& [name, bytes] : after) {
@@ -369,6 +369,7 @@ bool HasGrownSoundly(const std::string& bytes, const std::string& before,
 bool Run() {
   constexpr std::size_t kPartOfRecord = 700;
   const Place place;
+  FolderDesktop desktop(place.Program(), place.Top / "local");
   const std::string pack = PackName(Place::kSize);
   const std::string own = "PLBest01.bvq";
   const std::vector<PackRecord> spare = ReadPack("assets/packs/" + pack);
@@ -409,19 +410,18 @@ bool Run() {
   };
 
   // One pack was begun by a program that died.
-  bool passes = Passes(place, {"first start", [&] { WriteBytes(place.Pack(), ""); },
-                               [&] { HeadlessGame(place.Program(), place.Top / "local"); },
-                               [&](const World& world, Came came) {
-                                 for (const auto& [name, bytes] : installed) {
-                                   const bool there = world.count(name) != 0;
-                                   const bool begun = name == pack && there && world.at(name).empty();
-                                   if (there ? world.at(name) != bytes && !begun : came == Came::ToItsEnd)
-                                     return false;
-                                 }
-                                 return came != Came::ToItsEnd || !world.at(pack).empty();
-                               }});
+  bool passes = Passes(
+      place, {"first start", [&] { WriteBytes(place.Pack(), ""); }, [&] { const ProgramRun game(desktop); },
+              [&](const World& world, Came came) {
+                for (const auto& [name, bytes] : installed) {
+                  const bool there = world.count(name) != 0;
+                  const bool begun = name == pack && there && world.at(name).empty();
+                  if (there ? world.at(name) != bytes && !begun : came == Came::ToItsEnd) return false;
+                }
+                return came != Came::ToItsEnd || !world.at(pack).empty();
+              }});
 
-  HeadlessGame game(place.Program(), place.Top / "local");
+  ProgramRun game(desktop);
   const auto saveNew = [&] {
     game.global.PuzzleRec = spare.at(50);
     Save_New(game.main);
@@ -459,7 +459,7 @@ bool Run() {
   const auto open = [&] {
     CountPacks(game.main);
     game.global.CurrentPlayer = 1;
-    game.desktop.Answer = std::string("2");
+    desktop.Inputs = {"2"};
     cmdOpen_Click(game.main);
     readFiles();
     packAfter = packBefore;

@@ -19,7 +19,6 @@
 #include <unistd.h>
 #include <vector>
 
-#include "fuzz/headless_game.h"
 #include "game/text.h"
 #include "generator/random.h"
 #include "packs/alike.h"
@@ -37,7 +36,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kSize = GameDesktop::kSize;
+constexpr int kSize = FolderDesktop::kSize;
 constexpr uid_t kNobody = 65534;
 constexpr std::uintmax_t kBytes = RecordFile<PackRecord>::kBytes;
 constexpr const char* kBook = "book.pdf";
@@ -83,13 +82,13 @@ struct Totals {
 };
 
 /// A desktop whose settings are files of a folder, for games beside one another.
-class SharedDesktop : public GameDesktop {
+class SharedDesktop : public FolderDesktop {
  public:
   SharedDesktop(const std::string& program, const std::string& local)
-      : GameDesktop(program, local), settings_(local + "/settings") {}
+      : FolderDesktop(program, local), settings_(local + "/settings") {}
   std::string GetSetting(std::string_view section, std::string_view key, std::string_view fallback) override {
     const std::string path = PathOf(key);
-    return fs::exists(path) ? BytesOf(path) : GameDesktop::GetSetting(section, key, fallback);
+    return fs::exists(path) ? BytesOf(path) : FolderDesktop::GetSetting(section, key, fallback);
   }
   bool SaveSetting(std::string_view, std::string_view key, std::string_view value) override {
     fs::create_directories(settings_);
@@ -269,18 +268,18 @@ class Torture {
   }
 
   /// Saves a new puzzle, as New does.
-  void SaveOne(LoadedProgram& game, GameDesktop& desktop, int fresh) {
+  void SaveOne(LoadedProgram& game, FolderDesktop& desktop, int fresh) {
     game.global.PuzzleRec = pool_[static_cast<std::size_t>(fresh)];
     game.main.Level = LevelOf(game.global.PuzzleRec.LevelSize);
     Save_New(game.main);
-    if (desktop.Titles.empty()) Tell({Report::Saved, fresh, 0, 0, 0});
+    if (desktop.Boxes.empty()) Tell({Report::Saved, fresh, 0, 0, 0});
   }
 
   /// Solves a puzzle that others may solve, too.
-  void SolveOne(LoadedProgram& game, GameDesktop& desktop, int puzzle, int seconds) {
-    desktop.Answer = std::to_string(puzzle);
+  void SolveOne(LoadedProgram& game, FolderDesktop& desktop, int puzzle, int seconds) {
+    desktop.Inputs = {std::to_string(puzzle)};
     cmdOpen_Click(game.main);
-    if (!desktop.Titles.empty()) return;
+    if (!desktop.Boxes.empty()) return;
     const auto place = places_.find(IdentityOf(game.global.PuzzleRec));
     // Meanwhile others write, or sort.
     std::this_thread::sleep_for(std::chrono::milliseconds(seconds % 5));
@@ -288,7 +287,8 @@ class Torture {
     game.main.Elapsed = seconds;
     RecordTimes(game.main);
     const auto wasShown = [&](const char* title) {
-      return std::count(desktop.Titles.begin(), desktop.Titles.end(), title) != 0;
+      return std::any_of(desktop.Boxes.begin(), desktop.Boxes.end(),
+                         [&](const MessageBox& box) { return box.Title == title; });
     };
     const auto known = static_cast<int>(place == places_.end() ? pool_.size() : place->second);
     Report report{Report::Own, known, puzzle, game.global.CurrentPlayer, seconds};
@@ -309,15 +309,14 @@ class Torture {
     Fork({.Name = "game"}, [&] {
       try {
         SharedDesktop desktop(top_ / "program", folder_.string());
-        LoadedProgram game(desktop);
-        Form_Load(game.main, game.form);
+        ProgramRun game(desktop);
         Random random(seed);
         for (int step = 0; step < 12; ++step) {
-          desktop.Titles.clear();
+          desktop.Boxes.clear();
           if (scene_ == Scene::Players) {
             AddPlayer(game, number * 100 + step);
           } else if (!before_.empty() && random.Below(2) == 0) {
-            game.global.CurrentPlayer = 1 + number % GameDesktop::kPlayers;
+            game.global.CurrentPlayer = 1 + number % FolderDesktop::kPlayers;
             const auto some = static_cast<int>(std::min<std::size_t>(before_.size(), 12));
             SolveOne(game, desktop, 1 + random.Below(some), 2000 - 100 * step + random.Below(100));
           } else {
@@ -484,7 +483,8 @@ class Torture {
       if (wasThere && fs::file_size(Pack()) % kBytes != 0) Lose("half a record");
       const long records = wasThere ? static_cast<long>(fs::file_size(Pack()) / kBytes) : 0;
       totals_.Unfinished += wasThere && records != CountRecords<PackRecord>(Pack()).Whole;
-      const HeadlessGame next(top_ / "program", folder_.string());
+      FolderDesktop desktop(top_ / "program", folder_.string());
+      const ProgramRun next(desktop);
       for (int size = kMinSize; size <= kMaxSize; ++size) {
         const std::string path = (data_ / PackName(size)).string();
         if (size != kSize && BytesOf(path) != BytesOf(top_ / ("program/" + PackName(size))))

@@ -143,15 +143,13 @@ void ClearPersonalTimes(Main& main, int player) {
   const std::string path = PersonalPath(main.global, player);
   if (CountRecords<PersonalRecord>(path).Whole < 1) return;
   PersonalFile file(path, Access::Write);
-  const long last = file.Counts().Whole;
-  PersonalRecord& own = main.global.PersonalRec;
-  for (long number = 1; number <= last; ++number) {
+  {
     const Turn turn(file);
-    file.Read(number, own);
-    if (SizeOf(own.PersonalLevelSize) != main.BoardSize) continue;
-    own.PersonalMinutes = 0;
-    own.PersonalSeconds = 0;
-    file.Write(number, own);
+    std::vector<PersonalRecord> times = file.ReadAll();
+    for (PersonalRecord& own : times) {
+      if (SizeOf(own.PersonalLevelSize) == main.BoardSize) own.PersonalMinutes = own.PersonalSeconds = 0;
+    }
+    file.WriteAll(1, times);
   }
   file.Sync();
 }
@@ -173,12 +171,12 @@ FileUse FindPersonal(Main& main) {
   if (!FileExists(path)) return FileUse::None;
   global.PersonalPos = 0;
   IgnoringFileErrors([&] {
-    PersonalFile file(path);
-    const int last = static_cast<int>(file.Counts().Whole);
-    for (int number = 1; number <= last && global.PersonalPos == 0; ++number) {
-      if (!IgnoringFileErrors([&] { file.Read(number, global.PersonalRec); })) continue;
-      if (KeyOf(global.PersonalRec) == PersonalKey{main.BoardSize, main.PuzzleNo})
-        global.PersonalPos = number;
+    int number = 0;
+    for (const PersonalRecord& own : PersonalFile(path).ReadAll()) {
+      ++number;
+      if (global.PersonalPos != 0 || KeyOf(own) != PersonalKey{main.BoardSize, main.PuzzleNo}) continue;
+      global.PersonalRec = own;
+      global.PersonalPos = number;
     }
   });
   if (global.PersonalPos != 0) {
@@ -197,11 +195,7 @@ void SyncPersonalBests(Main& main) {
       PersonalFile file(PersonalPath(global, player), Access::Create);
       const Turn turn(file);
       std::set<PersonalKey> known;
-      const long last = file.Counts().Whole;
-      for (long number = 1; number <= last; ++number) {
-        if (!IgnoringFileErrors([&] { file.Read(number, global.PersonalRec); })) continue;
-        known.insert(KeyOf(global.PersonalRec));
-      }
+      for (const PersonalRecord& own : file.ReadAll()) known.insert(KeyOf(own));
       bool added = false;
       for (const PackBest& best : bests) {
         if (best.Player != player || known.contains(KeyOf(best.Record))) continue;

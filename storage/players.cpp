@@ -10,20 +10,6 @@
 namespace bivouac {
 namespace {
 
-/// The front of a text.
-struct Front {
-  std::string Text;
-  int Characters;
-};
-
-/// Its first characters, at most that many.
-Front FrontOf(const std::string& text, int most) {
-  std::string_view rest = text;
-  int characters = 0;
-  for (; characters < most && !rest.empty(); ++characters) rest.remove_prefix(CharacterBytes(rest));
-  return {text.substr(0, text.size() - rest.size()), characters};
-}
-
 std::string PlayerKey(int player) {
   return "Player" + TwoDigits(player);
 }
@@ -36,9 +22,12 @@ void SavePlayers(Main& main) {
   }
 }
 
-void SaveLastPlayer(Main& main) {
-  KeepSetting(main, "Players", "Last_Player", std::to_string(main.global.CurrentPlayer));
-  TellOfLostSettings(main);
+/// Lets a player play, or nobody, and closes.
+void Choose(FormNamen& form, int player) {
+  form.main.global.CurrentPlayer = player;
+  KeepSetting(form.main, "Players", "Last_Player", std::to_string(player));
+  TellOfLostSettings(form.main);
+  form.Visible = false;
 }
 
 bool HasSelection(const FormNamen& form) {
@@ -169,17 +158,21 @@ void TakeName(FormNamen& form) {
 
 }  // namespace
 
-int CharactersOf(const std::string& text) {
-  return FrontOf(text, static_cast<int>(text.size())).Characters;
+std::string FirstCharacters(const std::string& text, int most) {
+  std::string_view rest = text;
+  for (; most > 0 && !rest.empty(); --most) rest.remove_prefix(CharacterBytes(rest));
+  return text.substr(0, text.size() - rest.size());
 }
 
-std::string FirstCharacters(const std::string& text, int most) {
-  return FrontOf(text, most).Text;
+int CharactersOf(const std::string& text) {
+  int characters = 0;
+  for (std::string_view rest = text; !rest.empty(); ++characters) rest.remove_prefix(CharacterBytes(rest));
+  return characters;
 }
 
 std::string FixedName(const std::string& name) {
-  const Front front = FrontOf(name, kNameLength);
-  return front.Text + std::string(static_cast<std::size_t>(kNameLength - front.Characters), ' ');
+  const std::string front = FirstCharacters(name, kNameLength);
+  return front + std::string(static_cast<std::size_t>(kNameLength - CharactersOf(front)), ' ');
 }
 
 std::string NameOf(const Global& global, int player) {
@@ -232,15 +225,11 @@ void NaamLijst_DblClick(FormNamen& form) {
 }
 
 void KnopOK_Click(FormNamen& form) {
-  form.main.global.CurrentPlayer = SelectedPlayer(form);
-  SaveLastPlayer(form.main);
-  form.Visible = false;
+  Choose(form, SelectedPlayer(form));
 }
 
 void CommandFree_Click(FormNamen& form) {
-  form.main.global.CurrentPlayer = 0;
-  SaveLastPlayer(form.main);
-  form.Visible = false;
+  Choose(form, 0);
 }
 
 void KnopAnnuleren_Click(FormNamen& form) {

@@ -35,8 +35,14 @@ void Installation::AddPlayers(const std::vector<std::string>& names) {
   desktop.Settings[{"Players", "Last_Player"}] = std::to_string(player);
 }
 
-ProgramRun::ProgramRun(Installation& installation) : LoadedProgram(installation.desktop) {
+ProgramRun::ProgramRun(Desktop& desktop) : LoadedProgram(desktop) {
   Form_Load(main, form);
+}
+
+FolderDesktop::FolderDesktop(const std::string& program, const std::string& local) {
+  Program = program;
+  LocalData.Path = local;
+  Settings = {{{"Options", "Size"}, std::to_string(kSize)}, {{"Players", "Count"}, std::to_string(kPlayers)}};
 }
 
 int RightCode(const Main& main, int cell) {

@@ -42,7 +42,15 @@ struct LoadedProgram {
 
 /// One run of the program, started.
 struct ProgramRun : LoadedProgram {
-  explicit ProgramRun(Installation& installation);
+  explicit ProgramRun(Desktop& desktop);
+  explicit ProgramRun(Installation& installation) : ProgramRun(installation.desktop) {}
+};
+
+/// A desktop with folders that others have made, size 6 and two players.
+struct FolderDesktop : ScriptedDesktop {
+  static constexpr int kSize = 6;
+  static constexpr int kPlayers = 2;
+  FolderDesktop(const std::string& program, const std::string& local);
 };
 
 /// What a field is clicked to for the puzzle to be solved: a tent, or grass.
