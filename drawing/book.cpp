@@ -133,29 +133,30 @@ double SolutionCaption(const BookLayout& layout) {
   return std::max(kSolutionCaption * ScaleOf(layout.Paper), 1.5 * TypeOf(8, layout));
 }
 
-Grid SolutionGrid(const BookLayout& layout, int size, int columns) {
-  const Frame frame(layout, 1);
-  const double gap = kSolutionGap * frame.Scale;
-  const double width = (frame.Width - (columns - 1) * gap) / columns;
-  const double height = std::min(width, kLargestSolutionField * size) + SolutionCaption(layout);
-  const double rows = (frame.Foot - frame.Top + gap) / (height + gap);
-  return {columns, std::max(1, static_cast<int>(rows)), gap};
+/// The square that a solution gets in its place.
+double SolutionSide(const Grid& grid, const BookLayout& layout, int size) {
+  const Box place = grid.Place(Frame(layout, 1), 0);
+  return std::min({place.Width, place.Height - SolutionCaption(layout), kLargestSolutionField * size});
 }
 
-/// The fewest columns that take so many solutions on as few pages as the most columns do.
-int SolutionColumns(const BookLayout& layout, int size, int count) {
-  const Frame frame(layout, 1);
-  const double gap = kSolutionGap * frame.Scale;
-  const double least = kSmallestSolutionField * size;
-  const int most = std::max(1, static_cast<int>((frame.Width + gap) / (least + gap)));
-  const auto pages = [&](int columns) {
-    const int places = SolutionGrid(layout, size, columns).Places();
-    return (count + places - 1) / places;
+/// The places that make so many solutions as large as they can be on the fewest pages.
+Grid SolutionGrid(const BookLayout& layout, int size, int count) {
+  const double gap = kSolutionGap * ScaleOf(layout.Paper);
+  const auto pages = [&](const Grid& grid) { return (count - 1) / grid.Places() + 1; };
+  const auto fits = [&](const Grid& grid) {
+    return SolutionSide(grid, layout, size) >= kSmallestSolutionField * size;
   };
-  // Fewer would leave fields at their largest side, and paper empty.
-  int columns = std::max(1, static_cast<int>((frame.Width + gap) / (kLargestSolutionField * size + gap)));
-  while (columns < most && pages(columns) > pages(most)) ++columns;
-  return columns;
+  Grid best{1, 1, gap};
+  for (Grid grid = best; fits(grid); ++grid.Columns) {
+    for (grid.Rows = 1; fits(grid); ++grid.Rows) {
+      const auto rank = [&](const Grid& one) {
+        return std::pair(-pages(one), SolutionSide(one, layout, size));
+      };
+      if (rank(grid) >= rank(best)) best = grid;
+    }
+    grid.Rows = 1;
+  }
+  return best;
 }
 
 /// How many items from one on share its size, and its level where levels count.
@@ -211,12 +212,13 @@ int PlacePuzzles(std::vector<BookItem>& items, const BookLayout& layout, int pag
 int PlaceSolutions(std::vector<BookItem>& items, const BookLayout& layout, int page) {
   for (std::size_t first = 0; first < items.size();) {
     const int count = RunOf(items, first, false);
-    const int columns = SolutionColumns(layout, items[first].Size, count);
-    const int places = SolutionGrid(layout, items[first].Size, columns).Places();
+    const Grid grid = SolutionGrid(layout, items[first].Size, count);
+    const int places = grid.Places();
     for (int i = 0; i < count; ++i, ++first) {
       items[first].SolutionPage = page + i / places;
       items[first].SolutionPlace = i % places;
-      items[first].SolutionColumns = columns;
+      items[first].SolutionColumns = grid.Columns;
+      items[first].SolutionRows = grid.Rows;
     }
     page += (count - 1) / places + 1;
   }
@@ -261,7 +263,7 @@ void BookWriter::EndPage() {
   const double x = !layout_.Duplex ? layout_.Paper.Width / 2 : right ? frame.Left + frame.Width : frame.Left;
   const Alignment align = !layout_.Duplex ? Alignment::Centre : right ? Alignment::Right : Alignment::Left;
   const std::string number = std::to_string(page_);
-  canvas_.BeginTag(CAIRO_TAG_DEST, "name='page" + number + "'");
+  canvas_.BeginTag(CAIRO_TAG_DEST, "name='page" + number + "' x=0 y=0");
   canvas_.Text(number, {x, layout_.Paper.Height - (kMargin + 10) * frame.Scale},
                {.Size = Type(9), .Align = align, .Ink = kGrey});
   canvas_.EndTag(CAIRO_TAG_DEST);
@@ -407,9 +409,8 @@ void BookWriter::Solution(const BookItem& item, const PackRecord& record, const 
                           const std::string& source, const std::string& heading) {
   GoTo(item.SolutionPage, heading);
   const Frame frame(layout_, page_);
-  const Grid grid = SolutionGrid(layout_, item.Size, item.SolutionColumns);
+  const Grid grid{item.SolutionColumns, item.SolutionRows, kSolutionGap * frame.Scale};
   const Box place = grid.Place(frame, item.SolutionPlace);
-  const double caption = SolutionCaption(layout_);
   const TextStyle bold{.Size = Type(8), .Boldness = Weight::Bold};
   const double width = canvas_.Measure(name, bold).Width;
   Paragraph("H2", name, {place.X, place.Y}, bold, 0);
@@ -418,9 +419,8 @@ void BookWriter::Solution(const BookItem& item, const PackRecord& record, const 
   BoardPicture picture = SolutionPicture(record);
   // Trees and tents say it all.
   std::replace(picture.Fields.begin(), picture.Fields.end(), int{CELL_GRASS}, int{CELL_OPEN});
-  painter_.Paint(canvas_, picture, {place.X, place.Y + caption},
-                 std::min({place.Width, place.Height - caption, kLargestSolutionField * item.Size}),
-                 ClueLabels::Hidden);
+  painter_.Paint(canvas_, picture, {place.X, place.Y + SolutionCaption(layout_)},
+                 SolutionSide(grid, layout_, item.Size), ClueLabels::Hidden);
 }
 
 void BookWriter::Finish() {

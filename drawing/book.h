@@ -32,9 +32,10 @@ struct BookItem {
   int SolutionPage = 0;
   int SolutionPlace = 0;
   int SolutionColumns = 1;  ///< Of the page that the solution is on.
+  int SolutionRows = 1;
 };
 /// Give places from a page on; the first page behind them is returned. A new level or size begins a page.
-/// Solutions are as large as they can be on the fewest pages on which a field has its least side. Require:
+/// Solutions are as large as they can be on the fewest pages that give a field its least side. Require:
 /// items of a level and size stand together.
 int PlacePuzzles(std::vector<BookItem>& items, const BookLayout& layout, int page);
 int PlaceSolutions(std::vector<BookItem>& items, const BookLayout& layout, int page);

@@ -361,6 +361,7 @@ void AddPrint(CLI::App& app, Command& chosen) {
     refuse(ofPictures, "only a picture of one puzzle, PACK NUMBER, takes it");
     RefuseEmpty(*print, "--numbers", "no numbers");
     RefuseEmpty(*print, "--level", "no level");
+    RefuseEmpty(*print, "--title", "no title");
     if (!input->Numbers.empty()) input->Book.Numbers = ReadNumbers(input->Numbers);
     if (!input->Levels.empty()) input->Book.Levels = LevelsOf(input->Levels);
     input->Book.Solutions = input->Solutions == "none"   ? SolutionPlace::None
