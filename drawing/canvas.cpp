@@ -63,6 +63,12 @@ std::string Element(const char* name, const std::string& text) {
   return element;
 }
 
+/// The libraries for drawing end the program where memory ends: it is looked for before. Errors: bad_alloc.
+void LookForMemory() {
+  constexpr std::size_t kEnough = 384 << 20;  // Most of it for the stacks of threads, and never touched.
+  ::operator delete(::operator new(kEnough));
+}
+
 /// Names of files and titles may be any bytes; what is no letter is drawn as such.
 std::string Letters(const std::string& text) {
   char* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
@@ -94,6 +100,7 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
       page_(page),
       title_(Letters(title)),
       pdf_([this](std::string_view bytes) { Write(bytes); }) {
+  LookForMemory();
   switch (format) {
     case PictureFormat::Pdf:
       surface_ = cairo_pdf_surface_create_for_stream(DrawTo, &pdf_, page.Width, page.Height);
