@@ -56,7 +56,8 @@ grep '^\$ ' "$data/session.txt" | while IFS= read -r line; do
     '$ ! '*) eval "${line#\$ ! }" 2>&1 || echo "status $?" ;;
     *) eval "\"\$program\" ${line#\$ }" 2>&1 || echo "status $?" ;;
   esac
-done | sed 's/[0-9.e+]* a second,/100 a second,/' >session.txt
+# Speed is the machine's, an attribute of pictures the library's.
+done | sed 's/[0-9.e+]* a second,/100 a second,/; s/ version="1.1">/>/' >session.txt
 [ -z "${BIVOUAC_KEEP_LOOKS:-}" ] || cp session.txt "$data"
 diff "$data/session.txt" session.txt || fail "the session went another way; is it better now?"
 
