@@ -14,10 +14,13 @@ namespace {
 
 constexpr double kTileSide = 540;    // Of the sources.
 constexpr double kClueMargin = 0.8;  // Fields' worth of room for the clues, at the left and on top.
+constexpr double kNameMargin = 0.6;  // The same for the names of lines, at the right and below.
 constexpr std::string_view kLightField = ".edge { fill: #9c9c9c; } .ground { fill: #f7f7f7; }";
 constexpr Colour kMarkedInk{0.75, 0.75, 0.75};
 constexpr Colour kReasonFrame{1, 0.5, 0.15};  // As the marked tiles.
 constexpr Colour kDecidedFrame{0.0, 0.16, 0.55};
+constexpr Colour kOptionGround{0.93, 0.93, 0.88};
+constexpr Colour kLineShade{1, 0.8, 0.2};
 
 /// A tile as a list of strokes, which a PDF or SVG keeps once, however often it is painted.
 cairo_surface_t* Record(std::string_view source, std::string_view style) {
@@ -107,8 +110,11 @@ Colour GroundOf(Look look) {
 }
 
 BoardGeometry::BoardGeometry(int size, Point corner, double side, ClueLabels clues)
-    : Size(size), Corner(corner), Pitch(side / (size + (clues == ClueLabels::Shown ? kClueMargin : 0))) {
-  if (clues == ClueLabels::Shown) {
+    : Size(size),
+      Corner(corner),
+      Pitch(side / (size + (clues == ClueLabels::Hidden ? 0 : kClueMargin) +
+                    (clues == ClueLabels::ShownWithNames ? kNameMargin : 0))) {
+  if (clues != ClueLabels::Hidden) {
     Corner.X += kClueMargin * Pitch;
     Corner.Y += kClueMargin * Pitch;
   }
@@ -175,6 +181,7 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
       PaintTile(pen, tiles_[code], field);
     }
   }
+  PaintLines(canvas, board, geometry);
   if (look_ == Look::Ink) {
     for (int i = 1; i < board.Size; ++i) {
       const double at = i * pitch;
@@ -187,8 +194,43 @@ void BoardPainter::Paint(Canvas& canvas, const BoardPicture& board, Point corner
     cairo_stroke(pen);
   }
   PaintMarks(canvas, board, geometry);
-  if (clues == ClueLabels::Shown) PaintClues(canvas, board, geometry);
+  if (clues != ClueLabels::Hidden) PaintClues(canvas, board, geometry);
+  if (clues == ClueLabels::ShownWithNames) PaintNames(canvas, geometry);
   canvas.EndTag("Figure");
+}
+
+void BoardPainter::PaintLines(Canvas& canvas, const BoardPicture& board,
+                              const BoardGeometry& geometry) const {
+  const double pitch = geometry.Pitch;
+  const double margin = kClueMargin * pitch;
+  const double extent = margin + pitch * board.Size;
+  cairo_t* pen = canvas.Pen();
+  for (int line = board.FirstLine; line <= board.LastLine; ++line) {
+    const double x = geometry.Corner.X - margin;
+    const double y = geometry.Corner.Y - margin;
+    const double at = margin + line * pitch;
+    const Colour shade = look_ == Look::Ink ? kGrey : kLineShade;
+    // The clue's ground is shaded twice: no tile is below it.
+    for (const double length : {extent, margin}) {
+      cairo_set_source_rgba(pen, shade.Red, shade.Green, shade.Blue, 0.28);
+      board.Along == LineKind::Row ? cairo_rectangle(pen, x, y + at, length, pitch)
+                                   : cairo_rectangle(pen, x + at, y, pitch, length);
+      cairo_fill(pen);
+    }
+  }
+}
+
+void BoardPainter::PaintNames(Canvas& canvas, const BoardGeometry& geometry) {
+  const double pitch = geometry.Pitch;
+  const double margin = kNameMargin * pitch;
+  const double extent = pitch * geometry.Size;
+  const TextStyle style{.Size = 0.3 * pitch, .Ink = kGrey};
+  for (int line = 0; line < geometry.Size; ++line) {
+    const std::string number = std::to_string(line + 1);
+    const Point at{geometry.Corner.X + line * pitch, geometry.Corner.Y + line * pitch};
+    canvas.TextInBox("r" + number, {geometry.Corner.X + extent, at.Y, margin, pitch}, style);
+    canvas.TextInBox("c" + number, {at.X, geometry.Corner.Y + extent, pitch, margin}, style);
+  }
 }
 
 void BoardPainter::PaintClues(Canvas& canvas, const BoardPicture& board,
@@ -212,6 +254,9 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
     const Box field = geometry.Field(mark.Cell);
     if (mark.What == FieldMark::Kind::Option) {
       const double rim = 0.2 * geometry.Pitch;
+      // The tent alone would hardly stand out from an open field.
+      canvas.Fill({field.X + rim / 2, field.Y + rim / 2, field.Width - rim, field.Height - rim},
+                  kOptionGround);
       PaintTile(pen, bareTent_,
                 {field.X + rim, field.Y + rim, field.Width - 2 * rim, field.Height - 2 * rim});
     }
@@ -230,6 +275,11 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
     // A light rim keeps the frame apart from a dark field.
     if (look_ != Look::Ink && !reason) frame(width * 1.6, kWhite);
     frame(width, look_ == Look::Ink ? kBlack : reason ? kReasonFrame : kDecidedFrame);
+    if (mark.Step == 0) continue;
+    const double side = 0.44 * geometry.Pitch;
+    const Box corner{field.X + width, field.Y + width, side, side * 0.8};
+    canvas.Fill(corner, kWhite);
+    canvas.TextInBox(std::to_string(mark.Step), corner, {.Size = mark.Step > 99 ? side * 0.5 : side * 0.66});
   }
 }
 

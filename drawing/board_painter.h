@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "deduction/lines.h"
 #include "drawing/canvas.h"
 #include "game/array.h"
 #include "game/records.h"
@@ -24,6 +25,7 @@ struct FieldMark {
   };
   int Cell = 0;
   Kind What = Kind::Reason;
+  int Step = 0;  ///< That decides it, told in the field; none if 0.
 
   friend bool operator==(const FieldMark&, const FieldMark&) = default;
 };
@@ -34,6 +36,10 @@ struct BoardPicture {
   FixedList<int, kMaxSize> RowClues;
   FixedList<int, kMaxSize> ColClues;
   std::vector<FieldMark> Marks;
+  // Lines with their clues that a deduction looked at, counted from 0; none if the last is before the first.
+  LineKind Along = LineKind::Row;
+  int FirstLine = 0;
+  int LastLine = -1;
 };
 
 /// A record's puzzle, or its solution. Requires: size and codes in range.
@@ -43,7 +49,11 @@ BoardPicture SolutionPicture(const PackRecord& record);
 /// A board in words: its clues, and what stands in each row. Fields without a mark are left out.
 std::string WordsOf(const BoardPicture& board);
 
-enum class ClueLabels { Shown, Hidden };
+enum class ClueLabels {
+  Shown,
+  ShownWithNames,  ///< And at the right and below what the lines are called, "r3" and "c4".
+  Hidden
+};
 
 /// Where the fields of a board lie in a square box.
 struct BoardGeometry {
@@ -69,7 +79,9 @@ class BoardPainter {
 
  private:
   void PaintTile(cairo_t* pen, cairo_surface_t* tile, const Box& field) const;
+  void PaintLines(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
   void PaintClues(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
+  static void PaintNames(Canvas& canvas, const BoardGeometry& geometry);
   void PaintMarks(Canvas& canvas, const BoardPicture& board, const BoardGeometry& geometry) const;
 
   Look look_;

@@ -23,6 +23,9 @@ BoardPicture HintPicture(const Main& main, const FoundHint& hint, const std::vec
     const bool option = field.Is == Role::MayBeTent;
     picture.Marks.push_back({field.Cell, option ? FieldMark::Kind::Option : FieldMark::Kind::Reason});
   }
+  picture.Along = hint.Rule->Along;
+  picture.FirstLine = hint.Found.FirstLine;
+  picture.LastLine = hint.Found.LastLine;
   for (const FieldChange& change : changes) picture.Marks.push_back({change.Cell, FieldMark::Kind::Decided});
   return picture;
 }

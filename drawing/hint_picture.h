@@ -9,7 +9,8 @@ namespace bivouac {
 /// The board and the clues as they stand.
 BoardPicture PositionPicture(const Main& main);
 
-/// The same with the marks of a hint: what explains it and, with frames, the changes.
+/// The same with the marks of a hint: what explains it, the lines that it looked at and, with frames, the
+/// changes.
 BoardPicture HintPicture(const Main& main, const FoundHint& hint, const std::vector<FieldChange>& changes);
 
 }  // namespace bivouac

@@ -57,7 +57,7 @@ std::string HintBlock(const std::vector<std::string>& names, const std::vector<G
   Workbench bench;
   std::string anchors;
   std::vector<std::string> sentences;
-  std::string pictures;
+  std::ostringstream pictures;
   std::uint64_t cases = 0;
   int seconds = 0;
   for (const std::string& name : names) {
@@ -66,14 +66,17 @@ std::string HintBlock(const std::vector<std::string>& names, const std::vector<G
     const std::string sentence = SentenceOf(hint.Hint);
     if (std::find(sentences.begin(), sentences.end(), sentence) == sentences.end())
       sentences.push_back(sentence);
-    pictures += "![" + PictureText(bench.main, hint) + "](pictures/" + name + ".svg)\n\n";
+    const std::string facts = PictureText(bench.main, hint);
+    const std::string changes = ChangesText(bench.main, hint.Changes) + '.';
+    pictures << "![A board: " << facts << ".](pictures/" << name << ".svg)\n![It after that: " << changes
+             << "](pictures/" << name << ".after.svg)\n\nHere: " << facts << ". So: " << changes << "\n\n";
     cases |= std::uint64_t{1} << PlaceOf(hint.Hint);
     seconds = hint.Hint.Rule->Seconds;
   }
   std::string text = anchors + "\n\n";
   for (const std::string& sentence : sentences) text += "> " + sentence + "\n\n";
-  return text + pictures + "It costs " + std::to_string(seconds) + " seconds. " + NeedText(stats, cases) +
-         "\n";
+  return text + pictures.str() + "It costs " + std::to_string(seconds) + " seconds. " +
+         NeedText(stats, cases) + "\n";
 }
 
 /// The tier of the pass that goes with a rule; 1 for those that the rater need not look for.
@@ -183,10 +186,9 @@ GuideHint LayGuidePosition(Main& main, const GuidePosition& position) {
 }
 
 std::string PictureText(const Main& main, const GuideHint& hint) {
-  const std::string size = std::to_string(main.BoardSize);
-  std::string text = "A board of " + size + " by " + size + " fields, before and after: ";
-  for (const std::string& fact : EvidenceOf(main, hint.Hint)) text += fact + "; ";
-  return text + "so: " + ChangesText(main, hint.Changes) + '.';
+  std::string text;
+  for (const std::string& fact : EvidenceOf(main, hint.Hint)) text += (text.empty() ? "" : "; ") + fact;
+  return text;
 }
 
 std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,

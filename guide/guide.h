@@ -32,7 +32,7 @@ struct GuideHint {
 /// Lays the position on the board and asks for its hint. Errors: InputError if there is none.
 GuideHint LayGuidePosition(Main& main, const GuidePosition& position);
 
-/// What the picture of a hint shows, in words.
+/// What the picture of a hint shows, in words: the facts behind it.
 std::string PictureText(const Main& main, const GuideHint& hint);
 
 /// A page with everything between "<!-- hint NAMES -->", "<!-- rules -->", "<!-- passes -->" or "<!-- help
@@ -42,7 +42,7 @@ std::string PictureText(const Main& main, const GuideHint& hint);
 std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,
                           const PackStats& stats);
 
-/// Draws a hint before and after as an SVG. Errors: InputError.
+/// Draws the board with the hint, and the board after it, as PATH.svg and PATH.after.svg. Errors: InputError.
 void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path);
 
 }  // namespace bivouac

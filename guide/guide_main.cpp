@@ -24,7 +24,7 @@ void BuildGuide(const fs::path& guide, const fs::path& output, const std::vector
   Workbench bench;
   for (const GuidePosition& position : positions) {
     const GuideHint hint = LayGuidePosition(bench.main, position);
-    DrawGuideHint(bench.main, hint, output / "pictures" / (position.Name + ".svg"));
+    DrawGuideHint(bench.main, hint, output / "pictures" / position.Name);
   }
   for (const fs::directory_entry& page : fs::directory_iterator(guide)) {
     if (page.path().extension() != ".md") continue;

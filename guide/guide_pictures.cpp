@@ -11,7 +11,6 @@ namespace bivouac {
 namespace {
 
 constexpr double kField = 34;  // Pixels, with the clues' margin counted in.
-constexpr double kArrow = 44;
 
 /// Shortens the numbers of outlines to a tenth of a pixel: these pictures are kept in many copies.
 std::string WithShortNumbers(const std::string& svg) {
@@ -38,26 +37,13 @@ std::string WithShortNumbers(const std::string& svg) {
   return out;
 }
 
-}  // namespace
-
-void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path) {
+void DrawBoard(const BoardPicture& board, const std::string& title, const std::string& path) {
   static const BoardPainter painter(Look::Colour);
-  const double side = kField * (main.BoardSize + 0.8);
+  const double side = kField * (board.Size + 1.4);
   {
-    Canvas canvas(path, PictureFormat::Svg, {2 * side + kArrow, side + 4}, hint.Name(), Overwrite::Yes);
-    canvas.Fill({0, 0, 2 * side + kArrow, side + 4}, kWhite);
-    painter.Paint(canvas, HintPicture(main, hint.Hint, hint.Changes), {0, 2}, side);
-    const double middle = side / 2 + 2;
-    canvas.Line({side + 10, middle}, {side + kArrow - 16, middle}, 3, kGrey);
-    cairo_move_to(canvas.Pen(), side + kArrow - 8, middle);
-    cairo_rel_line_to(canvas.Pen(), -12, -7);
-    cairo_rel_line_to(canvas.Pen(), 0, 14);
-    cairo_fill(canvas.Pen());
-    for (const FieldChange& change : hint.Changes) main.Board[change.Cell] = change.Code;
-    BoardPicture after = PositionPicture(main);
-    for (const FieldChange& change : hint.Changes)
-      after.Marks.push_back({change.Cell, FieldMark::Kind::Decided});
-    painter.Paint(canvas, after, {side + kArrow, 2}, side);
+    Canvas canvas(path, PictureFormat::Svg, {side, side}, title, Overwrite::Yes);
+    canvas.Fill({0, 0, side, side}, kWhite);
+    painter.Paint(canvas, board, {0, 0}, side, ClueLabels::ShownWithNames);
     canvas.Close();
   }
   std::ifstream in(path, std::ios::binary);
@@ -65,6 +51,17 @@ void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path) {
   bytes << in.rdbuf();
   std::ofstream out(path, std::ios::binary);
   if (!(out << WithShortNumbers(bytes.str())).flush()) throw InputError(path + ": cannot be written");
+}
+
+}  // namespace
+
+void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path) {
+  DrawBoard(HintPicture(main, hint.Hint, hint.Changes), hint.Name(), path + ".svg");
+  for (const FieldChange& change : hint.Changes) main.Board[change.Cell] = change.Code;
+  BoardPicture after = PositionPicture(main);
+  for (const FieldChange& change : hint.Changes)
+    after.Marks.push_back({change.Cell, FieldMark::Kind::Decided});
+  DrawBoard(after, hint.Name() + ", after it", path + ".after.svg");
 }
 
 }  // namespace bivouac

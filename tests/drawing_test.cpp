@@ -168,9 +168,11 @@ TEST_F(Drawing, PicturesOfTheGuideLookAsTheyDid) {
   Workbench bench;
   for (const GuidePosition& position : ReadGuidePositions(guide + "positions.tsv")) {
     SCOPED_TRACE(position.Name);
-    DrawGuideHint(bench.main, LayGuidePosition(bench.main, position), PathOf("hint.svg"));
-    ExpectAlike(Pixels(PathOf("hint.svg")).Shades(4),
-                Pixels(guide + "pictures/" + position.Name + ".svg").Shades(4));
+    DrawGuideHint(bench.main, LayGuidePosition(bench.main, position), PathOf("hint"));
+    for (const char* ending : {".svg", ".after.svg"}) {
+      ExpectAlike(Pixels(PathOf("hint") + ending).Shades(4),
+                  Pixels(guide + "pictures/" + position.Name + ending).Shades(4));
+    }
   }
 }
 
