@@ -104,10 +104,8 @@ std::vector<PackBest> ReadPackBests(Main& main) {
   std::vector<PackBest> bests;
   PackRecord& puzzle = main.global.PuzzleRec;
   for (int size = kMinSize; size <= kMaxSize; ++size) {
-    const std::string path = PackPath(main.global, size);
-    if (!FileExists(path)) continue;
     IgnoringFileErrors([&] {
-      PackFile pack(path);
+      PackFile pack(PackPath(main.global, size));
       const long last = std::min<long>(pack.Counts().Whole, kLastPersonalPuzzle);
       for (long number = 1; number <= last; ++number) {
         if (!IgnoringFileErrors([&] { pack.Read(number, puzzle); })) continue;

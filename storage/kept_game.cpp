@@ -201,10 +201,8 @@ std::string KeptText(const KeptGame& game) {
 KeptGame ReadKeptGame(const Main& main, int number) {
   KeptGame game = GameIn(KeptGamePath(main, number));
   PackRecord present;
-  IgnoringFileErrors([&] {
-    const std::string path = PackPath(main.global, main.BoardSize);
-    if (FileExists(path)) RecordFile<PackRecord>(path).Read(number, present);
-  });
+  IgnoringFileErrors(
+      [&] { RecordFile<PackRecord>(PackPath(main.global, main.BoardSize)).Read(number, present); });
   if (!IsSamePuzzle(present, game.Puzzle))
     throw InputError("The pack has another puzzle under the number " + std::to_string(number) +
                      " by now: the kept game cannot go on.");

@@ -19,9 +19,9 @@ namespace {
 /// first counts, as on a load.
 std::map<int, int> OwnTimes(const Main& main) {
   std::map<int, int> times;
-  const std::string path = PersonalPath(main.global, main.global.CurrentPlayer);
-  if (main.global.CurrentPlayer < 1 || !FileExists(path)) return times;
+  if (main.global.CurrentPlayer < 1) return times;
   IgnoringFileErrors([&] {
+    const std::string path = PersonalPath(main.global, main.global.CurrentPlayer);
     for (const PersonalRecord& own : RecordFile<PersonalRecord>(path).ReadAll()) {
       if (SizeOf(own.PersonalLevelSize) == main.BoardSize)
         times.emplace(own.PersonalPuzzle, own.PersonalMinutes * 60 + own.PersonalSeconds);
@@ -50,9 +50,9 @@ ListedPuzzle ListedFrom(const Main& main, const PackRecord& record) {
 }  // namespace
 
 std::vector<ListedPuzzle> ListPuzzles(const Main& main) {
-  const std::string path = PackPath(main.global, main.BoardSize);
   std::vector<PackRecord> records;
-  if (FileExists(path)) IgnoringFileErrors([&] { records = RecordFile<PackRecord>(path).ReadAll(); });
+  IgnoringFileErrors(
+      [&] { records = RecordFile<PackRecord>(PackPath(main.global, main.BoardSize)).ReadAll(); });
   std::vector<ListedPuzzle> puzzles(
       static_cast<std::size_t>(std::max(0, main.PuzzleCount[main.BoardSize - kMinSize])));
   const std::map<int, int> own = OwnTimes(main);
