@@ -138,9 +138,10 @@ void ListPuzzles(benchmark::State& state, Program& program) {
   const std::vector<PackRecord> few = pack.ReadAll();
   while (pack.Counts().Whole < kPuzzles) pack.WriteAll(pack.Counts().Next, few);
   main.PuzzleCount[main.BoardSize - kMinSize] = kPuzzles;
-  PuzzleTable table(main);
+  PuzzleListing listing(main);
+  PuzzleTable table(listing);
   PuzzleFilter filter(table);
-  filter.sort(PuzzleTable::kLevel, Qt::DescendingOrder);
+  filter.sort(PuzzleListing::kLevel, Qt::DescendingOrder);
   for (auto _ : state) {
     table.Refresh();
     benchmark::DoNotOptimize(filter.index(0, 0).data());

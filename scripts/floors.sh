@@ -19,7 +19,7 @@ git grep -n '^#include "' -- '*.cpp' '*.h' | awk -v rooms="
   guide: $core workbench packs walks drawing
   tools: $core workbench packs walks drawing
   window: $core workbench packs walks drawing
-  page: $core workbench packs
+  page: $core workbench packs walks
   tests/support: $core workbench packs walks
   bench: $core workbench packs walks drawing guide tools window tests/support
   fuzz: $core workbench packs walks drawing guide tools window tests/support

@@ -12,7 +12,6 @@
 #include <QTableView>
 #include <algorithm>
 
-#include "game/play.h"
 #include "hints/hints.h"
 #include "window/boxes.h"
 #include "window/puzzle_picture.h"
@@ -27,39 +26,25 @@ constexpr int kHeight = 520;
 constexpr int kPicture = 240;
 constexpr int kNeedsLeast = 60;
 constexpr int kTableLeast = 520;
-constexpr int kLevels = 5;
 constexpr int kGoOn = 2;            // Beside the results of a QDialog, 0 and 1.
 constexpr std::size_t kBatch = 50;  // Puzzles whose needs are told at a time.
 /// Characters that each column of the table has room for.
-constexpr int kColumnWidths[PuzzleTable::kState] = {11, 9, 9, 22, 12};
-
-/// What hints need to solve a puzzle; nothing for one that cannot be started.
-PuzzleStats NeedsOf(Workbench& bench, const ListedPuzzle& puzzle) {
-  try {
-    if (puzzle.Readable) return StatsOfPuzzle(bench.main, puzzle.Record);
-  } catch (const RunTimeError&) {
-  }
-  return {};
-}
-
-QString NameOfRule(const HintRule& rule) {
-  return QString::fromUtf8(rule.Title);
-}
+constexpr int kColumnWidths[PuzzleListing::kState] = {11, 9, 9, 22, 12};
 
 }  // namespace
 
 PuzzleList::PuzzleList(const Main& main, QWidget* mainWindow)
-    : QDialog(mainWindow), main_(main), table_(main), filter_(table_) {
+    : QDialog(mainWindow), main_(main), listing_(main), table_(listing_), filter_(table_) {
   setObjectName(QStringLiteral("PuzzleList"));
   AddTable();
   auto* filters = new QHBoxLayout;
   AddFilters(*filters);
   picture_ = new PuzzlePicture(this);
-  picture_->setAccessibleName(QStringLiteral("Picture of the chosen puzzle"));
+  picture_->setAccessibleName(QString::fromLatin1(kListPicture));
   needs_ = new QListWidget(this);
   needs_->setObjectName(QStringLiteral("Needs"));
-  needs_->setAccessibleName(QStringLiteral("Rules that it needs"));
-  auto* needsTitle = new QLabel(QStringLiteral("&Rules that it needs"), this);
+  auto* needsTitle = new QLabel(QString::fromLatin1(kNeedsTitle), this);
+  needs_->setAccessibleName(needsTitle->text().remove(QLatin1Char('&')));
   needsTitle->setBuddy(needs_);
   summary_ = new QLabel(this);
   summary_->setObjectName(QStringLiteral("Summary"));
@@ -74,16 +59,16 @@ PuzzleList::PuzzleList(const Main& main, QWidget* mainWindow)
   middle->addLayout(side);
 
   auto* buttons = new QHBoxLayout;
-  open_ = AddButton("Open", "&Open", "Opens the chosen puzzle");
+  QPushButton* today = AddButton(kListButtons[kListToday]);
+  goOn_ = AddButton(kListButtons[kListGoOn]);
+  open_ = AddButton(kListButtons[kListOpen]);
+  QPushButton* close = AddButton(kListButtons[kListClose]);
   open_->setDefault(true);
   connect(open_, &QPushButton::clicked, this, [this] {
     if (SelectedRow() >= 0) accept();
   });
-  goOn_ = AddButton("GoOn", "&Go On", "Goes on with the kept game of the chosen puzzle");
   connect(goOn_, &QPushButton::clicked, this, [this] { done(kGoOn); });
-  QPushButton* today = AddButton("Today", "&Today's", "Chooses the puzzle of the day");
   connect(today, &QPushButton::clicked, this, [this] { SelectToday(); });
-  QPushButton* close = AddButton("Close", "&Close", "Closes without opening a puzzle");
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
   buttons->addWidget(summary_, 1);
   for (QPushButton* button : {today, goOn_, open_, close}) buttons->addWidget(button);
@@ -114,7 +99,7 @@ void PuzzleList::AddTable() {
   view_->horizontalHeader()->setHighlightSections(false);
   view_->horizontalHeader()->setStretchLastSection(true);
   view_->setSortingEnabled(true);
-  view_->sortByColumn(PuzzleTable::kNumber, Qt::AscendingOrder);
+  view_->sortByColumn(PuzzleListing::kNumber, Qt::AscendingOrder);
   connect(view_, &QTableView::doubleClicked, this, [this] { open_->click(); });
   connect(view_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { DrawChosen(); });
 }
@@ -129,17 +114,18 @@ void PuzzleList::AddFilters(QHBoxLayout& row) {
   };
   level_ = new QComboBox(this);
   level_->setObjectName(QStringLiteral("LevelFilter"));
-  level_->addItem(QStringLiteral("All"));
-  for (int level = 1; level <= kLevels; ++level) level_->addItem(QString::number(level));
+  level_->addItem(QString::fromLatin1(kEveryLevel));
+  for (int level = 1; level <= PuzzleListing::kLevels; ++level) level_->addItem(QString::number(level));
   rule_ = new QComboBox(this);
   rule_->setObjectName(QStringLiteral("RuleFilter"));
   rule_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-  rule_->addItem(QStringLiteral("Any"));
-  for (const HintRule& rule : HintRules()) rule_->addItem(NameOfRule(rule));
-  unsolved_ = new QCheckBox(QStringLiteral("&Unsolved only"), this);
+  rule_->addItem(QString::fromLatin1(kAnyRule));
+  for (int rule = 1; rule <= kHintRuleCount; ++rule)
+    rule_->addItem(QString::fromStdString(listing_.RuleText(rule)));
+  unsolved_ = new QCheckBox(QString::fromLatin1(kUnsolvedFilter), this);
   unsolved_->setObjectName(QStringLiteral("UnsolvedFilter"));
-  add("&Level", level_);
-  add("&Needs", rule_);
+  add(kLevelFilter, level_);
+  add(kRuleFilter, rule_);
   row.addWidget(unsolved_);
   row.addStretch();
   connect(level_, &QComboBox::currentIndexChanged, this, [this] { Filter(); });
@@ -147,11 +133,11 @@ void PuzzleList::AddFilters(QHBoxLayout& row) {
   connect(unsolved_, &QCheckBox::toggled, this, [this] { Filter(); });
 }
 
-QPushButton* PuzzleList::AddButton(const char* name, const char* caption, const char* description) {
-  auto* button = new QPushButton(QString::fromLatin1(caption), this);
-  button->setObjectName(QString::fromLatin1(name));
+QPushButton* PuzzleList::AddButton(const ListButtonRow& row) {
+  auto* button = new QPushButton(QString::fromLatin1(row.Caption), this);
+  button->setObjectName(QString::fromLatin1(row.Name));
   button->setAccessibleName(button->text().remove(QLatin1Char('&')));
-  button->setAccessibleDescription(QString::fromLatin1(description));
+  button->setAccessibleDescription(QString::fromLatin1(row.Description));
   return button;
 }
 
@@ -172,7 +158,7 @@ void PuzzleList::LayOut(double unit) {
   setFont(plain);
   const QFontMetrics metrics(plain);
   view_->verticalHeader()->setDefaultSectionSize(metrics.height() + PixelsOf(4, unit));
-  for (int column = 0; column < PuzzleTable::kState; ++column)  // The last has what is left.
+  for (int column = 0; column < PuzzleListing::kState; ++column)  // The last has what is left.
     view_->setColumnWidth(column, kColumnWidths[column] * metrics.averageCharWidth());
   view_->setMinimumWidth(PixelsOf(kTableLeast, unit));
   picture_->setFixedSize(PixelsOf(kPicture, unit), PixelsOf(kPicture, unit));
@@ -184,8 +170,7 @@ void PuzzleList::LayOut(double unit) {
 }
 
 std::optional<PuzzleList::Choice> PuzzleList::Choose(double unit) {
-  const QString size = QString::number(main_.BoardSize);
-  setWindowTitle(QStringLiteral("Puzzles %1x%1").arg(size));
+  setWindowTitle(QString::fromStdString(listing_.Title()));
   setAccessibleName(windowTitle());
   EndSearch();
   table_.Refresh();
@@ -214,21 +199,17 @@ int PuzzleList::SelectedRow() const {
 }
 
 void PuzzleList::SelectToday() {
-  const int count = table_.rowCount();
-  if (count == 0) return;
+  if (listing_.Count() == 0) return;
   level_->setCurrentIndex(0);
   rule_->setCurrentIndex(0);
   unsolved_->setChecked(false);
-  Select(PuzzleOfDay(QDate::currentDate().toJulianDay(), main_.BoardSize, count) - 1);
+  Select(listing_.Today(QDate::currentDate().toJulianDay()));
   view_->setFocus();
 }
 
 void PuzzleList::Filter() {
   const int row = SelectedRow();
-  filter_.Level = level_->currentIndex();
-  filter_.Unsolved = unsolved_->isChecked();
-  const int rule = rule_->currentIndex();
-  filter_.Cases = rule == 0 ? 0 : CasesOf(HintRules()[rule - 1]);
+  filter_.Wanted = {level_->currentIndex(), unsolved_->isChecked(), rule_->currentIndex()};
   filter_.Apply();
   Select(std::max(0, row));
   DrawSummary();
@@ -236,50 +217,26 @@ void PuzzleList::Filter() {
 
 void PuzzleList::DrawChosen() {
   const int row = SelectedRow();
-  open_->setEnabled(row >= 0 && main_.cmdOpen.Enabled);
-  goOn_->setEnabled(open_->isEnabled() && table_.IsKept(row));
-  bool shown = row >= 0 && table_.Puzzles()->at(static_cast<std::size_t>(row)).Readable;
-  try {
-    if (shown) {
-      LayOutRecord(bench_.main, table_.Puzzles()->at(static_cast<std::size_t>(row)).Record);
-      StartPuzzle(bench_.main);
-    }
-  } catch (const RunTimeError&) {  // A damaged record has no picture.
-    shown = false;
-  }
-  picture_->Show(shown ? &bench_.main : nullptr);
-  DrawNeeds();
-}
-
-/// Of the chosen puzzle at once, though the search may not have come to it.
-void PuzzleList::DrawNeeds() {
+  open_->setEnabled(listing_.CanOpen(row));
+  goOn_->setEnabled(listing_.CanGoOn(row));
+  picture_->Show(listing_.Begun(row));
   needs_->clear();
-  const int row = SelectedRow();
   if (row < 0) return;
-  const PuzzleStats* known = table_.NeedsOf(row);
-  const PuzzleStats needs =
-      known != nullptr ? *known : NeedsOf(walker_, table_.Puzzles()->at(static_cast<std::size_t>(row)));
-  for (const HintRule& rule : HintRules()) {
-    if ((needs.Cases & CasesOf(rule)) != 0) needs_->addItem(NameOfRule(rule));
-  }
-  if (!needs.Finished) needs_->addItem(QStringLiteral("Hints end before the solution."));
+  for (const std::string& line : listing_.NeedsText(row)) needs_->addItem(QString::fromStdString(line));
 }
 
 void PuzzleList::DrawSummary() {
-  QString text = QString::fromStdString(SolvedText(main_, *table_.Puzzles()));
-  if (filter_.rowCount() != table_.rowCount()) text += QStringLiteral("; %1 shown").arg(filter_.rowCount());
-  if (!main_.cmdOpen.Enabled) text += QStringLiteral(". For looking only now");
-  summary_->setText(text);
+  summary_->setText(QString::fromStdString(listing_.Summary(filter_.rowCount())));
 }
 
 /// Finds out what each puzzle needs, beside the window.
 void PuzzleList::BeginSearch() {
-  search_ = std::jthread([this, puzzles = table_.Puzzles()](const std::stop_token& stop) {
+  search_ = std::jthread([this, puzzles = listing_.All()](const std::stop_token& stop) {
     Workbench bench;
     std::vector<PuzzleStats> batch;
     const auto tell = [&] {
       const auto take = [this, puzzles, batch] {
-        if (puzzles == table_.Puzzles()) TakeNeeds(batch);
+        if (puzzles == listing_.All()) TakeNeeds(batch);
       };
       QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
       batch.clear();
@@ -298,15 +255,9 @@ void PuzzleList::EndSearch() {
 }
 
 void PuzzleList::TakeNeeds(const std::vector<PuzzleStats>& needs) {
-  for (const PuzzleStats& one : needs) table_.AddNeeds(one);
-  int place = 0;
-  for (const HintRule& rule : HintRules()) {
-    const long count = table_.CountNeeding(CasesOf(rule));
-    rule_->setItemText(++place, QStringLiteral("%1, %2 %3")
-                                    .arg(NameOfRule(rule))
-                                    .arg(count)
-                                    .arg(QLatin1String(count == 1 ? "puzzle" : "puzzles")));
-  }
+  for (const PuzzleStats& one : needs) listing_.AddNeeds(one);
+  for (int rule = 1; rule <= kHintRuleCount; ++rule)
+    rule_->setItemText(rule, QString::fromStdString(listing_.RuleText(rule)));
   if (rule_->currentIndex() != 0) filter_.Apply();
   if (SelectedRow() < 0) Select(0);
   DrawSummary();

@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "window/puzzle_table.h"
-#include "workbench/workbench.h"
 
 class QCheckBox;
 class QComboBox;
@@ -40,7 +39,7 @@ class PuzzleList : public QDialog {
  private:
   void AddFilters(QHBoxLayout& row);
   void AddTable();
-  QPushButton* AddButton(const char* name, const char* caption, const char* description);
+  QPushButton* AddButton(const ListButtonRow& row);
   void Resize(double unit);
   void LayOut(double unit);
   void Select(int row);
@@ -54,10 +53,9 @@ class PuzzleList : public QDialog {
   void TakeNeeds(const std::vector<PuzzleStats>& needs);
 
   const Main& main_;
+  PuzzleListing listing_;
   PuzzleTable table_;
   PuzzleFilter filter_;
-  Workbench bench_;   // Lays out the chosen puzzle.
-  Workbench walker_;  // Walks it.
   std::jthread search_;
 
   QComboBox* level_ = nullptr;
