@@ -41,6 +41,14 @@ std::string TipOf(const ControlRow& row, std::string_view keys) {
   return keys.empty() ? tip : tip + " (" + Joined(keys, ", ") + ")";
 }
 
+std::string ListKeyHelp(std::string_view levelKey) {
+  return "\nTHE PUZZLES: F2 lists those of the size: levels, times, and the rules that each needs. Ctrl+S "
+         "keeps a game, and F2 leads back to it. " +
+         std::string(levelKey) +
+         " makes a puzzle of a level. Ctrl+C copies the puzzle as a line of text and as a picture, Ctrl+V "
+         "opens one that was copied.";
+}
+
 std::string HelpLines(KeysOf keysOf) {
   std::string text = std::string(kPlayHelp) + "KEYS: ";
   std::string_view between;

@@ -15,10 +15,9 @@ inline std::string_view KeysOfTable(const ControlRow& row) {
 }
 
 inline constexpr const char* kProgressKey = "S";
-inline constexpr const char* kListKeyHelp =
-    "\nTHE PUZZLES: F2 lists those of the size: levels, times, and the rules that each needs. Ctrl+S keeps a "
-    "game, and F2 leads back to it. Ctrl+Shift+N makes a puzzle of a level. Ctrl+C copies the puzzle as a "
-    "line of text and as a picture, Ctrl+V opens one that was copied.";
+inline constexpr const char* kLevelKey = "Ctrl+Shift+N";
+/// `levelKey` makes a puzzle of a level.
+std::string ListKeyHelp(std::string_view levelKey);
 inline constexpr const char* kPrintKeyHelp = "\nON PAPER: Ctrl+P prints the position.";
 /// The guide's place follows.
 inline constexpr const char* kGuideHelp = "\nTHE GUIDE shows every deduction on a board: ";

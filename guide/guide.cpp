@@ -143,7 +143,7 @@ std::string PassesBlock(const std::vector<GuidePosition>& positions) {
 
 /// What the help box tells below the rules, an item a line.
 std::string HelpBlock() {
-  std::istringstream help(HelpLines(KeysOfTable) + kListKeyHelp + kPrintKeyHelp);
+  std::istringstream help(HelpLines(KeysOfTable) + ListKeyHelp(kLevelKey) + kPrintKeyHelp);
   std::string block = "\n";
   for (std::string line; std::getline(help, line);) block += "- " + line + '\n';
   return block;

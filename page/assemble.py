@@ -64,7 +64,7 @@ values = {
         part("packs", sorted((assets / "packs").glob("*.bvq"))),
         sounds(),
     ]),
-    "SCRIPT": "\n".join((page_folder / f"{name}.js").read_text() for name in ("engine", "files", "view", "start")),
+    "SCRIPT": "\n".join((page_folder / f"{name}.js").read_text() for name in ("engine", "files", "view", "list", "start")),
 }
 style = (page_folder / "page.css").read_text()
 for name in ("TILES", "INK", "CONTINUE"):

@@ -34,6 +34,22 @@ Message& Message::AddJson(const char* name, const std::string& json) {
   return *this;
 }
 
+Message& Message::Add(const char* name, const std::vector<std::string>& texts) {
+  writer_.Key(name);
+  writer_.StartArray();
+  for (const std::string& text : texts) writer_.String(text.c_str());
+  writer_.EndArray();
+  return *this;
+}
+
+Message& Message::AddJson(const char* name, const std::vector<std::string>& jsons) {
+  writer_.Key(name);
+  writer_.StartArray();
+  for (const std::string& json : jsons) writer_.RawValue(json.data(), json.size(), rapidjson::kObjectType);
+  writer_.EndArray();
+  return *this;
+}
+
 std::string Message::Text() {
   writer_.EndObject();
   return {text_.GetString(), text_.GetSize()};

@@ -6,6 +6,7 @@
 #include <rapidjson/writer.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bivouac {
 
@@ -18,8 +19,10 @@ class Message {
   Message& Add(const char* name, const char* text) { return Add(name, std::string_view(text)); }
   Message& Add(const char* name, int number);
   Message& Add(const char* name, bool flag);
-  /// A value that is JSON already.
+  Message& Add(const char* name, const std::vector<std::string>& texts);
+  /// A value that is JSON already, or a list of such.
   Message& AddJson(const char* name, const std::string& json);
+  Message& AddJson(const char* name, const std::vector<std::string>& jsons);
 
   /// The whole object. To be called once.
   std::string Text();
@@ -28,6 +31,14 @@ class Message {
   rapidjson::StringBuffer text_;
   rapidjson::Writer<rapidjson::StringBuffer> writer_{text_};
 };
+
+/// A button of a dialog, from the row of its table.
+template <class Row>
+std::string ButtonJson(const Row& row, bool enabled) {
+  Message button;
+  button.Add("id", row.Name).Add("text", row.Caption).Add("description", row.Description);
+  return button.Add("enabled", enabled).Text();
+}
 
 /// Tells the page something and goes on at once.
 void TellPage(const std::string& message);

@@ -22,7 +22,7 @@ constexpr const char* kSettings = "/data/settings";
 constexpr auto kBetweenEvents = std::chrono::milliseconds(8);
 constexpr std::array<const char*, 5> kSymbols = {"", "information", "question", "warning", "error"};
 
-/// The buttons of a box: Enter presses the first, Escape the last.
+/// The buttons of a box. Escape presses the last.
 const char* ButtonsOf(BoxButtons buttons) {
   switch (buttons) {
     case BoxButtons::Ok:
@@ -95,6 +95,7 @@ BoxAnswer ShowMessageBox(const MessageBox& box) {
                               .Add("text", box.Text)
                               .Add("symbol", kSymbols[static_cast<std::size_t>(box.Symbol)])
                               .Add("buttons", ButtonsOf(box.Buttons))
+                              .Add("enter", box.Buttons == BoxButtons::OkCancel ? "Cancel" : "")
                               .Text()));
 }
 

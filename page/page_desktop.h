@@ -36,10 +36,10 @@ class PageDesktop : public Desktop {
   ProgramAnswer FindExecutable(const std::string& file, const std::string& folder) override;
   int ShellExecute(std::string_view verb, const std::string& program, const std::string& parameters,
                    const std::string& folder, int show) override;
-
- private:
+  /// Asks the page something that holds the caller, as a box does.
   std::string Ask(const std::string& message);
 
+ private:
   EventRoad* road_ = nullptr;
   FormNamen* form_ = nullptr;
   std::chrono::steady_clock::time_point lastEvents_;

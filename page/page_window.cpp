@@ -20,15 +20,8 @@ constexpr int kNarrowMargin = 4;
 constexpr int kNarrowClue = 20;
 constexpr int kNarrowText = 16;
 
-constexpr std::string_view kListWords = ", F2 lists all";  // Not here.
-
 constexpr std::array<const char*, 7> kKinds = {"button",   "figure", "text",   "link",
                                                "checkbox", "shield", "picture"};
-
-std::string WithoutList(std::string words) {
-  const std::size_t at = words.find(kListWords);
-  return at == words.npos ? words : words.erase(at, kListWords.size());
-}
 
 std::string Colour(int colour) {
   std::array<char, 16> text;
@@ -90,6 +83,7 @@ void PageWindow::Draw() {
   DrawBoard();
   DrawShield();
   DrawPlayers();
+  list_.Draw([this](const char* id, Message& message) { DrawElement(id, message); });
   SendChanges(focusMoves);
 }
 
@@ -151,8 +145,7 @@ void PageWindow::DrawControl(const ControlRow& row) {
   Message message;
   message.Add("kind", kKinds[static_cast<std::size_t>(row.Kind)]);
   const std::string_view keys = KeysOfPage(row);
-  const std::string tip = WithoutList(TipOf(row, keys));
-  message.Add("tip", tip).Add("keys", keys);
+  message.Add("tip", TipOf(row, keys)).Add("keys", keys);
   if (IsNarrow()) {
     message.Add("largest", kNarrowText);
   } else {
@@ -170,7 +163,7 @@ void PageWindow::DrawControl(const ControlRow& row) {
     message.Add("label", SpokenHint(main_)).Add("waits", waits);
     if (waits) description = marks = SpokenMarksAndEvidence(main_);
   }
-  message.Add("description", WithoutList(std::string(description)));
+  message.Add("description", description);
   if (row.ItsButton != nullptr) message.Add("enabled", (main_.*row.ItsButton).Enabled);
   if (row.Kind == ControlKind::CheckBox)
     message.Add("enabled", main_.optSound.Enabled).Add("checked", main_.optSound.Checked);
@@ -278,20 +271,14 @@ void PageWindow::DrawPlayers() {
   Message message;
   message.Add("kind", "players").Add("visible", form_.Visible);
   if (form_.Visible) {
-    std::string items;
-    for (const std::string& item : form_.NaamLijst.Items)
-      items += (items.empty() ? "" : ",") + Message().Add("text", item).Text();
-    message.AddJson("items", "[" + items + "]").Add("selected", form_.NaamLijst.ListIndex);
+    message.Add("items", form_.NaamLijst.Items).Add("selected", form_.NaamLijst.ListIndex);
     message.Add("list", form_.NaamLijst.Enabled).Add("field", form_.NaamInvoerveld.Enabled);
     message.Add("name", form_.NaamInvoerveld.Text);
     message.Add("focus", form_.Focus == FormNamen::FocusOn::NaamLijst ? "NaamLijst" : "NaamInvoerveld");
-    std::string buttons;
-    for (const PlayerButtonRow& row : PlayerButtonTable()) {
-      Message button;
-      button.Add("id", row.Name).Add("text", row.Caption).Add("description", row.Description);
-      buttons += (buttons.empty() ? "" : ",") + button.Add("enabled", (form_.*row.Value).Enabled).Text();
-    }
-    message.AddJson("buttons", "[" + buttons + "]");
+    std::vector<std::string> buttons;
+    for (const PlayerButtonRow& row : PlayerButtonTable())
+      buttons.push_back(ButtonJson(row, (form_.*row.Value).Enabled));
+    message.AddJson("buttons", buttons);
     const auto control = [&](const char* name, const PlayerControlRow& row) {
       message.AddJson(name, Message()
                                 .Add("id", row.ObjectName)

@@ -10,6 +10,7 @@
 #include "events/places.h"
 #include "game/spoken.h"
 #include "page/page.h"
+#include "page/puzzle_list.h"
 #include "storage/players.h"
 
 namespace bivouac {
@@ -19,7 +20,8 @@ std::string_view KeysOfPage(const ControlRow& row);
 
 class PageWindow {
  public:
-  PageWindow(const Main& main, const FormNamen& form) : main_(main), form_(form) {}
+  PageWindow(const Main& main, const FormNamen& form, PuzzleList& list)
+      : main_(main), form_(form), list_(list) {}
 
   /// Compares what the elements show with what they showed last, and tells what changed.
   void Draw();
@@ -59,6 +61,7 @@ class PageWindow {
 
   const Main& main_;
   const FormNamen& form_;
+  PuzzleList& list_;
   Scale scale_;
   int width_ = 0;
   int height_ = 0;

@@ -14,12 +14,14 @@
 #include "game/blinking.h"
 #include "game/clock.h"
 #include "game/layout.h"
+#include "game/puzzle_line.h"
 #include "game/settings.h"
 #include "game/text.h"
 #include "game/web_link.h"
 #include "packs/pack_access.h"
 #include "page/page_desktop.h"
 #include "page/page_window.h"
+#include "page/puzzle_list.h"
 #include "storage/pack_files.h"
 #include "storage/start_up.h"
 #include "storage/status_panels.h"
@@ -27,10 +29,10 @@
 namespace bivouac {
 namespace {
 
+constexpr const char* kLevelKeyOfPage = "M";  // Browsers keep that of the desktop to themselves.
 constexpr const char* kPageHelp =
-    "\nIN THIS PAGE: M makes a puzzle of a level, Escape ends that. D saves all packs and times as a file. A "
-    "pack that is dropped on the page is joined to that "
-    "of its size.";
+    "\nIN THIS PAGE: Escape ends the making of a puzzle of a level. D saves all packs and times as a file. A "
+    "pack that is dropped on the page is joined to that of its size.";
 
 constexpr std::array<std::pair<std::string_view, FrameKey>, 8> kFrameKeys = {{
     {"ArrowLeft", FrameKey::Left},
@@ -45,8 +47,9 @@ constexpr std::array<std::pair<std::string_view, FrameKey>, 8> kFrameKeys = {{
 constexpr std::array<std::pair<std::string_view, int>, 3> kContentKeys = {
     {{"g", CELL_GRASS}, {"t", CELL_TENT}, {"o", CELL_OPEN}}};
 
-void Say(const std::string& sentence) {
-  TellPage(Message().Add("tell", "say").Add("text", sentence).Text());
+/// Says a sentence and, where it tells what a press has done, shows it over the board for a while.
+void Say(const std::optional<std::string>& sentence, bool shown) {
+  if (sentence) TellPage(Message().Add("tell", "say").Add("text", *sentence).Add("shown", shown).Text());
 }
 
 /// Joins the puzzles of a pack to those of its size and leaves out what is alike. Returns what to say.
@@ -70,7 +73,8 @@ class Program {
   Program()
       : main_(global_, desktop_),
         form_(main_),
-        window_(main_, form_),
+        list_(main_),
+        window_(main_, form_, list_),
         road_([this] { window_.Draw(); },
               [](const std::string& line) {
                 ShowMessageBox(MessageBox{.Title = "Bivouac", .Text = line, .Symbol = BoxSymbol::Error});
@@ -88,6 +92,8 @@ class Program {
     ++depth_;
     if (what.rfind("player", 0) == 0) {
       TakePlayers(what, rest);
+    } else if (what.rfind("list-", 0) == 0) {
+      if (list_.IsOpen() && road_.Modals() == 1) road_.Run([&] { list_.Take(what, rest); });
     } else {
       TakeEvent(what, rest);
     }
@@ -99,6 +105,8 @@ class Program {
   void TakePlayers(const std::string& what, const std::string& rest);
   void TakeBoardKey(const std::string& key, bool control, bool repeated);
   void Start(const std::string& damaged, bool refused);
+  void ShowPuzzles();
+  void Copy();
 
   /// An open box or dialog holds every press.
   void Press(const EventRoad::Handler& press) {
@@ -112,6 +120,7 @@ class Program {
   Global global_;
   Main main_;
   FormNamen form_;
+  PuzzleList list_;
   PageWindow window_;
   EventRoad road_;
   int depth_ = 0;
@@ -130,6 +139,23 @@ void Program::Start(const std::string& damaged, bool refused) {
   if (!refused) return;
   main_.LostSettings = Loss::Untold;
   road_.Run([&] { TellOfLostSettings(main_); });
+}
+
+/// The puzzles of the size, from which one is opened. While one is made, that must not be held up.
+void Program::ShowPuzzles() {
+  if (IsMakingPuzzle(main_)) return;
+  const auto choice = list_.Choose(desktop_);
+  if (choice) (choice->GoOn ? PressGoOn : PressOpen)(main_, choice->Number);
+}
+
+/// The puzzle as a line of text, and the position as a picture; a pause hides that.
+void Program::Copy() {
+  if (!IsPuzzleOnShow(main_)) return;
+  Message message;
+  message.Add("tell", "copy").Add("text", PuzzleLineOf(main_.global.PuzzleRec));
+  if (!main_.Paused) message.AddJson("picture", PictureJson(main_));
+  TellPage(message.Text());
+  Say("Puzzle copied.", true);
 }
 
 void Program::TakeEvent(const std::string& what, const std::string& rest) {
@@ -170,19 +196,27 @@ void Program::TakeEvent(const std::string& what, const std::string& rest) {
   } else if (what == "level") {
     Press([&] { PressNewOfLevel(main_); });
   } else if (what == "remember") {
-    Press([&] {
-      if (const auto sentence = PressRemember(main_)) Say(*sentence);
-    });
+    Press([&] { Say(PressRemember(main_), true); });
+  } else if (what == "keep") {
+    Press([&] { Say(PressKeep(main_), true); });
+  } else if (what == "puzzles") {
+    Press([&] { ShowPuzzles(); });
+  } else if (what == "copy") {
+    Press([&] { Copy(); });
+  } else if (what == "paste") {
+    Press([&] { PressPaste(main_, rest); });
   } else if (what == "back") {
     Press([&] { PressBackToStep(main_); });
   } else if (what == "progress") {
-    Say(SpokenProgress(main_));
+    Say(SpokenProgress(main_), false);
   } else if (what == "help") {
     Press([&] {
-      desktop_.Show(MessageBox{.Title = "Help", .Text = HelpText(KeysOfPage) + kPrintKeyHelp + kPageHelp});
+      desktop_.Show(MessageBox{
+          .Title = "Help",
+          .Text = HelpText(KeysOfPage) + ListKeyHelp(kLevelKeyOfPage) + kPrintKeyHelp + kPageHelp});
     });
   } else if (what == "print") {
-    if (main_.PuzzleNo != 0 && !main_.Paused) TellPage(Message().Add("tell", "print").Text());
+    if (IsPuzzleOnShow(main_) && !main_.Paused) TellPage(Message().Add("tell", "print").Text());
   } else if (what == "drop") {
     Press([&] {
       MessageBox box{.Title = "Pack"};

@@ -38,7 +38,8 @@ globalThis.Page = {
   tell(message) {
     const acts = {
       draw: () => View.draw(message),
-      say: () => View.say(message.text),
+      say: () => View.say(message.text, message.shown),
+      copy: () => View.copy(message),
       sound: () => this.playSound(message.name),
       beep: () => this.beep(),
       open: () => window.open(message.address, '_blank', 'noopener'),
@@ -65,6 +66,7 @@ globalThis.Page = {
       case 'box': return View.askBox(message);
       case 'input': return View.askInput(message);
       case 'players': return View.askPlayers();
+      case 'list': return List.show();
       case 'yield': return this.yield();
       case 'sync': return Engine.hold(Files.sync());
       default: return Engine.hold(Files.lock(message.file, message.number));

@@ -70,10 +70,8 @@ globalThis.View = {
 
   /// Returns the element if its text has to be fitted.
   apply(change) {
-    if (change.kind === 'players') {
-      this.drawPlayers(change);
-      return null;
-    }
+    const dialogs = { players: () => this.drawPlayers(change), list: () => List.draw(change), rows: () => List.drawRows(change) };
+    if (dialogs[change.kind]) return dialogs[change.kind]();
     const element = this.element(change);
     if (change.kind === 'cell') {
       this.place(element, change.at);
@@ -221,6 +219,28 @@ globalThis.View = {
     return dialog;
   },
 
+  /// A caption whose letter behind "&" presses what it is of.
+  caption(label, field, text) {
+    label.prepend(text.replace('&', '') + ' ');
+    if (field) field.accessKey = text[text.indexOf('&') + 1].toLowerCase();
+  },
+
+  addButtons(row, buttons, event) {
+    for (const button of buttons) {
+      const made = this.make('button', button.id, row, { 'aria-description': button.description });
+      made.textContent = button.text.replace('&', '');
+      made.accessKey = button.text[button.text.indexOf('&') + 1].toLowerCase();
+      made.onclick = () => Engine.send(`${event} ${button.id}`);
+    }
+  },
+
+  setOptions(list, texts, selected) {
+    if ([...list.options].map((option) => option.text).join('\n') !== texts.join('\n')) {
+      list.replaceChildren(...texts.map((text) => new Option(text)));
+    }
+    list.selectedIndex = selected;
+  },
+
   askBox(message) {
     const dialog = this.dialog('MessageBox', message.title, message.text);
     dialog.dataset.symbol = message.symbol;
@@ -286,12 +306,7 @@ globalThis.View = {
     const list = name(this.make('select', listNames.id, column, { size: '8' }), listNames);
     const field = name(this.make('input', fieldNames.id, column, { autocomplete: 'off' }), fieldNames);
     const buttons = this.make('div', '', row, { class: 'buttons' });
-    for (const button of form.buttons) {
-      const made = this.make('button', button.id, buttons, { 'aria-description': button.description });
-      made.textContent = button.text.replace('&', '');
-      made.accessKey = button.text[button.text.indexOf('&') + 1].toLowerCase();
-      made.onclick = () => Engine.send('player-press ' + button.id);
-    }
+    this.addButtons(buttons, form.buttons, 'player-press');
     list.onchange = () => Engine.send('player-select ' + list.selectedIndex);
     list.ondblclick = () => Engine.send('player-double');
     list.onkeydown = (event) => {
@@ -316,6 +331,7 @@ globalThis.View = {
     };
   },
 
+  /// Returns nothing, as there is no text to fit.
   drawPlayers(form) {
     if (!form.visible) {
       const box = this.boxOf(this.players);
@@ -326,11 +342,7 @@ globalThis.View = {
     if (!this.players) this.makePlayers(form);
     const inside = (id) => this.players.querySelector('#' + id);
     const [list, field] = [inside('NaamLijst'), inside('NaamInvoerveld')];
-    const items = form.items.map((item) => item.text);
-    if ([...list.options].map((option) => option.text).join('\n') !== items.join('\n')) {
-      list.replaceChildren(...items.map((item) => new Option(item)));
-    }
-    list.selectedIndex = form.selected;
+    this.setOptions(list, form.items, form.selected);
     list.disabled = !form.list;
     field.disabled = !form.field;
     this.name = form.name;
@@ -350,7 +362,14 @@ globalThis.View = {
     field.setSelectionRange(this.name.length - behind, this.name.length - behind);
   },
 
-  say(text) {
+  /// Says a sentence; `shown`: to eyes too, over the board for a while.
+  say(text, shown) {
+    if (shown) {
+      const note = this.find('Told') || this.make('div', 'Told', document.body, { 'aria-hidden': 'true' });
+      note.textContent = text;
+      clearTimeout(this.told);
+      this.told = setTimeout(() => note.remove(), 3000);
+    }
     const bar = this.find('Announcement');
     bar.textContent = '';
     setTimeout(() => { bar.textContent = text; }, 20);
@@ -396,7 +415,8 @@ globalThis.View = {
     if (isPress && target.id === 'optSound' && event.key === 'Enter') return target.click() || true;
     if (event.key === 'Escape') return this.send('escape');
     const name = this.nameOf(event);
-    const others = { S: 'progress', F1: 'help', 'Ctrl+P': 'print', M: 'level', 'Ctrl+B': 'remember', 'Ctrl+Shift+B': 'back' };
+    const others = { S: 'progress', F1: 'help', F2: 'puzzles', 'Ctrl+P': 'print', 'Ctrl+S': 'keep', M: 'level', 'Ctrl+B': 'remember',
+      'Ctrl+Shift+B': 'back' };
     if (this.keys[name]) return event.repeat || this.send('key-press ' + this.keys[name]);
     if (others[name]) return event.repeat || this.send(others[name]);
     if (name === 'D') return event.repeat || this.save();
@@ -406,6 +426,15 @@ globalThis.View = {
   send(event) {
     Engine.send(event);
     return true;
+  },
+
+  /// What the core gave to a press that copies; its picture follows where the browser takes one.
+  copy(copied) {
+    this.copied = copied;
+    if (!copied.picture || !window.ClipboardItem || !navigator.clipboard) return;
+    const text = new Blob([copied.text], { type: 'text/plain' });
+    const both = new ClipboardItem({ 'text/plain': text, 'image/png': List.file(copied.picture) });
+    navigator.clipboard.write([both]).catch(() => {});
   },
 
   save() {
@@ -428,20 +457,28 @@ globalThis.View = {
       Engine.keyUsedLast = false;
       this.byTab = false;
     }, true);
-    // A click on what is no button takes the focus from nothing.
+    // A press on what is no button takes the focus from nothing. A field takes the press itself, of any button.
+    const isOpen = (cell) => cell && cell.classList.contains('cell') && cell.dataset.tile === '0';
+    let dragged = false; // From an open field over open fields, each of which it clicks.
     addEventListener('mousedown', (event) => {
       if (this.openBox()) return;
       const target = event.target.closest('.button, .checkbox, .cell');
       if (target) target.focus({ preventScroll: true });
       event.preventDefault();
+      dragged = isOpen(target);
+      if (target && target.classList.contains('cell')) Engine.send('field ' + target.id.slice(4));
+    });
+    addEventListener('mouseover', (event) => {
+      dragged = dragged && event.buttons !== 0;
+      if (dragged && isOpen(event.target) && !this.openBox()) Engine.send('field ' + event.target.id.slice(4));
     });
     const click = (event) => {
       if (this.openBox()) return;
       const target = event.target.closest('[id]');
       if (!target || !target.closest('#Main')) return;
-      if (target.classList.contains('cell')) Engine.send((event.detail === 0 ? 'tool ' : 'field ') + target.id.slice(4));
-      else if (target.id === 'optSound') this.clickSound(target);
-      else Engine.send('press ' + target.id);
+      if (target.id === 'optSound') this.clickSound(target);
+      else if (!target.classList.contains('cell')) Engine.send('press ' + target.id);
+      else if (event.detail === 0) Engine.send('tool ' + target.id.slice(4));
     };
     addEventListener('click', click);
     addEventListener('auxclick', click);
@@ -451,8 +488,19 @@ globalThis.View = {
       const id = event.target.classList.contains('cell') ? 'Grid' : event.target.id;
       Engine.send((this.byTab ? 'tab ' : 'focus ') + id);
     });
+    addEventListener('copy', (event) => {
+      this.copied = null;
+      if (this.openBox() || !this.send('copy') || !this.copied) return;
+      event.clipboardData.setData('text/plain', this.copied.text);
+      event.preventDefault();
+    });
+    addEventListener('paste', (event) => {
+      if (!this.openBox()) Engine.send('paste ' + event.clipboardData.getData('text/plain'));
+    });
+    // Some browsers offer both only where this is said.
+    for (const name of ['beforecopy', 'beforepaste']) addEventListener(name, (event) => this.openBox() || event.preventDefault());
+    document.addEventListener('visibilitychange', () => document.hidden && Engine.send('press cmdPause'));
     addEventListener('resize', () => this.resize());
-    this.listenToDrags();
     addEventListener('dragover', (event) => event.preventDefault());
     addEventListener('drop', (event) => {
       event.preventDefault();
@@ -464,21 +512,6 @@ globalThis.View = {
   clickSound(box) {
     const checked = box.checked;
     Engine.send('sound ' + Number(checked));
-  },
-
-  /// A drag of the mouse from an open field over open fields clicks each.
-  listenToDrags() {
-    const isOpen = (cell) => cell && cell.classList.contains('cell') && cell.dataset.tile === '0';
-    let first = null;
-    addEventListener('pointerdown', (event) => {
-      first = event.pointerType === 'mouse' && isOpen(event.target) ? event.target : null;
-    });
-    addEventListener('pointerover', (event) => {
-      if (event.buttons === 0) first = null;
-      if (!first || event.target === first || !isOpen(event.target) || this.openBox()) return;
-      if (isOpen(first)) Engine.send('field ' + first.id.slice(4));
-      Engine.send('field ' + event.target.id.slice(4));
-    });
   },
 
   async drop(files) {

@@ -66,7 +66,7 @@ std::string PuzzleListing::TextOf(int row, int column) const {
 }
 
 std::string PuzzleListing::SpokenAt(int row, int column) const {
-  const std::string text = TextOf(row, column);
+  std::string text = TextOf(row, column);
   if (text.empty()) return text;
   switch (column) {
     case kNumber:

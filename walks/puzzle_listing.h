@@ -83,7 +83,8 @@ class PuzzleListing {
 
   /// What a puzzle needs came to light. The next row is meant each time.
   void AddNeeds(const PuzzleStats& needs) { needs_.push_back(needs); }
-  /// How many rows that has been told of.
+  void FindNextNeeds() { AddNeeds(NeedsOf(walker_, At(Known()))); }
+  /// How many rows that is known of.
   int Known() const { return static_cast<int>(needs_.size()); }
   /// The rules that a row needs, found out where it is not known; one more line where they do not do.
   std::vector<std::string> NeedsText(int row);

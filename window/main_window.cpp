@@ -188,7 +188,7 @@ void MainWindow::AddKeys() {
   AddKey(QLatin1String(kProgressKey), [this] { announcer_->Say(SpokenProgress(main_)); });
   AddKey(QStringLiteral("F1"), [this] { Press([this] { ShowHelp(); }); });
   AddKey(QStringLiteral("F2"), [this] { Press([this] { ShowPuzzles(); }); });
-  AddKey(QStringLiteral("Ctrl+Shift+N"), [this] { Press([this] { PressNewOfLevel(main_); }); });
+  AddKey(QLatin1String(kLevelKey), [this] { Press([this] { PressNewOfLevel(main_); }); });
   AddKey(QStringLiteral("Ctrl+S"), [this] { Press([this] { Tell(PressKeep(main_)); }); });
   AddKey(QStringLiteral("Ctrl+B"), [this] { Press([this] { Tell(PressRemember(main_)); }); });
   AddKey(QStringLiteral("Ctrl+Shift+B"), [this] { Press([this] { PressBackToStep(main_); }); });
@@ -226,7 +226,7 @@ void MainWindow::ShowHelp() {
       return;
     }
   }
-  std::string text = HelpText(KeysOfTable) + kListKeyHelp;
+  std::string text = HelpText(KeysOfTable) + ListKeyHelp(kLevelKey);
   if (printing_.IsOffered()) text += kPrintKeyHelp;
   if (hasGuide) text += kGuideHelp + guide;
   main_.desktop.Show(MessageBox{.Title = "Help", .Text = text});

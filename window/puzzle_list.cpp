@@ -59,9 +59,9 @@ PuzzleList::PuzzleList(const Main& main, QWidget* mainWindow)
   middle->addLayout(side);
 
   auto* buttons = new QHBoxLayout;
-  QPushButton* today = AddButton(kListButtons[kListToday]);
+  open_ = AddButton(kListButtons[kListOpen]);  // In the order of Tab.
   goOn_ = AddButton(kListButtons[kListGoOn]);
-  open_ = AddButton(kListButtons[kListOpen]);
+  QPushButton* today = AddButton(kListButtons[kListToday]);
   QPushButton* close = AddButton(kListButtons[kListClose]);
   open_->setDefault(true);
   connect(open_, &QPushButton::clicked, this, [this] {

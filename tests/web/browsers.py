@@ -10,7 +10,7 @@ import time
 
 KEYS = {"Return": "\ue007", "Escape": "\ue00c", "Space": " ", "Tab": "\ue004", "Left": "\ue012", "Up": "\ue013",
         "Right": "\ue014", "Down": "\ue015", "Home": "\ue011", "End": "\ue010", "PageUp": "\ue00e",
-        "PageDown": "\ue00f", "F1": "\ue031", "Ctrl": "\ue009", "Shift": "\ue008"}
+        "PageDown": "\ue00f", "F1": "\ue031", "F2": "\ue032", "Ctrl": "\ue009", "Shift": "\ue008"}
 
 
 def strokes(keys):
@@ -25,6 +25,12 @@ def strokes(keys):
 
 def typed(text):
     return [{"type": kind, "value": letter} for letter in text for kind in ("keyDown", "keyUp")]
+
+
+def dragged(points):
+    """The actions of a drag of the mouse from point to point."""
+    moves = [{"type": "pointerMove", "x": round(x), "y": round(y), "duration": 0} for x, y in points]
+    return [moves[0], {"type": "pointerDown", "button": 0}, *moves[1:], {"type": "pointerUp", "button": 0}]
 
 
 class Selenium:
@@ -47,8 +53,8 @@ class Selenium:
             "const done = arguments[arguments.length - 1]; (async () => {" + script + "})().then(done, e => done('FAILED ' + e));",
             *arguments)
 
-    def act(self, actions):
-        self.driver.execute("actions", {"actions": [{"type": "key", "id": "keyboard", "actions": actions}]})
+    def act(self, actions, device="key"):
+        self.driver.execute("actions", {"actions": [{"type": device, "id": device, "actions": actions}]})
 
     def size(self, width, height):
         self.driver.set_window_size(width, height)
@@ -155,8 +161,8 @@ class Firefox:
             "script": "const done = arguments[arguments.length - 1]; (async () => {" + script +
                       "})().then(done, e => done('FAILED ' + e));", "args": list(arguments), "sandbox": None})
 
-    def act(self, actions):
-        self.call("WebDriver:PerformActions", {"actions": [{"type": "key", "id": "keyboard", "actions": actions}]})
+    def act(self, actions, device="key"):
+        self.call("WebDriver:PerformActions", {"actions": [{"type": device, "id": device, "actions": actions}]})
 
     def size(self, width, height):
         self.call("WebDriver:SetWindowRect", {"width": width, "height": height})

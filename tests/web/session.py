@@ -80,9 +80,9 @@ await new Promise(r => setTimeout(r, 45));"""
 
 TIME = re.compile(r"\b\d\d:\d\d\b")
 PAGE_KEYS = {"Ctrl+N": "n", "Ctrl+O": "l", "Ctrl+Q": "q"}
-KNOWN = re.compile(r"^(\d+|[A-Z]|Return|Escape|Space|Enter|Tab|Left|Right|Up|Down|PageUp|PageDown|Home|End|F1|held|focus|"
-                   r"tick|tool|solve|large|small|cmd\w+|optSound|lblHint|Label\d|Picture1|Ctrl\+(N|O|Q|R|Z|Y|Shift\+Z|"
-                   r"Right|Home|End))$")
+KNOWN = re.compile(r"^(\d+|[A-Z]|Return|Escape|Space|Enter|Tab|Left|Right|Up|Down|PageUp|PageDown|Home|End|F1|F2|held|focus|"
+                   r"drag|minimise|tick|tool|solve|large|small|cmd\w+|optSound|lblHint|Label\d|Picture1|Ctrl\+(B|C|N|O|P|Q|R|S|V|Z|Y|"
+                   r"Shift\+Z|Right|Home|End))$")
 
 
 class Session:
@@ -106,7 +106,7 @@ class Session:
         self.shape = shape
         self.width, self.height = 545, 602
         self.resize(1)
-        self.browser.run("window.open = () => null; window.halted = {}; View.setTimer = (number, interval) => { window.halted[number] = interval; };"
+        self.browser.run("window.open = window.print = () => null; window.halted = {}; View.setTimer = (number, interval) => { window.halted[number] = interval; };"
                          "for (const [number, timer] of Object.entries(View.timers)) {"
                          " clearInterval(timer.id); window.halted[number] = timer.interval; }")
         self.choose_size()
@@ -169,6 +169,13 @@ class Session:
             browser.run("Engine.send('timer ' + arguments[0])", words.pop(0)[-1])
         elif word == "tool":
             browser.run("document.getElementById('Grid' + arguments[0]).click()", words.pop(0))
+        elif word == "drag":
+            ends = [browser.run("const at = document.getElementById('Grid' + arguments[0]).getBoundingClientRect();"
+                                "return [at.x + at.width / 2, at.y + at.height / 2]", words.pop(0)) for _ in range(2)]
+            browser.act(browsers.dragged([[a + (b - a) * i / 20 for a, b in zip(*ends)] for i in range(21)]), "pointer")
+        elif word == "minimise":
+            browser.run("Object.defineProperty(document, 'hidden', {value: true, configurable: true});"
+                        "document.dispatchEvent(new Event('visibilitychange')); delete document.hidden;")
         elif word == "large":
             self.resize(1.5)
         elif word == "small":
@@ -189,7 +196,7 @@ class Session:
         if self.browser.run("return !document.getElementById('Grid').hidden"):
             return self.browser.click(f"Grid{cell}")
         self.browser.run("document.getElementById('Grid' + arguments[0])"
-                         ".dispatchEvent(new MouseEvent('click', {bubbles: true, detail: 1}))", cell)
+                         ".dispatchEvent(new MouseEvent('mousedown', {bubbles: true}))", cell)
 
     def solve(self):
         import struct
@@ -205,7 +212,7 @@ class Session:
                 if tile == 3 or tile == (2 if cell in tents else 1) or self.browser.run(BOX):
                     break
                 self.browser.run("document.getElementById('Grid' + arguments[0])"
-                                 ".dispatchEvent(new MouseEvent('click', {bubbles: true, detail: 1}))", cell)
+                                 ".dispatchEvent(new MouseEvent('mousedown', {bubbles: true}))", cell)
                 self.settle()
 
     def told(self, start):
@@ -320,13 +327,11 @@ class Session:
             told, shown = (" | ".join(text.split(" | ")[:-1]) for text in (told, shown))
             if told == shown:
                 return "the toolkit's own place of a check box"
-        if ", F2 lists all" in told:
-            told = told.replace(", F2 lists all", "")
-            if told == shown:
-                return "the list of puzzles"
         words, own = told.split(" | "), without(shown, "focused").split(" | ")
         if name == "Announcement" and (self.boxes or told in self.said):
             return "what is said once the window is active after a box"
+        if name == "Announcement" and self.step.startswith("drag"):
+            return "the fields of a drag, which a page says one by one"
         if name.startswith("painted") and self.width != 545 and re.sub(r"[][]", "", shown) == re.sub(r"[][]", "", told):
             return "which pixels of a larger window are a frame's"
         if self.boxes and name.startswith("painted") and re.sub(r"[][]", "", shown) == told:
