@@ -97,7 +97,21 @@ void Congratulate(Main& main, const char* title, const char* text) {
 struct PackBest {
   int Player;
   PersonalRecord Record;  ///< As it would stand in that player's file.
+  friend bool operator==(const PackBest&, const PackBest&) = default;
 };
+
+PackBest BestOf(const PackRecord& puzzle, long number, std::int16_t levelSize) {
+  return {puzzle.BestPlayer,
+          {static_cast<std::int16_t>(number), levelSize, puzzle.BestMinutes, puzzle.BestSeconds}};
+}
+
+/// Whether a puzzle with that best time still has that number.
+bool Stands(const Main& main, const PackBest& best) {
+  const auto [size, number] = KeyOf(best.Record);
+  PackRecord present;
+  PackFile(PackPath(main.global, size)).Read(number, present);
+  return BestOf(present, number, best.Record.PersonalLevelSize) == best;
+}
 
 /// The best times of all packs, sizes and numbers rising. Unreadable records are left out.
 std::vector<PackBest> ReadPackBests(Main& main) {
@@ -109,9 +123,7 @@ std::vector<PackBest> ReadPackBests(Main& main) {
       const long last = std::min<long>(pack.Counts().Whole, kLastPersonalPuzzle);
       for (long number = 1; number <= last; ++number) {
         if (!IgnoringFileErrors([&] { pack.Read(number, puzzle); })) continue;
-        bests.push_back({puzzle.BestPlayer,
-                         {static_cast<std::int16_t>(number), LevelSizeOf(main.Level, size),
-                          puzzle.BestMinutes, puzzle.BestSeconds}});
+        bests.push_back(BestOf(puzzle, number, LevelSizeOf(main.Level, size)));
       }
     });
   }
@@ -197,8 +209,11 @@ void SyncPersonalBests(Main& main) {
       bool added = false;
       for (const PackBest& best : bests) {
         if (best.Player != player || known.contains(KeyOf(best.Record))) continue;
-        IgnoringFileErrors([&] { AppendPersonal(file, best.Record); });
-        added = true;
+        IgnoringFileErrors([&] {
+          // The pack may have been sorted since. Now nobody can.
+          if (Stands(main, best)) AppendPersonal(file, best.Record);
+          added = true;
+        });
       }
       if (added) file.Sync();
     });

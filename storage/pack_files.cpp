@@ -6,16 +6,9 @@
 #include "storage/status_panels.h"
 
 namespace bivouac {
-namespace {
-
-std::string NameWithExtension(int size, const char* extension) {
-  return "BVPack" + TwoDigits(size) + extension;
-}
-
-}  // namespace
 
 std::string PackName(int size) {
-  return NameWithExtension(size, ".bvq");
+  return "BVPack" + TwoDigits(size) + ".bvq";
 }
 
 std::string PackPath(const Global& global, int size) {
@@ -29,7 +22,8 @@ int PackCount(const Global& global, int size) {
 void CountPacks(Main& main) {
   for (int size = kMinSize; size <= kMaxSize; ++size) {
     main.PuzzleCount[size - kMinSize] = PackCount(main.global, size);
-    const std::string leftOver = main.global.DataDir + NameWithExtension(size, ".bvp");
+    std::string leftOver = PackPath(main.global, size);
+    leftOver.back() = 'p';
     if (FileExists(leftOver)) DeleteWholeFile(leftOver);
   }
   ShowTotal(main);

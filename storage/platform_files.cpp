@@ -82,10 +82,8 @@ void DeleteWholeFile(const std::string& path) {
 void CreateFolders(const std::string& path) {
   std::error_code error;
   std::vector<fs::path> made;
-  for (fs::path folder = path; !folder.empty() && !fs::exists(folder, error); folder = folder.parent_path()) {
+  for (fs::path folder = path; !folder.empty() && !fs::exists(folder, error); folder = folder.parent_path())
     made.push_back(folder);
-    if (folder == folder.parent_path()) break;
-  }
   fs::create_directories(path, error);
   // A stranger who can open a file can hold its lock for ever. A folder as earlier versions made it was meant
   // for nobody else either; any other mode is somebody's will.

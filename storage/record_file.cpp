@@ -111,7 +111,6 @@ RecordCounts CountRecords(const std::string& path) {
 template class RecordFile<PackRecord>;
 template class RecordFile<PersonalRecord>;
 template std::vector<std::uint8_t> BytesOf(std::span<const PackRecord> records);
-template std::vector<std::uint8_t> BytesOf(std::span<const PersonalRecord> records);
 template RecordCounts CountRecords<PackRecord>(const std::string& path);
 template RecordCounts CountRecords<PersonalRecord>(const std::string& path);
 

@@ -88,7 +88,6 @@ class Turn {
  public:
   explicit Turn(SharedFile& file);
   Turn(const Turn&) = delete;
-  Turn& operator=(const Turn&) = delete;
   ~Turn();
 
  private:
