@@ -25,11 +25,9 @@ constexpr int kWidth = 960;
 constexpr int kHeight = 520;
 constexpr int kPicture = 240;
 constexpr int kNeedsLeast = 60;
-constexpr int kTableLeast = 520;
 constexpr int kGoOn = 2;            // Beside the results of a QDialog, 0 and 1.
 constexpr std::size_t kBatch = 50;  // Puzzles whose needs are told at a time.
-/// Characters that each column of the table has room for.
-constexpr int kColumnWidths[PuzzleListing::kState] = {11, 9, 9, 22, 12};
+constexpr int kColumnMargin = 2;    // Characters.
 
 }  // namespace
 
@@ -45,6 +43,8 @@ PuzzleList::PuzzleList(const Main& main, QWidget* mainWindow)
   needs_->setObjectName(QStringLiteral("Needs"));
   auto* needsTitle = new QLabel(QString::fromLatin1(kNeedsTitle), this);
   needs_->setAccessibleName(needsTitle->text().remove(QLatin1Char('&')));
+  needs_->setWordWrap(true);
+  needs_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   needsTitle->setBuddy(needs_);
   summary_ = new QLabel(this);
   summary_->setObjectName(QStringLiteral("Summary"));
@@ -158,9 +158,16 @@ void PuzzleList::LayOut(double unit) {
   setFont(plain);
   const QFontMetrics metrics(plain);
   view_->verticalHeader()->setDefaultSectionSize(metrics.height() + PixelsOf(4, unit));
-  for (int column = 0; column < PuzzleListing::kState; ++column)  // The last has what is left.
-    view_->setColumnWidth(column, kColumnWidths[column] * metrics.averageCharWidth());
-  view_->setMinimumWidth(PixelsOf(kTableLeast, unit));
+  const QAbstractItemView& cells = *view_;
+  int width = 2 * view_->frameWidth() + view_->verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column < PuzzleListing::kColumns; ++column) {
+    const int contents =
+        std::max(cells.sizeHintForColumn(column), view_->horizontalHeader()->sectionSizeHint(column));
+    const int room = contents + kColumnMargin * metrics.averageCharWidth();
+    view_->setColumnWidth(column, room);
+    width += room;
+  }
+  view_->setMinimumWidth(width);
   picture_->setFixedSize(PixelsOf(kPicture, unit), PixelsOf(kPicture, unit));
   needs_->setFixedWidth(PixelsOf(kPicture, unit));
   needs_->setMinimumHeight(PixelsOf(kNeedsLeast, unit));

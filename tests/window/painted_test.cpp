@@ -129,7 +129,8 @@ TEST(Painted, SoItIsOnASmallScreenAndWhereAPixelIsOneAndAHalf) {
     file.write(screen);
     file.write("}]}");
     file.close();
-    RunInItsOwnProcess("Painted.Each*", "BIVOUAC_TEST_SCREEN", ":configfile=" + file.fileName());
+    for (const char* test : {"Painted.Each*", "Window.ThePuzzles*"})
+      RunInItsOwnProcess(test, "BIVOUAC_TEST_SCREEN", ":configfile=" + file.fileName());
   }
 }
 

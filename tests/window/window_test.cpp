@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -291,6 +292,7 @@ TEST(Window, ThePuzzlesAreListedChosenAndOpened) {
     run.Expect("Puzzles 10x10", [&](QDialog& dialog) {
       auto* view = dialog.findChild<QTableView*>("Puzzles");
       EXPECT_EQ(cell(dialog, 2, 5), "solved");
+      EXPECT_EQ(view->horizontalScrollBar()->maximum(), 0);
       EXPECT_TRUE(cell(dialog, 2, 3).endsWith(" by Zoe"));
       EXPECT_EQ(cell(dialog, 2, 4), cell(dialog, 2, 3).left(5));
       EXPECT_TRUE(dialog.findChild<QLabel*>("Summary")->text().startsWith("1 of 100 solved, in 0"));
