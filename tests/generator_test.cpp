@@ -1,7 +1,7 @@
 #include "generator/generator.h"
 
 #include <algorithm>
-#include <bit>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -160,7 +160,9 @@ TEST_F(Generator, MakesFullLayoutsWithoutFaultAndTheSameAsBefore) {
       EXPECT_EQ(record.LevelSize, LevelSizeOf(main.Level, size));
       EXPECT_TRUE(main.Level >= 1 && main.Level <= 5);
       signature.Add(main.Level);
-      signature.Add(std::bit_cast<std::int32_t>(main.Difficulty));
+      std::int32_t difficulty;
+      std::memcpy(&difficulty, &main.Difficulty, sizeof difficulty);
+      signature.Add(difficulty);
       const PackRecord made = record;
       for (const Fault& fault : FaultsOf("made", {{made}, 0}, main)) ADD_FAILURE() << fault.Words;
       ASSERT_FALSE(HasFailure()) << "size " << size << " puzzle " << puzzle;

@@ -11,6 +11,31 @@
 #include "storage/pack_files.h"
 #include "workbench/position.h"
 
+#ifdef __EMSCRIPTEN__
+// Files in its memory have no limit of their own: what writes is held to one here.
+#include <cerrno>
+#include <sys/resource.h>
+#include <wasi/api.h>
+
+namespace {
+rlim_t most = RLIM_INFINITY;
+}
+
+extern "C" int setrlimit(int, const rlimit* limit) {
+  most = limit->rlim_cur;
+  return 0;
+}
+
+extern "C" ssize_t pwrite(int descriptor, const void* bytes, std::size_t count, off_t offset) {
+  const auto from = static_cast<rlim_t>(offset);
+  const __wasi_ciovec_t part{static_cast<const std::uint8_t*>(bytes),
+                             std::min<std::size_t>(count, most - std::min(most, from))};
+  __wasi_size_t written = 0;
+  errno = part.buf_len == 0 ? EFBIG : __wasi_fd_pwrite(descriptor, &part, 1, from, &written);
+  return errno == 0 ? static_cast<ssize_t>(written) : -1;
+}
+#endif
+
 namespace bivouac {
 
 namespace fs = std::filesystem;
