@@ -20,6 +20,7 @@ globalThis.Page = {
   async playSound(name) {
     try {
       this.audio = this.audio || new AudioContext();
+      this.audio.resume(); // One that began before the first press stands still.
       this.sounds = this.sounds || this.unpack('sounds');
       const bytes = (await this.sounds)[name.replace('.wav', '.ogg')];
       const source = this.audio.createBufferSource();

@@ -384,11 +384,19 @@ globalThis.View = {
     this.make('h1', '', page).textContent = status === 0 ? 'Bivouac has ended.' : 'Bivouac has ended with an error.';
     this.make('p', '', page).textContent =
       'Puzzles and times are kept in this browser. To play again, load this page again.';
-    const again = this.make('button', 'Again', page);
-    again.textContent = 'Play again';
-    again.onclick = () => location.reload();
+    const add = (id, caption, work) => {
+      const button = this.make('button', id, page);
+      button.textContent = caption;
+      button.onclick = async () => {
+        await work();
+        location.reload();
+      };
+    };
+    add('Again', 'Play again', () => {});
+    // Of damaged settings there is no file that a player could change.
+    if (status !== 0 && !this.shownAt) add('Forget', 'Forget settings and players\u2019 names', () => Files.write([], ['/data/settings']));
     document.body.replaceChildren(page);
-    again.focus();
+    this.find('Again').focus();
   },
 
   /// The name that the table of keys knows a press by.
@@ -515,10 +523,13 @@ globalThis.View = {
   },
 
   async drop(files) {
+    const FS = Engine.core.FS;
     for (const file of files) {
-      const path = '/tmp/' + file.name;
-      Engine.core.FS.writeFile(path, new Uint8Array(await file.arrayBuffer()));
-      await Engine.send('drop ' + path);
+      const bytes = new Uint8Array(await file.arrayBuffer());
+      FS.chdir('/tmp'); // What is said of the file names it alone.
+      FS.writeFile(file.name, bytes);
+      await Engine.send('drop ' + file.name);
+      FS.unlink(file.name);
     }
   },
 

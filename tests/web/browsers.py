@@ -1,6 +1,7 @@
 """Browsers, each through its WebDriver, with the few calls that a test of the page needs."""
 import json
 import os
+import pathlib
 import shutil
 import signal
 import socket
@@ -90,6 +91,12 @@ class Chromium(Selenium):
         for option in ("--headless=new", "--no-sandbox", "--disable-gpu", "--user-data-dir=" + self.profile):
             options.add_argument(option)
         return webdriver.Chrome(options=options, service=Service(shutil.which("chromedriver")))
+
+    def kill(self):
+        for children in pathlib.Path(f"/proc/{self.driver.service.process.pid}/task").glob("*/children"):
+            for process in children.read_text().split():
+                os.kill(int(process), signal.SIGKILL)
+        self.driver.service.stop()
 
 
 class WebKit(Selenium):
@@ -185,6 +192,10 @@ class Firefox:
 
     def show(self, tab):
         self.call("WebDriver:SwitchToWindow", {"handle": tab, "name": tab})
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
 
     def end(self):
         self.process.send_signal(signal.SIGTERM)

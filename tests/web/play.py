@@ -173,6 +173,21 @@ def refused(kind, address):
         browser.end()
 
 
+def killed(kind, address):
+    """A browser that is killed while the report of a new puzzle is open has the puzzle at its next start."""
+    browser = browsers.opened(kind)
+    start(browser, address)
+    browser.run("cmdGenerate.click()")
+    expect("a puzzle is made", until(browser, f"{title(browser)} === 'Generate report'", 120))
+    browser.kill()
+    again = kind(browser.profile)
+    try:
+        start(again, address)
+        expect("a killed browser keeps the puzzle", again.run("return panel4.textContent") == "Total Puzzles: 101")
+    finally:
+        again.end()
+
+
 def served():
     """A folder with the page, and what it would be in a browser that refuses its database."""
     folder = pathlib.Path(tempfile.mkdtemp(prefix="bivouac-web-"))
@@ -242,6 +257,8 @@ def play(kind):
         browser.end()
         shutil.rmtree(browser.profile, ignore_errors=True)
     refused(kind, address)
+    if hasattr(kind, "kill"):
+        killed(kind, address)
     server.shutdown()
     shutil.rmtree(folder)
     print(f"  {time.time() - begun:.0f} s", flush=True)
