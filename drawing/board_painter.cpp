@@ -224,7 +224,7 @@ void BoardPainter::PaintNames(Canvas& canvas, const BoardGeometry& geometry) {
   const double pitch = geometry.Pitch;
   const double margin = kNameMargin * pitch;
   const double extent = pitch * geometry.Size;
-  const TextStyle style{.Size = 0.3 * pitch, .Ink = kGrey};
+  const TextStyle style{.Size = 0.4 * pitch, .Ink = kGrey};
   for (int line = 0; line < geometry.Size; ++line) {
     const std::string number = std::to_string(line + 1);
     const Point at{geometry.Corner.X + line * pitch, geometry.Corner.Y + line * pitch};
@@ -256,7 +256,7 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
       const double rim = 0.2 * geometry.Pitch;
       // The tent alone would hardly stand out from an open field.
       canvas.Fill({field.X + rim / 2, field.Y + rim / 2, field.Width - rim, field.Height - rim},
-                  kOptionGround);
+                  look_ == Look::Ink ? kWhite : kOptionGround);
       PaintTile(pen, bareTent_,
                 {field.X + rim, field.Y + rim, field.Width - 2 * rim, field.Height - 2 * rim});
     }

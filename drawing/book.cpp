@@ -170,19 +170,19 @@ int RunOf(const std::vector<BookItem>& items, std::size_t first, bool levels) {
 
 }  // namespace
 
-std::optional<Extent> PaperOf(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
+Extent PaperOf(const std::string& text) {
+  std::string name = text;
+  std::transform(name.begin(), name.end(), name.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  if (text == "a4") return Extent{kA4Width, 297 * kPointsPerMillimetre};
-  if (text == "a5") return Extent{148 * kPointsPerMillimetre, 210 * kPointsPerMillimetre};
-  if (text == "a6") return Extent{105 * kPointsPerMillimetre, 148 * kPointsPerMillimetre};
-  if (text == "letter") return Extent{612, 792};
-  int width = 0;
-  int height = 0;
+  if (name == "letter") return {612, 792};
+  int width = name == "a4" ? 210 : name == "a5" ? 148 : name == "a6" ? 105 : 0;
+  int height = name == "a4" ? 297 : name == "a5" ? 210 : name == "a6" ? 148 : 0;
   int end = 0;
-  const bool read = std::sscanf(text.c_str(), "%4dx%4d%n", &width, &height, &end) == 2;
-  if (!read || static_cast<std::size_t>(end) != text.size() || width < 1 || height < 1) return std::nullopt;
-  return Extent{width * kPointsPerMillimetre, height * kPointsPerMillimetre};
+  const bool read = width > 0 || (std::sscanf(name.c_str(), "%4dx%4d%n", &width, &height, &end) == 2 &&
+                                  static_cast<std::size_t>(end) == name.size());
+  if (!read || width < 1 || height < 1)
+    throw InputError("--paper: '" + text + "' is not a4, a5, a6, letter or millimetres such as 148x210");
+  return {width * kPointsPerMillimetre, height * kPointsPerMillimetre};
 }
 
 void CheckPaper(const BookLayout& layout, int largestSize) {

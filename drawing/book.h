@@ -9,9 +9,9 @@
 
 namespace bivouac {
 
-/// "a4", "a5", "a6" or "letter", in capitals too, or width and height in millimetres such as "148x210";
-/// nothing for any other text.
-std::optional<Extent> PaperOf(std::string text);
+/// "a4", "a5", "a6" or "letter", in capitals too, or width and height in millimetres such as "148x210".
+/// Errors: InputError that names the option --paper for any other text.
+Extent PaperOf(const std::string& text);
 
 /// How a book is laid out.
 struct BookLayout {

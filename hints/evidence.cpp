@@ -1,6 +1,7 @@
 #include "hints/evidence.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "deduction/finds.h"
 #include "game/board.h"
@@ -15,6 +16,29 @@ using Cells = std::vector<int>;
 
 bool IsAmong(const Cells& cells, int cell) {
   return std::find(cells.begin(), cells.end(), cell) != cells.end();
+}
+
+std::string NamesOf(const Main& main, Cells cells, Naming naming) {
+  std::sort(cells.begin(), cells.end());
+  const bool isShort = naming == Naming::Short;
+  std::string text;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const int row = RowOf(main, cells[i]);
+    std::size_t last = i;  // Of those side by side.
+    while (last + 1 < cells.size() && cells[last + 1] == cells[last] + 1 &&
+           RowOf(main, cells[last + 1]) == row)
+      ++last;
+    const bool isRun = last - i >= 2;
+    text += (text.empty() ? "" : ", ") + std::string(isShort ? "r" : "row ") + std::to_string(row + 1) +
+            (isShort ? "c"
+             : isRun ? " columns "
+                     : " column ") +
+            std::to_string(ColOf(main, cells[i]) + 1);
+    if (!isRun) continue;
+    text += (isShort ? "-" : " to ") + std::to_string(ColOf(main, cells[last]) + 1);
+    i = last;
+  }
+  return text;
 }
 
 class Witness {
@@ -43,17 +67,8 @@ class Witness {
 
  private:
   void Add(std::string fact) { facts_.push_back(std::move(fact)); }
-  std::string Name(int cell) const {
-    if (naming_ == Naming::Short) return FieldName(main_, cell);
-    return "row " + std::to_string(RowOf(main_, cell) + 1) + " column " +
-           std::to_string(ColOf(main_, cell) + 1);
-  }
-  std::string Names(Cells cells) const {
-    std::sort(cells.begin(), cells.end());
-    std::string text;
-    for (const int cell : cells) text += (text.empty() ? "" : ", ") + Name(cell);
-    return text;
-  }
+  std::string Name(int cell) const { return NamesOf(main_, {cell}, naming_); }
+  std::string Names(const Cells& cells) const { return NamesOf(main_, cells, naming_); }
 
   /// The fields of the find in one of those roles, each once and on the board.
   Cells With(std::initializer_list<Role> roles) const {
@@ -176,7 +191,11 @@ class Witness {
 }  // namespace
 
 std::string FieldName(const Main& main, int cell) {
-  return 'r' + std::to_string(RowOf(main, cell) + 1) + 'c' + std::to_string(ColOf(main, cell) + 1);
+  return NamesOf(main, {cell}, Naming::Short);
+}
+
+std::string FieldNames(const Main& main, std::vector<int> cells) {
+  return NamesOf(main, std::move(cells), Naming::Short);
 }
 
 std::vector<std::string> EvidenceOf(const Main& main, const FoundHint& hint, Naming naming) {

@@ -42,4 +42,8 @@ void AddDrawingOptions(CLI::App& command, DrawingOptions& options) {
   command.add_flag("--force", options.Force, "Overwrite the file")->needs(output);
 }
 
+CLI::Option* AddPaperOption(CLI::App& command, std::string& paper) {
+  return command.add_option("--paper", paper, "a4, a5, a6, letter or millimetres such as 148x210");
+}
+
 }  // namespace bivouac

@@ -26,6 +26,8 @@ void RefuseEmpty(const CLI::App& command, const char* name, const char* words);
 /// What every drawing command asks for.
 void AddDrawingOptions(CLI::App& command, DrawingOptions& options);
 
+CLI::Option* AddPaperOption(CLI::App& command, std::string& paper);
+
 /// Thrown where something is to be drawn and this program does not draw: bivouac-draw goes on then.
 struct DrawingWanted {};
 

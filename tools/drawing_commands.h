@@ -55,6 +55,9 @@ struct ExplainOptions {
   long Number = 1;
   std::string From{};  ///< Digits of the position to begin with; empty for the start of the puzzle.
   Format Output = Format::Words;
+  bool Html = false;  ///< Instead of words.
+  bool Long = false;  ///< Every step by itself.
+  std::string Paper = "a4";
 };
 
 struct StatsOptions {
@@ -63,8 +66,7 @@ struct StatsOptions {
   Format Output = Format::Words;
 };
 
-/// Tells the way to the solution as the hints give it.
-ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal);
+/// Writes a PDF that tells the way to the solution as the hints give it.
 ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal& terminal);
 /// Tells what packs hold: levels, difficulty, tents, the rules that hints need, their seconds.
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal);

@@ -26,13 +26,6 @@ PictureFormat FormatOf(const std::string& output) {
   return *format;
 }
 
-Extent CheckedPaper(const std::string& text) {
-  const std::optional<Extent> paper = PaperOf(text);
-  if (!paper)
-    throw InputError("--paper: '" + text + "' is not a4, a5, a6, letter or millimetres such as 148x210");
-  return *paper;
-}
-
 Overwrite OverwriteOf(const DrawingOptions& options) {
   return options.Force ? Overwrite::Yes : Overwrite::No;
 }
@@ -215,7 +208,7 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
     throw InputError(output + ": a book is a PDF; a picture is one puzzle, PACK NUMBER");
   RequireNoInput(output, options.Packs);
   if (options.Solutions == SolutionPlace::Separate) RequireNoInput(SolutionsName(output), options.Packs);
-  const BookLayout layout{CheckedPaper(options.Paper), options.PerPage, options.Duplex};
+  const BookLayout layout{PaperOf(options.Paper), options.PerPage, options.Duplex};
   Selection selection(options);
   std::vector<BookItem> items = selection.Items();
   if (items.empty()) throw InputError("there is no such puzzle to print");
@@ -282,7 +275,7 @@ ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal) {
   }
   const BoardPainter painter(LookOf(options.Drawing, format));
   if (format == PictureFormat::Pdf) {
-    const BookLayout layout{CheckedPaper(options.Paper), 1};
+    const BookLayout layout{PaperOf(options.Paper), 1};
     CheckPaper(layout, picture.Size);
     Canvas canvas(options.Drawing.Output, format, layout.Paper, "Bivouac " + name,
                   OverwriteOf(options.Drawing));
@@ -329,8 +322,7 @@ void AddPrint(CLI::App& app, Command& chosen) {
       print->add_flag("--duplex", input->Book.Duplex,
                       "Margins for two sides of a sheet, wider where it is bound"),
       print->add_option("--title", input->Book.Title, "Title of the book")};
-  CLI::Option* paper =
-      print->add_option("--paper", input->Book.Paper, "a4, a5, a6, letter or millimetres such as 148x210");
+  CLI::Option* paper = AddPaperOption(*print, input->Book.Paper);
   const std::vector<CLI::Option*> ofPictures = {
       print->add_option("--width", input->Picture.Width, "Pixels of an SVG or PNG")
           ->check(CLI::Range(64, 16384)),

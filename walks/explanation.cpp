@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "deduction/finds.h"
 #include "game/error.h"
 #include "game/play.h"
 #include "game/text.h"
@@ -35,17 +36,71 @@ PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
 
 std::string ChangesText(const Main& main, const std::vector<FieldChange>& changes) {
   std::string text;
-  for (const int code : {CELL_TENT, CELL_GRASS}) {
-    bool first = true;
+  for (const auto& [code, name] : {std::pair{CELL_TENT, "tent "}, {CELL_GRASS, "grass "}}) {
+    std::vector<int> cells;
     for (const FieldChange& change : changes) {
-      if (change.Code != code) continue;
-      if (first && !text.empty()) text += "; ";
-      text += first ? (code == CELL_TENT ? "tent " : "grass ") : ", ";
-      text += FieldName(main, change.Cell);
-      first = false;
+      if (change.Code == code) cells.push_back(change.Cell);
     }
+    if (!cells.empty()) text += (text.empty() ? "" : "; ") + (name + FieldNames(main, cells));
   }
   return text;
+}
+
+Way WayFrom(Main& main) {
+  const Array<int> before = main.Board;
+  SolutionWalk walk(main, SolutionWalk::Telling::StepsWithFacts);
+  Way way;
+  while (walk.Next()) {
+    way.Steps.push_back({walk.Hint(), walk.Facts(), walk.Changes()});
+    way.Tally.Add(*walk.Hint().Rule);
+  }
+  way.End = walk.Ended();
+  if (way.End == SolutionWalk::End::WrongHint || way.End == SolutionWalk::End::NothingNew)
+    way.NotAStep = {walk.Hint(), walk.Facts(), walk.Changes()};
+  main.Board = before;
+  return way;
+}
+
+void Play(Main& main, const WayStep& step) {
+  for (const FieldChange& change : step.Changes) main.Board[change.Cell] = change.Code;
+}
+
+std::vector<Passage> PassagesOf(const Way& way, Detail detail) {
+  std::vector<Passage> passages;
+  for (std::size_t i = 0; i < way.Steps.size(); ++i) {
+    const HintRule& rule = *way.Steps[i].Hint.Rule;
+    const bool goesOn = detail == Detail::Streaks          ? rule.Stage == 1
+                        : detail == Detail::TentsWithGrass ? rule.Look == FindTentNeighbours
+                                                           : false;
+    if (goesOn && !passages.empty())
+      passages.back().Last = i;
+    else
+      passages.push_back({i, i});
+  }
+  return passages;
+}
+
+Telling Tell(const Main& main, const Way& way, Passage passage) {
+  const WayStep& first = way.Steps[passage.First];
+  std::vector<FieldChange> changes;
+  int seconds = 0;
+  for (std::size_t i = passage.First; i <= passage.Last; ++i) {
+    const WayStep& step = way.Steps[i];
+    changes.insert(changes.end(), step.Changes.begin(), step.Changes.end());
+    seconds += step.Hint.Rule->Seconds;
+  }
+  std::string title = passage.First == passage.Last ? "Step " : "Steps ";
+  title += std::to_string(passage.First + 1);
+  if (passage.First != passage.Last)
+    title += (passage.Last == passage.First + 1 ? " and " : " to ") + std::to_string(passage.Last + 1);
+  return {title + ": " + std::string(first.Hint.Rule->Title) + ", " + Counted(seconds, "second"),
+          SentenceOf(first.Hint), first.Facts, ChangesText(main, changes)};
+}
+
+Telling TellNotAStep(const Main& main, const WayStep& step) {
+  return {
+      "Not a step: " + std::string(step.Hint.Rule->Title) + ", " + Counted(step.Hint.Rule->Seconds, "second"),
+      SentenceOf(step.Hint), step.Facts, ChangesText(main, step.Changes)};
 }
 
 void WayTally::Add(const HintRule& rule) {
