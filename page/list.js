@@ -39,16 +39,12 @@ globalThis.List = {
       else if (row) Engine.send('list-select ' + row.dataset.row);
     };
     table.ondblclick = (event) => event.target.closest('td') && Engine.send('list-press Open');
-    dialog.oncancel = (event) => {
-      event.preventDefault();
-      Engine.send('list-press Close');
-    };
+    dialog.cancel = () => Engine.send('list-press Close');
   },
 
   draw(change) {
     if (!change.visible) {
-      const box = View.boxOf(this.dialog);
-      if (box) box.close('');
+      View.hide(this.dialog);
       this.dialog = null;
       return;
     }

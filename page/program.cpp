@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <emscripten/emscripten.h>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "events/board_keys.h"
@@ -105,6 +106,13 @@ class Program {
   void TakePlayers(const std::string& what, const std::string& rest);
   void TakeBoardKey(const std::string& key, bool control, bool repeated);
   void Start(const std::string& damaged, bool refused);
+  struct KeyRow {
+    std::string_view Key;
+    void (*Press)(Program& program);
+  };
+  static std::span<const KeyRow> Keys();
+  void ShowHelp();
+  void Print();
   void ShowPuzzles();
   void Copy();
 
@@ -127,6 +135,9 @@ class Program {
 };
 
 void Program::Start(const std::string& damaged, bool refused) {
+  std::vector<std::string> keys;
+  for (const KeyRow& row : Keys()) keys.emplace_back(row.Key);
+  TellPage(Message().Add("tell", "keys").Add("keys", keys).Text());
   road_.Run([&] { Form_Load(main_, form_); });
   if (!damaged.empty()) {
     road_.Run([&] {
@@ -139,6 +150,31 @@ void Program::Start(const std::string& damaged, bool refused) {
   if (!refused) return;
   main_.LostSettings = Loss::Untold;
   road_.Run([&] { TellOfLostSettings(main_); });
+}
+
+/// The keys that press no control.
+std::span<const Program::KeyRow> Program::Keys() {
+  static constexpr std::array<KeyRow, 8> kKeys = {{
+      {kProgressKey, [](Program& p) { Say(SpokenProgress(p.main_), false); }},
+      {"F1", [](Program& p) { p.ShowHelp(); }},
+      {"F2", [](Program& p) { p.ShowPuzzles(); }},
+      {kLevelKeyOfPage, [](Program& p) { PressNewOfLevel(p.main_); }},
+      {"Ctrl+S", [](Program& p) { Say(PressKeep(p.main_), true); }},
+      {"Ctrl+B", [](Program& p) { Say(PressRemember(p.main_), true); }},
+      {"Ctrl+Shift+B", [](Program& p) { PressBackToStep(p.main_); }},
+      {"Ctrl+P", [](Program& p) { p.Print(); }},
+  }};
+  return kKeys;
+}
+
+void Program::ShowHelp() {
+  desktop_.Show(
+      MessageBox{.Title = "Help",
+                 .Text = HelpText(KeysOfPage) + ListKeyHelp(kLevelKeyOfPage) + kPrintKeyHelp + kPageHelp});
+}
+
+void Program::Print() {
+  if (IsPuzzleOnShow(main_) && !main_.Paused) TellPage(Message().Add("tell", "print").Text());
 }
 
 /// The puzzles of the size, from which one is opened. While one is made, that must not be held up.
@@ -179,7 +215,11 @@ void Program::TakeEvent(const std::string& what, const std::string& rest) {
       if (row.ItsButton != nullptr) Press([&] { PressButton(main_, ButtonOf(row.ItsButton)); });
       if (row.Kind == ControlKind::Link) Press([&] { Label2_Click(main_); });  // What Label3_Click does, too.
     }
-  } else if (what == "key-press") {  // The key of the pause ends it too.
+  } else if (what == "key-press") {
+    for (const KeyRow& row : Keys()) {
+      if (row.Key == rest) return Press([&] { row.Press(*this); });
+    }
+    // The key of the pause ends it too.
     if (rest == "cmdPause" && main_.Paused) return Press([&] { PressContinue(main_); });
     TakeEvent("press", rest);
   } else if (what == "sound") {
@@ -193,30 +233,10 @@ void Program::TakeEvent(const std::string& what, const std::string& rest) {
   } else if (what == "escape") {
     if (HintTakesClicks(main_)) Press([&] { PressHint(main_); });
     if (IsMakingPuzzle(main_)) Press([&] { PressEndMaking(main_); });
-  } else if (what == "level") {
-    Press([&] { PressNewOfLevel(main_); });
-  } else if (what == "remember") {
-    Press([&] { Say(PressRemember(main_), true); });
-  } else if (what == "keep") {
-    Press([&] { Say(PressKeep(main_), true); });
-  } else if (what == "puzzles") {
-    Press([&] { ShowPuzzles(); });
   } else if (what == "copy") {
     Press([&] { Copy(); });
   } else if (what == "paste") {
     Press([&] { PressPaste(main_, rest); });
-  } else if (what == "back") {
-    Press([&] { PressBackToStep(main_); });
-  } else if (what == "progress") {
-    Say(SpokenProgress(main_), false);
-  } else if (what == "help") {
-    Press([&] {
-      desktop_.Show(MessageBox{
-          .Title = "Help",
-          .Text = HelpText(KeysOfPage) + ListKeyHelp(kLevelKeyOfPage) + kPrintKeyHelp + kPageHelp});
-    });
-  } else if (what == "print") {
-    if (IsPuzzleOnShow(main_) && !main_.Paused) TellPage(Message().Add("tell", "print").Text());
   } else if (what == "drop") {
     Press([&] {
       MessageBox box{.Title = "Pack"};

@@ -41,6 +41,7 @@ globalThis.Page = {
       draw: () => View.draw(message),
       say: () => View.say(message.text, message.shown),
       copy: () => View.copy(message),
+      keys: () => message.keys.forEach((key) => { View.keys[key] = key; }),
       sound: () => this.playSound(message.name),
       beep: () => this.beep(),
       open: () => window.open(message.address, '_blank', 'noopener'),

@@ -5,7 +5,7 @@ globalThis.View = {
   drawing: false,
   byTab: false,
   timers: {},
-  keys: {}, // Names of controls by the keys that press them.
+  keys: {}, // What each key presses: a control, or what has the key's name.
   boxes: [], // Open dialogs, each with what answers it.
 
   find: (id) => document.getElementById(id),
@@ -210,11 +210,20 @@ globalThis.View = {
     return this.boxes.find((box) => box.dialog === dialog);
   },
 
+  hide(dialog) {
+    const box = this.boxOf(dialog);
+    if (box) box.close('');
+  },
+
   dialog(id, title, text) {
     const dialog = document.createElement('dialog');
     dialog.id = id;
     dialog.setAttribute('aria-label', title);
     this.make('h1', '', dialog).textContent = title;
+    dialog.oncancel = (event) => {
+      event.preventDefault();
+      dialog.cancel();
+    };
     if (text !== undefined) this.make('p', '', dialog).textContent = text.replace(/\r\n|\n\r|\r/g, '\n');
     return dialog;
   },
@@ -253,10 +262,7 @@ globalThis.View = {
       button.onclick = () => this.boxOf(dialog).close(name);
       return button;
     });
-    dialog.oncancel = (event) => {
-      event.preventDefault();
-      buttons[buttons.length - 1].click();
-    };
+    dialog.cancel = () => buttons[buttons.length - 1].click();
     const answer = this.show(dialog);
     buttons[Math.max(0, names.indexOf(message.enter))].focus();
     return answer;
@@ -277,10 +283,7 @@ globalThis.View = {
       event.preventDefault();
       this.boxOf(dialog).close(field.value);
     };
-    dialog.oncancel = (event) => {
-      event.preventDefault();
-      cancel.click();
-    };
+    dialog.cancel = () => cancel.click();
     const answer = this.show(dialog);
     field.select();
     return answer;
@@ -325,17 +328,13 @@ globalThis.View = {
       event.preventDefault();
       Engine.send(event.key === 'Enter' ? 'player-keep' : 'player-escape');
     };
-    dialog.oncancel = (event) => {
-      event.preventDefault();
-      Engine.send('player-escape');
-    };
+    dialog.cancel = () => Engine.send('player-escape');
   },
 
   /// Returns nothing, as there is no text to fit.
   drawPlayers(form) {
     if (!form.visible) {
-      const box = this.boxOf(this.players);
-      if (box) box.close('');
+      this.hide(this.players);
       this.drawnFocus = '';
       return;
     }
@@ -423,10 +422,7 @@ globalThis.View = {
     if (isPress && target.id === 'optSound' && event.key === 'Enter') return target.click() || true;
     if (event.key === 'Escape') return this.send('escape');
     const name = this.nameOf(event);
-    const others = { S: 'progress', F1: 'help', F2: 'puzzles', 'Ctrl+P': 'print', 'Ctrl+S': 'keep', M: 'level', 'Ctrl+B': 'remember',
-      'Ctrl+Shift+B': 'back' };
     if (this.keys[name]) return event.repeat || this.send('key-press ' + this.keys[name]);
-    if (others[name]) return event.repeat || this.send(others[name]);
     if (name === 'D') return event.repeat || this.save();
     return false;
   },
@@ -484,7 +480,7 @@ globalThis.View = {
       if (this.openBox()) return;
       const target = event.target.closest('[id]');
       if (!target || !target.closest('#Main')) return;
-      if (target.id === 'optSound') this.clickSound(target);
+      if (target.id === 'optSound') Engine.send('sound ' + Number(target.checked));
       else if (!target.classList.contains('cell')) Engine.send('press ' + target.id);
       else if (event.detail === 0) Engine.send('tool ' + target.id.slice(4));
     };
@@ -514,12 +510,6 @@ globalThis.View = {
       event.preventDefault();
       this.drop([...event.dataTransfer.files]);
     });
-  },
-
-  /// The core says whether the box is checked.
-  clickSound(box) {
-    const checked = box.checked;
-    Engine.send('sound ' + Number(checked));
   },
 
   async drop(files) {
