@@ -50,8 +50,11 @@ void WritePersonal(PersonalFile& file, int place, const PersonalRecord& own) {
     file.Write(place, own);
 }
 
-/// A time stands under the number of its puzzle. Errors: a file error if another puzzle has it by now.
-void RequireSameNumber(const Main& main) {
+/// A time stands under the number of its puzzle. Errors: a file error if another puzzle has it by now, or may
+/// have it soon.
+void RequireSameNumber(const Main& main, const FolderTurn& turn) {
+  if (!turn.IsMine())
+    ThrowFileError(ErrorNumber::PermissionDenied, "another program holds the folder", main.global.DataDir);
   PackRecord present;
   const bool isThere = main.InPack && IgnoringFileErrors([&] {
                          PackFile(PackPath(main.global, main.BoardSize)).Read(main.PuzzleNo, present);
@@ -65,8 +68,9 @@ void SavePersonal(Main& main) {
     PersonalFile file(PersonalPath(global, global.CurrentPlayer), Access::Create);
     {
       // Nobody sorts the pack meanwhile.
+      const FolderTurn unmoved(global.DataDir);
+      RequireSameNumber(main, unmoved);
       const Turn turn(file);
-      RequireSameNumber(main);
       WritePersonal(file, global.PersonalPos, global.PersonalRec);
     }
     file.Sync();
@@ -97,21 +101,7 @@ void Congratulate(Main& main, const char* title, const char* text) {
 struct PackBest {
   int Player;
   PersonalRecord Record;  ///< As it would stand in that player's file.
-  friend bool operator==(const PackBest&, const PackBest&) = default;
 };
-
-PackBest BestOf(const PackRecord& puzzle, long number, std::int16_t levelSize) {
-  return {puzzle.BestPlayer,
-          {static_cast<std::int16_t>(number), levelSize, puzzle.BestMinutes, puzzle.BestSeconds}};
-}
-
-/// Whether a puzzle with that best time still has that number.
-bool Stands(const Main& main, const PackBest& best) {
-  const auto [size, number] = KeyOf(best.Record);
-  PackRecord present;
-  PackFile(PackPath(main.global, size)).Read(number, present);
-  return BestOf(present, number, best.Record.PersonalLevelSize) == best;
-}
 
 /// The best times of all packs, sizes and numbers rising. Unreadable records are left out.
 std::vector<PackBest> ReadPackBests(Main& main) {
@@ -123,7 +113,9 @@ std::vector<PackBest> ReadPackBests(Main& main) {
       const long last = std::min<long>(pack.Counts().Whole, kLastPersonalPuzzle);
       for (long number = 1; number <= last; ++number) {
         if (!IgnoringFileErrors([&] { pack.Read(number, puzzle); })) continue;
-        bests.push_back(BestOf(puzzle, number, LevelSizeOf(main.Level, size)));
+        bests.push_back({puzzle.BestPlayer,
+                         {static_cast<std::int16_t>(number), LevelSizeOf(main.Level, size),
+                          puzzle.BestMinutes, puzzle.BestSeconds}});
       }
     });
   }
@@ -199,7 +191,9 @@ FileUse FindPersonal(Main& main) {
 
 void SyncPersonalBests(Main& main) {
   Global& global = main.global;
-  const std::vector<PackBest> bests = ReadPackBests(main);
+  // Nobody sorts a pack meanwhile; where somebody does, the next start knows the numbers.
+  const FolderTurn unmoved(global.DataDir);
+  const std::vector<PackBest> bests = unmoved.IsMine() ? ReadPackBests(main) : std::vector<PackBest>();
   for (int player = 1; player <= global.PlayerCount; ++player) {
     IgnoringFileErrors([&] {
       PersonalFile file(PersonalPath(global, player), Access::Create);
@@ -209,11 +203,8 @@ void SyncPersonalBests(Main& main) {
       bool added = false;
       for (const PackBest& best : bests) {
         if (best.Player != player || known.contains(KeyOf(best.Record))) continue;
-        IgnoringFileErrors([&] {
-          // The pack may have been sorted since. Now nobody can.
-          if (Stands(main, best)) AppendPersonal(file, best.Record);
-          added = true;
-        });
+        IgnoringFileErrors([&] { AppendPersonal(file, best.Record); });
+        added = true;
       }
       if (added) file.Sync();
     });

@@ -94,8 +94,8 @@ class Turn {
   SharedFile& file_;
 };
 
-/// A turn at what belongs together beside the files of a folder, such as the list of players. Waits for
-/// others a second and a half at most. Never fails.
+/// A turn at what belongs together in a folder or beside it: the list of players; times, and the numbers of
+/// puzzles that they stand under. Waits for others a second and a half at most. Never fails.
 class FolderTurn {
  public:
   explicit FolderTurn(const std::string& folder);

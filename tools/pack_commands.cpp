@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <iomanip>
-#include <list>
+#include <map>
 #include <numeric>
 #include <ostream>
 #include <set>
@@ -158,20 +158,12 @@ void WriteRating(const RateOptions& options, const std::string& path, long numbe
   if (options.Steps) terminal.Out << "  " << PassNames(rating.Trace) << '\n';
 }
 
-/// A player's times, to which no game adds one while they are held.
-struct HeldTimes {
-  explicit HeldTimes(const std::string& path)
-      : File(path, Access::Write, {.Tell = [](const std::string&) {}}) {}
-  RecordFile<PersonalRecord> File;
-  Turn Held{File};
-};
-
 /// Players' own times know their puzzles by number, in files beside the pack. Two files cannot change in one
 /// step: a program that died in between would leave the times to other puzzles. So nothing with times may
 /// move. `order` holds, for each new place, the old one. The game may know the pack by any link on the way to
-/// it. The files are held if `held` is there. Errors: InputError.
+/// it. With `turns`, no game can add a time until they end. Errors: InputError.
 void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& order,
-                       std::list<HeldTimes>* held = nullptr) {
+                       std::map<std::string, FolderTurn>* turns = nullptr) {
   std::vector<fs::path> links = {pack};
   while (fs::is_symlink(links.back()))
     links.push_back(links.back().parent_path() / fs::read_symlink(links.back()));
@@ -180,10 +172,12 @@ void RequireNoOwnTimes(const std::string& pack, const std::vector<std::size_t>& 
     if (size == 0) continue;
     Global folder;
     folder.DataDir = (path.parent_path() / "").string();
+    const std::string where = FolderOf(path.string());
+    if (turns != nullptr && !turns->try_emplace(where, where).first->second.IsMine())
+      throw InputError(where + ": another program holds the folder");
     for (int player = 1; player <= kMostPlayers; ++player) {
       const std::string file = PersonalPath(folder, player);
       if (!FileExists(file)) continue;
-      if (held != nullptr) held->emplace_back(file);
       for (const PersonalRecord& own : RecordFile<PersonalRecord>(file).ReadAll()) {
         const bool hasTime = own.PersonalMinutes != 0 || own.PersonalSeconds != 0;
         const auto place = static_cast<std::size_t>(own.PersonalPuzzle) - 1;
@@ -208,8 +202,8 @@ PackRecord Mended(PackRecord record, int size, Main& main) {
 
 /// Puts the change in the pack's place while no game can add a time to a puzzle that moves.
 void CommitMoved(PackRewrite& rewrite, const std::string& pack, const std::vector<std::size_t>& order) {
-  std::list<HeldTimes> held;
-  rewrite.Commit([&] { RequireNoOwnTimes(pack, order, &held); });
+  std::map<std::string, FolderTurn> turns;
+  rewrite.Commit([&] { RequireNoOwnTimes(pack, order, &turns); });
 }
 
 /// The records of a pack that is sound then, the place of each before, and in words what was done to it.
