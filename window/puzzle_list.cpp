@@ -29,6 +29,20 @@ constexpr int kGoOn = 2;            // Beside the results of a QDialog, 0 and 1.
 constexpr std::size_t kBatch = 50;  // Puzzles whose needs are told at a time.
 constexpr int kColumnMargin = 2;    // Characters.
 
+/// Home and End lead to the first and the last row, as in any list: nobody needs the ends of a row.
+class RowView : public QTableView {
+ public:
+  using QTableView::QTableView;
+
+ protected:
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override {
+    const int column = currentIndex().column();
+    if (action == MoveHome) return model()->index(0, column);
+    if (action == MoveEnd) return model()->index(model()->rowCount() - 1, column);
+    return QTableView::moveCursor(action, modifiers);
+  }
+};
+
 }  // namespace
 
 PuzzleList::PuzzleList(const Main& main, QWidget* mainWindow)
@@ -84,7 +98,7 @@ PuzzleList::~PuzzleList() {
 }
 
 void PuzzleList::AddTable() {
-  view_ = new QTableView(this);
+  view_ = new RowView(this);
   view_->setObjectName(QStringLiteral("Puzzles"));
   view_->setAccessibleName(QStringLiteral("Puzzles"));
   view_->setModel(&filter_);

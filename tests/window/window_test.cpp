@@ -277,6 +277,8 @@ TEST(Window, ThePuzzlesAreListedChosenAndOpened) {
     run.Expect("Puzzles 10x10", [&](QDialog& dialog) {
       auto* view = dialog.findChild<QTableView*>("Puzzles");
       EXPECT_EQ(view->currentIndex().row(), 2);
+      QTest::keyClick(view, Qt::Key_End);
+      EXPECT_EQ(view->currentIndex().row(), 99);
       EXPECT_FALSE(dialog.findChild<QPushButton*>("Open")->isEnabled());
       QTest::keyClick(view, Qt::Key_Return);
       EXPECT_TRUE(dialog.isVisible());
