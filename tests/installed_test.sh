@@ -8,6 +8,7 @@ cmake --install "$1" --prefix "$root/usr" >/dev/null
 "$root/usr/games/bivouac-packs" --version | grep -qF "$2"
 "$root/usr/games/bivouac-packs" print "$root/usr/share/games/bivouac/BVPack06.bvq" 1 -o "$root/one.svg"
 grep -q '<svg' "$root/one.svg"
+[ -z "$(find "$root" -name CMakeFiles -o -name '*.a')" ]
 
 export QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME=$root/config XDG_DATA_HOME=$root/data ALSOFT_DRIVERS=null
 "$root/usr/games/bivouac" &
