@@ -1,4 +1,5 @@
 """Browsers, each through its WebDriver, with the few calls that a test of the page needs."""
+import inspect
 import json
 import os
 import pathlib
@@ -106,13 +107,17 @@ class WebKit(Selenium):
     def begin(self):
         from selenium import webdriver
         from selenium.webdriver.webkitgtk.options import Options
+        from selenium.webdriver.webkitgtk.service import Service
         import glob
         os.environ["XDG_DATA_HOME"] = os.environ["XDG_CACHE_HOME"] = self.profile
         os.environ["WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"] = "1"
         options = Options()
         options.binary_location = glob.glob("/usr/lib/*/webkit2gtk-4*/MiniBrowser")[0]
         options.add_argument("--automation")
-        return webdriver.WebKitGTK(options=options)
+        # Older versions of the library look for the driver by themselves, newer ones want its path.
+        newer = "service" in inspect.signature(webdriver.WebKitGTK.__init__).parameters
+        named = {"service": Service(shutil.which("WebKitWebDriver"))} if newer else {}
+        return webdriver.WebKitGTK(options=options, **named)
 
 
 class Firefox:
