@@ -224,9 +224,9 @@ void BoardPainter::PaintNames(Canvas& canvas, const BoardGeometry& geometry) {
   const double pitch = geometry.Pitch;
   const double margin = kNameMargin * pitch;
   const double extent = pitch * geometry.Size;
-  const TextStyle style{.Size = 0.4 * pitch, .Ink = kGrey};
   for (int line = 0; line < geometry.Size; ++line) {
     const std::string number = std::to_string(line + 1);
+    const TextStyle style{.Size = (number.size() == 1 ? 0.4 : 0.3) * pitch, .Ink = kGrey};
     const Point at{geometry.Corner.X + line * pitch, geometry.Corner.Y + line * pitch};
     canvas.TextInBox("r" + number, {geometry.Corner.X + extent, at.Y, margin, pitch}, style);
     canvas.TextInBox("c" + number, {at.X, geometry.Corner.Y + extent, pitch, margin}, style);
@@ -276,10 +276,12 @@ void BoardPainter::PaintMarks(Canvas& canvas, const BoardPicture& board,
     if (look_ != Look::Ink && !reason) frame(width * 1.6, kWhite);
     frame(width, look_ == Look::Ink ? kBlack : reason ? kReasonFrame : kDecidedFrame);
     if (mark.Step == 0) continue;
-    const double side = 0.44 * geometry.Pitch;
-    const Box corner{field.X + width, field.Y + width, side, side * 0.8};
+    const std::string number = std::to_string(mark.Step);
+    const double type = 0.4 * geometry.Pitch;
+    const Box corner{field.X + width, field.Y + width,
+                     (0.2 + 0.6 * static_cast<double>(number.size())) * type, 0.9 * type};
     canvas.Fill(corner, kWhite);
-    canvas.TextInBox(std::to_string(mark.Step), corner, {.Size = mark.Step > 99 ? side * 0.5 : side * 0.66});
+    canvas.TextInBox(number, corner, {.Size = type});
   }
 }
 

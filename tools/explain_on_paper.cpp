@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <optional>
+#include <set>
 
 #include "drawing/book.h"
 #include "drawing/hint_picture.h"
@@ -13,18 +15,23 @@ namespace {
 
 constexpr double kA4Width = 595;  // Points, as all lengths here.
 constexpr double kSmallestUnit = 0.7;
-constexpr TextStyle kHeading{.Size = 10, .Boldness = Weight::Bold};
+constexpr int kMostBoards = 6;         // Below each other.
+constexpr double kWidestBoard = 0.62;  // Of the width.
+constexpr double kLeastField = 10;     // 3.5 mm, on A4.
+constexpr TextStyle kHeading{.Size = 9, .Boldness = Weight::Bold};
 constexpr TextStyle kBody{.Size = 8.5};
+
+struct Paragraph {
+  std::string Text;
+  TextStyle Style = kBody;
+};
 
 /// A board and what is told beside it.
 struct Block {
-  BoardPicture Board;
-  std::string Title;
-  struct Paragraph {
-    std::string Text;
-    TextStyle Style = kBody;
-  };
   std::vector<Paragraph> Paragraphs;
+  BoardPicture Board;            ///< Without a size: none.
+  std::optional<Passage> Steps;  ///< That the board is to show; else it stands already.
+  bool FollowsFrom = false;      ///< The steps are of the first stage.
 };
 
 /// Blocks one below the other, on as many pages as they take.
@@ -38,6 +45,10 @@ class Flow {
         bottom_(canvas.Page().Height - margin_ - 22 * unit_) {}
 
   double Width() const { return canvas_.Page().Width - 2 * margin_; }
+  /// The side of boards of which so many fill a page.
+  double SideOf(int boards) const { return (bottom_ - margin_ - (boards - 1) * Gap()) / boards; }
+  /// That of a board whose fields one can still read.
+  double LeastSide(int size) const { return kLeastField * unit_ * (size + 1.4); }
 
   /// How many pages the blocks take with boards of this side.
   int PagesOf(const std::vector<Block>& blocks, double side) {
@@ -47,6 +58,27 @@ class Flow {
   void Draw(const std::vector<Block>& blocks, double side) {
     draws_ = true;
     Run(blocks, side);
+  }
+  /// Steps that follow each other come to one board of this side as long as their text has room beside it:
+  /// all, or only those of the first stage to what is before them.
+  std::vector<Block> Joined(const std::vector<Block>& blocks, double side, bool all) {
+    std::vector<Block> joined;
+    double height = 0;
+    for (const Block& block : blocks) {
+      double more = 0;
+      for (const Paragraph& paragraph : block.Paragraphs) more += HeightOf(paragraph, LeftOf(side));
+      height += more;
+      if (!joined.empty() && joined.back().Steps && block.Steps && (all || block.FollowsFrom) &&
+          height <= side) {
+        joined.back().Steps->Last = block.Steps->Last;
+        joined.back().Paragraphs.insert(joined.back().Paragraphs.end(), block.Paragraphs.begin(),
+                                        block.Paragraphs.end());
+      } else {
+        joined.push_back(block);
+        height = more;
+      }
+    }
+    return joined;
   }
 
  private:
@@ -58,35 +90,43 @@ class Flow {
     return page_ - 1;
   }
 
+  double Gap() const { return 10 * unit_; }
+  double LeftOf(double side) const { return margin_ + (side == 0 ? 0 : side + 14 * unit_); }
+
   void Add(const Block& block, double side) {
-    if (y_ > margin_ && y_ + std::max(side, 60 * unit_) > bottom_) EndPage();
-    const double left = margin_ + (side == 0 ? 0 : side + 14 * unit_);
+    if (y_ > margin_ && y_ + std::max(side, 60 * unit_) > bottom_ + 0.01) EndPage();
     const double top = y_;
     const int page = page_;
-    if (side > 0) y_ += 0.8 * side / (block.Board.Size + 1.4);
-    Put(block.Title, left, kHeading, 3);
-    // The title first: where a page begins with tiles within a figure, the library that draws ends in an
-    // error.
-    if (draws_ && side > 0)
-      painter_.Paint(canvas_, block.Board, {margin_, top}, side, ClueLabels::ShownWithNames);
-    for (const Block::Paragraph& paragraph : block.Paragraphs) Put(paragraph.Text, left, paragraph.Style, 3);
+    bool painted = !draws_ || side == 0;
+    for (const Paragraph& paragraph : block.Paragraphs) {
+      Put(paragraph, LeftOf(side));
+      // The title first: where a page begins with tiles within a figure, the library that draws ends in an
+      // error.
+      if (!painted) painter_.Paint(canvas_, block.Board, {margin_, top}, side, ClueLabels::ShownWithNames);
+      painted = true;
+    }
     if (page == page_) y_ = std::max(y_, top + side);
-    y_ += 10 * unit_;
+    y_ += Gap();
   }
 
-  void Put(const std::string& text, double left, TextStyle style, double gap) {
-    if (text.empty()) return;
+  double HeightOf(const Paragraph& paragraph, double left) {
+    TextStyle style = paragraph.Style;
     style.Size *= unit_;
-    const double width = margin_ + Width() - left;
-    const double height = canvas_.Measure(text, style, width).Height;
+    return canvas_.Measure(paragraph.Text, style, margin_ + Width() - left).Height + 3 * unit_;
+  }
+
+  void Put(const Paragraph& paragraph, double left) {
+    const double height = HeightOf(paragraph, left);
     if (y_ > margin_ && y_ + height > bottom_) EndPage();
     if (draws_) {
+      TextStyle style = paragraph.Style;
+      style.Size *= unit_;
       const char* tag = style.Boldness == Weight::Bold ? "H2" : "P";
       canvas_.BeginTag(tag);
-      canvas_.Text(text, {left, y_}, style, width);
+      canvas_.Text(paragraph.Text, {left, y_}, style, margin_ + Width() - left);
       canvas_.EndTag(tag);
     }
-    y_ += height + gap * unit_;
+    y_ += height;
   }
 
   void EndPage() {
@@ -110,19 +150,27 @@ class Flow {
   double y_ = 0;
 };
 
-/// Plays a passage and pictures it: what its first step starts from, and each field with the step that
-/// decides it.
+/// Plays a passage and pictures it: what its steps beyond the first stage start from, and each field with the
+/// step that decides it.
 BoardPicture PictureOf(Main& main, const Way& way, Passage passage) {
   for (std::size_t i = passage.First; i <= passage.Last; ++i) Play(main, way.Steps[i]);
-  const FoundHint& first = way.Steps[passage.First].Hint;
   const bool alone = passage.First == passage.Last;
-  BoardPicture picture =
-      alone || first.Rule->Stage > 1 ? HintPicture(main, first, {}) : PositionPicture(main);
-  const auto isOver = [&](const FieldMark& mark) {
-    return mark.What == FieldMark::Kind::Option && main.Board[mark.Cell] != CELL_OPEN;
-  };
-  picture.Marks.erase(std::remove_if(picture.Marks.begin(), picture.Marks.end(), isOver),
-                      picture.Marks.end());
+  BoardPicture picture = PositionPicture(main);
+  std::vector<FieldMark> marks;
+  bool sawOne = false;
+  for (std::size_t i = passage.First; i <= passage.Last; ++i) {
+    const FoundHint& hint = way.Steps[i].Hint;
+    if (!alone && hint.Rule->Stage == 1) continue;
+    picture = HintPicture(main, hint, {});
+    // Lines of several would not tell whose they are.
+    if (sawOne) picture.LastLine = picture.FirstLine - 1;
+    sawOne = true;
+    for (const FieldMark& mark : picture.Marks) {
+      const bool isOver = mark.What == FieldMark::Kind::Option && main.Board[mark.Cell] != CELL_OPEN;
+      if (!isOver) marks.push_back(mark);
+    }
+  }
+  picture.Marks = marks;
   for (std::size_t i = passage.First; i <= passage.Last; ++i) {
     for (const FieldChange& change : way.Steps[i].Changes)
       picture.Marks.push_back({change.Cell, FieldMark::Kind::Decided, alone ? 0 : static_cast<int>(i) + 1});
@@ -130,53 +178,55 @@ BoardPicture PictureOf(Main& main, const Way& way, Passage passage) {
   return picture;
 }
 
-std::string Joined(const std::vector<std::string>& facts, const std::string& changes) {
+std::string Reasoning(const std::vector<std::string>& facts, const std::string& changes) {
   std::string text;
   for (const std::string& fact : facts) text += fact + "; ";
   return text + "so: " + changes;
 }
 
-/// The steps of a passage in words; only those beyond the first stage with their sentences, unless all are.
-Block BlockOf(Main& main, const Way& way, Passage passage, bool allSentences) {
-  Block block;
-  for (const Passage& part : PassagesOf(way, Detail::TentsWithGrass)) {
-    // Two ways to cut the steps: each part lies in a passage, or begins with its only step.
-    const Passage told{std::max(part.First, passage.First), std::min(part.Last, passage.Last)};
-    if (told.First > told.Last) continue;
-    const Telling telling = Tell(main, way, told);
-    const bool sentence = allSentences || way.Steps[told.First].Hint.Rule->Stage > 1;
-    (block.Title.empty() ? block.Title : block.Paragraphs.emplace_back(Block::Paragraph{"", kHeading}).Text) =
-        telling.Title;
-    if (sentence) block.Paragraphs.push_back({telling.Sentence});
-    block.Paragraphs.push_back({Joined(telling.Facts, telling.Changes)});
-  }
-  block.Board = PictureOf(main, way, passage);
-  return block;
-}
-
+/// The way in blocks, those of steps without their boards. A sentence is told where it is needed first, that
+/// of a step of the first stage not at all, unless every step is told.
 std::vector<Block> BlocksOf(Main& main, const Way& way, const std::string& title, const std::string& facts,
                             bool everyStep) {
   std::vector<Block> blocks;
-  blocks.push_back({PositionPicture(main),
-                    title,
-                    {{facts + '.'},
-                     {"Each step is a hint that the game gives there. Beside it stands the board when it is "
-                      "done: the fields that it decides are framed, with the number of the step where there "
-                      "are several; those that the first starts from stand on a ground of their own, as do "
-                      "the lines that it looks at. Fields are named by row and column, which stand at the "
-                      "right and below: r3c4 is the fourth field of the third row, r3c4-6 are three."},
-                     {"This board shows where the way begins."}}});
-  for (const Passage& passage : PassagesOf(way, everyStep ? Detail::EveryStep : Detail::Streaks))
-    blocks.push_back(BlockOf(main, way, passage, everyStep));
+  blocks.push_back(
+      {{{title, kHeading},
+        {facts + '.'},
+        {"Each step is a hint that the game gives there; what it says of a rule stands where the "
+         "rule is needed first. Beside the steps stands the board when they are done: the fields "
+         "that they decide are framed, with the number of the step where there are several; "
+         "those that a step beyond the first stage starts from stand on a ground of their own, "
+         "as do the lines that it looks at. Fields are named by row and column, which stand at "
+         "the right and below: r3c4 is the fourth field of the third row, r3c4-6 are three."},
+        {"This board shows where the way begins."}},
+       PositionPicture(main),
+       {}});
+  std::set<std::size_t> said;
+  for (const Passage& passage : PassagesOf(way, everyStep ? Detail::EveryStep : Detail::TentsWithGrass)) {
+    const FoundHint& hint = way.Steps[passage.First].Hint;
+    const Telling telling = Tell(main, way, passage);
+    blocks.push_back({{{telling.Title, kHeading}}, {}, passage, hint.Rule->Stage == 1});
+    std::vector<Paragraph>& paragraphs = blocks.back().Paragraphs;
+    if (everyStep || (hint.Rule->Stage > 1 && said.insert(PlaceOf(hint)).second))
+      paragraphs.push_back({telling.Sentence});
+    paragraphs.push_back({Reasoning(telling.Facts, telling.Changes)});
+  }
+  for (Block& block : blocks) block.Board.Size = main.BoardSize;
+  return blocks;
+}
+
+/// What stands behind the steps, once they are played.
+void AddEnd(std::vector<Block>& blocks, const Main& main, const Way& way) {
   if (way.NotAStep) {
     const Telling telling = TellNotAStep(main, *way.NotAStep);
-    blocks.push_back({HintPicture(main, way.NotAStep->Hint, way.NotAStep->Changes),
-                      telling.Title,
-                      {{telling.Sentence}, {Joined(telling.Facts, telling.Changes)}}});
+    blocks.push_back(
+        {{{telling.Title, kHeading}, {telling.Sentence}, {Reasoning(telling.Facts, telling.Changes)}},
+         HintPicture(main, way.NotAStep->Hint, way.NotAStep->Changes),
+         {}});
   }
   const bool solved = way.End == SolutionWalk::End::Solved;
-  if (!solved) blocks.push_back({PositionPicture(main), "Where hints end", {{WordsOf(way.End)}}});
-  Block sum{{}, solved ? "Solved" : "So far", {{SumText(way.Tally)}}};
+  if (!solved)
+    blocks.push_back({{{"Where hints end", kHeading}, {WordsOf(way.End)}}, PositionPicture(main), {}});
   std::string rules;
   for (const HintRule& rule : HintRules()) {
     const int times = way.Tally.TimesOf(rule);
@@ -185,19 +235,27 @@ std::vector<Block> BlocksOf(Main& main, const Way& way, const std::string& title
     rules += std::to_string(times) + " × " + std::string(rule.Title) + ", " +
              Counted(static_cast<long>(times) * rule.Seconds, "second");
   }
-  sum.Paragraphs.push_back({rules});
-  blocks.push_back(std::move(sum));
-  return blocks;
+  blocks.push_back({{{solved ? "Solved" : "So far", kHeading}, {SumText(way.Tally)}, {rules}}, {}, {}});
 }
 
-/// The largest side, as a share of the page's width, with which the pages are few enough for the board.
-double SideFor(Flow& flow, const std::vector<Block>& blocks, int size) {
+/// Chooses the side of the boards, and joins steps to boards, so that the pages are few enough for the size.
+double LayOut(Flow& flow, std::vector<Block>& blocks, int size) {
   const int most = 2 + (size - kMinSize) / 2;
-  double side = 0;
-  for (const double share : {0.62, 0.52, 0.44, 0.38, 0.33, 0.29, 0.26, 0.23, 0.2}) {
-    side = share * flow.Width();
-    if (flow.PagesOf(blocks, side) <= most) break;
+  const auto fit = [&](double side, bool all) {
+    std::vector<Block> joined = flow.Joined(blocks, side, all);
+    const bool few = flow.PagesOf(joined, side) <= most;
+    if (few) blocks = std::move(joined);
+    return few;
+  };
+  for (const bool all : {false, true}) {
+    for (int boards = 2; boards <= kMostBoards; ++boards) {
+      const double side = std::min(flow.SideOf(boards), kWidestBoard * flow.Width());
+      if (side < flow.LeastSide(size)) break;
+      if (fit(side, all)) return side;
+    }
   }
+  const double side = std::min(flow.LeastSide(size), kWidestBoard * flow.Width());
+  blocks = flow.Joined(blocks, side, true);
   return side;
 }
 
@@ -209,17 +267,27 @@ ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal&) {
   const Extent paper = PaperOf(options.Paper);
   RequireNoInput(output, {options.Pack});
   Workbench bench;
+  Main& main = bench.main;
   const PackRecord record = StartPuzzleOn(bench, options.Pack, options.Number, {"--from", options.From});
+  CheckPaper({paper, 1}, main.BoardSize);
   Workbench other;
   const std::string name =
-      "No. " + std::to_string(options.Number) + ", " + SizeText(bench.main.BoardSize) + ", explained";
+      "No. " + std::to_string(options.Number) + ", " + SizeText(main.BoardSize) + ", explained";
   const BoardPainter painter(options.Drawing.Colour ? Look::ColourForPencil : Look::Ink);
   Canvas canvas(output, PictureFormat::Pdf, paper, "Bivouac " + name,
                 options.Drawing.Force ? Overwrite::Yes : Overwrite::No);
   Flow flow(canvas, painter);
-  const std::vector<Block> blocks =
-      BlocksOf(bench.main, WayFrom(bench.main), name, FactsText(FactsOf(other.main, record)), options.Long);
-  flow.Draw(blocks, options.Long ? 0.33 * flow.Width() : SideFor(flow, blocks, bench.main.BoardSize));
+  const Way way = WayFrom(main);
+  std::vector<Block> blocks = BlocksOf(main, way, name, FactsText(FactsOf(other.main, record)), options.Long);
+  const Array<int> before = main.Board;
+  for (const WayStep& step : way.Steps) Play(main, step);
+  AddEnd(blocks, main, way);
+  main.Board = before;
+  const double side = options.Long ? 0.33 * flow.Width() : LayOut(flow, blocks, main.BoardSize);
+  for (Block& block : blocks) {
+    if (block.Steps) block.Board = PictureOf(main, way, *block.Steps);
+  }
+  flow.Draw(blocks, side);
   canvas.Close();
   return ExitStatus::Done;
 }
