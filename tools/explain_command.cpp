@@ -56,6 +56,8 @@ void WriteTable(const Way& way, Main& main, std::ostream& out) {
       << DigitsOf(main) << '\n';
 }
 
+constexpr const char* kNaming = "Fields are named by row and column: r3c4.";
+
 /// Where a way is told, passage by passage.
 class Teller {
  public:
@@ -72,7 +74,7 @@ class Words : public Teller {
  public:
   Words(const Main& main, Terminal& terminal) : main_(main), terminal_(terminal), out_(terminal.Out) {}
 
-  void Begin(const std::string& title) override { out_ << title << '\n'; }
+  void Begin(const std::string& title) override { out_ << title << ". " << kNaming << '\n'; }
   void Board(const std::set<int>& marked) override { DrawBoard(main_, marked, terminal_); }
   void Tell(const Telling& telling, const FoundHint&) override {
     out_ << '\n' << telling.Title << "\n  " << telling.Sentence << '\n';
@@ -111,10 +113,14 @@ class HtmlPage : public Teller {
   }
 
   void Begin(const std::string& title) override {
-    out_ << "<!DOCTYPE html>\n<html lang=\"en\">\n<head><meta charset=\"utf-8\"><title>" << Escaped(title)
+    out_ << "<!DOCTYPE html>\n<html lang=\"en\">\n<head><meta charset=\"utf-8\"><meta name=\"viewport\" "
+            "content=\"width=device-width\"><title>"
+         << Escaped(title)
          << "</title>\n<style>body { max-width: 44em; margin: 1em auto; padding: 0 1em; font-family: "
-            "sans-serif; line-height: 1.4 } pre { line-height: 1.2 }</style></head>\n<body>\n<h1>"
+            "sans-serif; line-height: 1.4 } pre { line-height: 1.2; overflow-x: auto }</style></head>\n"
+            "<body>\n<h1>"
          << Escaped(title) << "</h1>\n";
+    Sentence(kNaming);
   }
   void Board(const std::set<int>& marked) override {
     out_ << "<pre>\n";
@@ -193,9 +199,9 @@ ExitStatus ExplainPuzzle(const ExplainOptions& options, Terminal& terminal) {
   HtmlPage page(main, terminal);
   Teller& teller = options.Html ? static_cast<Teller&>(page) : words;
   teller.Begin(OnOneLine(FileName(options.Pack)) + ' ' + std::to_string(options.Number) + ", " +
-               FactsText(FactsOf(other.main, record)) + ". Fields are named by row and column: r3c4.");
+               FactsText(FactsOf(other.main, record)));
   TellWay(way, main, options.Long ? Detail::EveryStep : Detail::TentsWithGrass,
-          terminal.Colour && !options.Html, teller);
+          terminal.Colour || options.Html, teller);
   return ExitStatus::Done;
 }
 
