@@ -463,18 +463,21 @@ globalThis.View = {
     }, true);
     // A press on what is no button takes the focus from nothing. A field takes the press itself, of any button.
     const isOpen = (cell) => cell && cell.classList.contains('cell') && cell.dataset.tile === '0';
-    let dragged = false; // From an open field over open fields, each of which it clicks.
+    let dragged = null; // The last field of a drag from an open field over open fields, each of which it clicks once.
     addEventListener('mousedown', (event) => {
       if (this.openBox()) return;
       const target = event.target.closest('.button, .checkbox, .cell');
       if (target) target.focus({ preventScroll: true });
       event.preventDefault();
-      dragged = isOpen(target);
+      dragged = isOpen(target) ? target : null;
       if (target && target.classList.contains('cell')) Engine.send('field ' + target.id.slice(4));
     });
+    addEventListener('mouseup', () => { dragged = null; });
     addEventListener('mouseover', (event) => {
-      dragged = dragged && event.buttons !== 0;
-      if (dragged && isOpen(event.target) && !this.openBox()) Engine.send('field ' + event.target.id.slice(4));
+      if (event.buttons === 0) dragged = null;
+      if (!dragged || event.target === dragged || !isOpen(event.target) || this.openBox()) return;
+      dragged = event.target;
+      Engine.send('field ' + dragged.id.slice(4));
     });
     const click = (event) => {
       if (this.openBox()) return;
