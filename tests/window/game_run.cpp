@@ -131,14 +131,14 @@ GameRun::Answer Type(const QString& text) {
   };
 }
 
-QWidget* Find(Program& program, const QString& name) {
+QWidget* Named(Program& program, const QString& name) {
   auto* widget = program.Window().findChild<QWidget*>(name);
   if (widget == nullptr) throw std::runtime_error("no control " + name.toStdString());
   return widget;
 }
 
 void ClickOn(Program& program, const QString& name) {
-  QTest::mouseClick(Find(program, name), Qt::LeftButton);
+  QTest::mouseClick(Named(program, name), Qt::LeftButton);
 }
 
 void ClickCell(Program& program, int index, Qt::MouseButton button) {

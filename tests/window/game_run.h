@@ -60,7 +60,7 @@ GameRun::Answer Press(Qt::Key key);
 /// An answer: a text, and Enter.
 GameRun::Answer Type(const QString& text);
 
-QWidget* Find(Program& program, const QString& name);
+QWidget* Named(Program& program, const QString& name);
 /// A click of the left button on the control of that name.
 void ClickOn(Program& program, const QString& name);
 /// A press and release of a button of the mouse on a cell.

@@ -3,13 +3,18 @@
 // box, with what is set in it before anything is pressed.
 //
 // A line is something to press, a control, a field by its number, or keys, and then what is done in the boxes
-// that it opens: keys, a text after an apostrophe, a control after an @.
+// that it opens: keys, a text after an apostrophe, a control after an @, the heading of a column or a player
+// to be clicked twice after a ^; several at once with a comma between them.
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
+#include <QDate>
 #include <QDialog>
 #include <QFile>
+#include <QFileInfo>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,18 +24,24 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QTableView>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include "game/play.h"
 #include "tests/support/files.h"
 #include "tests/support/looks.h"
 #include "tests/window/game_run.h"
 #include "tests/window/pixels.h"
+#include "window/puzzle_table.h"
 
 namespace bivouac {
 namespace {
+
+constexpr const char* kRecordingOpener =
+    "echo \"$@\" > ${0%xdg-open}part && mv ${0%xdg-open}part ${0%xdg-open}asked\n";
 
 using Values = QList<QPair<QString, QString>>;
 
@@ -88,15 +99,18 @@ class Session {
     const int number = word.toInt(&isNumber);
     if (isNumber) return ClickCell(program_, number);
     if (word == "held") return PressKeys(window, words_.takeFirst(), true);
-    if (word == "focus") return Find(program_, words_.takeFirst())->setFocus(Qt::TabFocusReason);
+    if (word == "focus") return Named(program_, words_.takeFirst())->setFocus(Qt::TabFocusReason);
     if (word == "tick")
       return void(QMetaObject::invokeMethod(window.findChild<QTimer*>(words_.takeFirst()), "timeout"));
     if (word == "close") return void(window.close());
     if (word == "large") return window.resize(window.size() * 3 / 2);
     if (word == "small") return window.resize(window.size() * 2 / 3);
     if (word == "minimise") return window.showMinimized();
-    if (word == "drag") return Drag(words_.takeFirst().toInt(), words_.takeLast().toInt());
+    if (word == "drag" || word == "nudge")
+      return Drag(words_.takeFirst().toInt(), words_.takeLast().toInt(), word == "drag" ? 1 : 0.6);
     if (word == "solve") return Solve(program_);
+    if (word == "browser") return MakeOpener(words_.isEmpty() ? kRecordingOpener : "exit 3\n");
+    if (word == "wait") return Wait();
     if (word == "tool") {  // Pressed by an assistive tool.
       QAccessibleInterface* it =
           QAccessible::queryAccessibleInterface(&window.Board())->child(words_.takeFirst().toInt());
@@ -106,11 +120,17 @@ class Session {
     widget != nullptr ? QTest::mouseClick(widget, Qt::LeftButton) : PressKeys(window, word);
   }
 
-  /// From one field to another with the button held, in two strides.
-  void Drag(int from, int to) {
+  /// For something to be opened, or a box.
+  void Wait() {
+    const auto before = told_.size();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(Asked()) || told_.size() != before; }));
+  }
+
+  /// From one field so much of the way to another with the button held, in two strides.
+  void Drag(int from, int to, double share) {
     BoardWidget& board = program_.Window().Board();
     const QPoint begin = board.CellRect(from).center();
-    const QPoint end = board.CellRect(to).center();
+    const QPoint end = begin + (board.CellRect(to).center() - begin) * share;
     const std::pair<QEvent::Type, QPoint> events[] = {{QEvent::MouseButtonPress, begin},
                                                       {QEvent::MouseMove, (begin + end) / 2},
                                                       {QEvent::MouseMove, end},
@@ -129,6 +149,7 @@ class Session {
     if (message != nullptr) {
       text += " | " + message->text() + " | icon " + QString::number(message->icon());
       text += " | Enter " + message->defaultButton()->text() + " | Escape " + message->escapeButton()->text();
+      text += " | over " + box.parentWidget()->objectName();
     }
     Tell("box", text);
     Values before;
@@ -144,46 +165,107 @@ class Session {
       }
       const QString word = words_.takeFirst();
       Tell("then", word);
-      if (word.startsWith('\'')) {
-        QTest::keyClicks(box.focusWidget(), word.mid(1).replace('~', ' '));
-      } else if (word.startsWith('@')) {
-        box.findChild<QPushButton*>(word.mid(1))->click();
-      } else {
-        PressKeys(box, word);
+      for (const QString& part : word.split(',')) {
+        DoInBox(box, part);
+        QCoreApplication::processEvents();
+        if (!box.isVisible()) return;
       }
-      QCoreApplication::processEvents();
-      if (!box.isVisible()) return;
     }
+  }
+
+  static void DoInBox(QDialog& box, const QString& word) {
+    const QString what = word.mid(1);
+    auto* view = box.findChild<QTableView*>();
+    if (word.startsWith('\'')) {
+      QTest::keyClicks(box.focusWidget(), QString(what).replace('~', ' '));
+    } else if (word.startsWith('^') && view != nullptr) {
+      QHeaderView& head = *view->horizontalHeader();
+      QTest::mouseClick(head.viewport(), Qt::LeftButton, {},
+                        {head.sectionViewportPosition(what.toInt()) + 9, head.height() / 2});
+    } else if (word.startsWith('^')) {
+      auto* list = box.findChild<QListWidget*>();
+      const QPoint at = list->visualItemRect(list->item(what.toInt())).center();
+      QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+      QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
+    } else if (word.startsWith('@')) {
+      auto* button = box.findChild<QAbstractButton*>(what);
+      button != nullptr ? button->click() : box.findChild<QWidget*>(what)->setFocus(Qt::TabFocusReason);
+      if (what == "Today") {
+        const int count = view->model()->rowCount();
+        const auto today = QDate::currentDate().toJulianDay();
+        const int size = box.windowTitle().section('x', -1).toInt();
+        EXPECT_EQ(view->currentIndex().siblingAtColumn(0).data().toInt(), PuzzleOfDay(today, size, count));
+      }
+    } else {
+      PressKeys(box, word);
+    }
+  }
+
+  /// The chosen row and how many are shown, once all is known of each puzzle.
+  static QString TextIn(const QTableView& view) {
+    const auto& filter = dynamic_cast<const PuzzleFilter&>(*view.model());
+    const auto& table = dynamic_cast<const PuzzleTable&>(*filter.sourceModel());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return table.Listing().Known() == table.rowCount(); }));
+    QString text = QString::number(filter.rowCount()) + " rows";
+    for (int column = 0; column < table.columnCount(); ++column) {
+      const QModelIndex at = view.currentIndex().siblingAtColumn(column);
+      text += " | " + at.data().toString() + " | " + at.data(Qt::AccessibleTextRole).toString();
+    }
+    return text;
   }
 
   static Values ValuesIn(QDialog& box) {
     Values values;
     for (const QWidget* widget : box.findChildren<QWidget*>()) {
-      const auto* button = qobject_cast<const QPushButton*>(widget);
+      const auto* button = qobject_cast<const QAbstractButton*>(widget);
+      const auto* push = qobject_cast<const QPushButton*>(widget);
       const auto* label = qobject_cast<const QLabel*>(widget);
+      const auto* choice = qobject_cast<const QComboBox*>(widget);
+      const auto* view = qobject_cast<const QTableView*>(widget);
       const auto* field = qobject_cast<const QLineEdit*>(widget);
       const auto* list = qobject_cast<const QListWidget*>(widget);
       QString text;
-      if (button != nullptr) text = button->text() + (button->isDefault() ? " default" : "");
+      if (button != nullptr) text = button->text() + (button->isChecked() ? " checked" : "");
+      if (push != nullptr && push->isDefault()) text += " default";
+      if (choice != nullptr) text = choice->currentText() + " of " + QString::number(choice->count());
+      if (view != nullptr) text = TextIn(*view);
       if (label != nullptr && label->pixmap().isNull()) text = label->text();
       if (field != nullptr) text = '[' + field->text() + "] selected [" + field->selectedText() + ']';
       if (list != nullptr) {
+        text = "";
         for (int row = 0; row < list->count(); ++row)
           text += (list->item(row)->isSelected() ? "*[" : "[") + list->item(row)->text() + ']';
       }
-      if (button == nullptr && label == nullptr && field == nullptr && list == nullptr) continue;
-      if (widget->objectName().startsWith("qt_") || !widget->isVisible()) continue;
+      if (text.isNull() || widget->objectName().startsWith("qt_") || !widget->isVisible()) continue;
       text += " | " + widget->accessibleName() + " | " + widget->accessibleDescription();
       text += widget->isEnabled() ? "" : " | disabled";
       text += widget == box.focusWidget() ? " | focus" : "";
-      values.append({widget->objectName(), text});
+      const bool isTitle = label != nullptr && label->buddy() != nullptr;
+      const bool isChoice = choice != nullptr || (button != nullptr && push == nullptr);
+      values.append({isTitle    ? "title of " + label->buddy()->objectName()
+                     : isChoice ? "choice of " + widget->objectName()
+                                : widget->objectName(),
+                     text});
     }
     return values;
   }
 
+  /// What the browser, or what else the desktop opens, was asked for.
+  static QString Asked() { return qEnvironmentVariable("PATH") + "/asked"; }
+  static QString TakeAsked() {
+    QFile asked(Asked());
+    if (!asked.open(QFile::ReadOnly)) return "nothing";
+    const QString path = QString::fromLocal8Bit(asked.readAll()).trimmed();
+    asked.remove();
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? QFileInfo(path).fileName() + ' ' + file.read(4) : path;
+  }
+
   static QString Timeless(QString text) {
     static const QRegularExpression time("\\b\\d\\d:\\d\\d\\b");
-    return text.replace('\n', "\\n").replace(time, "mm:ss");
+    return text.replace(qEnvironmentVariable("XDG_RUNTIME_DIR"), "~")
+        .replace('\n', "\\n")
+        .replace(time, "mm:ss");
   }
 
   void Tell(const QString& what, const QString& text) { told_ += "  " + what + ": " + Timeless(text) + '\n'; }
@@ -205,12 +287,14 @@ class Session {
     AddTold(now, *all, all->rect().topLeft());
     const QWidget* focus = window.focusWidget();
     now.append({"focus", focus == nullptr ? "" : focus->objectName()});
-    now.append({"cursor", QString::number(Find(program_, "lblHint")->cursor().shape())});
+    now.append({"cursor", QString::number(Named(program_, "lblHint")->cursor().shape())});
     for (const char* name : {"Timer1", "Timer2", "Timer3"}) {
       const auto* timer = window.findChild<QTimer*>(name);
       now.append({name, timer->isActive() ? QString::number(timer->interval()) : "off"});
     }
-    now.append({"clipboard", QGuiApplication::clipboard()->text()});
+    const QClipboard& clipboard = *QGuiApplication::clipboard();
+    now.append({"clipboard", clipboard.text() + (clipboard.image().isNull() ? "" : " and a picture")});
+    now.append({"opened", TakeAsked()});
     AddPainted(now);
     QFile settings(GameRun::SettingsFile());
     if (settings.open(QFile::ReadOnly))
@@ -225,7 +309,12 @@ class Session {
     QStringList words{of.text(QAccessible::Name), QString::number(of.role()),
                       of.text(QAccessible::Description), of.text(QAccessible::Accelerator),
                       widget != nullptr ? widget->toolTip() : QString()};
-    if (of.actionInterface() != nullptr) words += of.actionInterface()->actionNames();
+    if (of.actionInterface() != nullptr) {
+      words += of.actionInterface()->actionNames();
+      if (!words[3].isEmpty()) {
+        EXPECT_EQ(of.actionInterface()->keyBindingsForAction("Press").join(", "), words[3]);
+      }
+    }
     // Some versions of Qt let a check box be pressed, too.
     if (words.contains("Toggle")) words.removeAll("Press");
     for (const auto& [is, word] : {std::pair{state.focusable != 0, "focusable"},

@@ -87,7 +87,7 @@ TEST(Sound, BoxFollowsTheSettings) {
   GameRun run;
   run.Setting("Options/Sounds", "True");
   run.Run([&](Program& program) {
-    EXPECT_TRUE(Find(program, "optSound")->isEnabled());
+    EXPECT_TRUE(Named(program, "optSound")->isEnabled());
     EXPECT_TRUE(program.State().SoundOn);
     ClickOn(program, "optSound");
     EXPECT_FALSE(program.State().SoundOn);
@@ -108,7 +108,7 @@ TEST(Sound, BoxIsDisabledAndTheGameWorksWithoutADevice) {
   }
   GameRun run("6");
   const int status = run.Run([&](Program& program) {
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !Find(program, "optSound")->isEnabled(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Named(program, "optSound")->isEnabled(); }));
     OpenPuzzle(run, program, 1);
     ClickOn(program, "cmdSolution");
   });
