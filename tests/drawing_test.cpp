@@ -1,5 +1,6 @@
-#include <atomic>
+#include <algorithm>
 #include <cairo.h>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -15,6 +16,7 @@
 #include "tests/support/files.h"
 #include "tests/support/looks.h"
 #include "tests/support/picture.h"
+#include "tools/command_line.h"
 #include "tools/drawing_commands.h"
 #include "workbench/position.h"
 #include "workbench/workbench.h"
@@ -88,19 +90,17 @@ class Drawing : public testing::Test {
   std::string PathOf(const std::string& name) const { return folder_ / name; }
   std::string PackOf(int size) const { return kPacks + "BVPack" + std::to_string(size) + ".bvq"; }
 
-  BookOptions Book(const std::string& output) const {
-    BookOptions book;
-    book.Drawing.Output = PathOf(output);
-    book.Packs = {PackOf(12)};
-    return book;
+  /// Runs print or stats as its command line says.
+  ExitStatus Run(std::vector<std::string> words) { return Run(std::move(words), terminal); }
+  static ExitStatus Run(std::vector<std::string> words, Terminal& on) {
+    CLI::App app;
+    Command chosen;
+    AddPrint(app, chosen);
+    AddStats(app, chosen);
+    std::reverse(words.begin(), words.end());
+    app.parse(words);
+    return chosen(on);
   }
-  PictureOptions Picture(const std::string& output, const std::string& pack) const {
-    PictureOptions picture;
-    picture.Drawing.Output = PathOf(output);
-    picture.Pack = kPacks + pack;
-    return picture;
-  }
-  std::atomic<bool> stop = false;
   std::istringstream in;
   std::ostringstream out, err;
   Terminal terminal{.In = in, .Out = out, .Err = err};
@@ -110,12 +110,9 @@ class Drawing : public testing::Test {
 TEST_F(Drawing, NamesOfPacksAndTitlesStayInTheirRoomWhateverTheirBytes) {
   const std::string longName = std::string(120, 'n') + "\xff.bvq";
   std::filesystem::copy_file(PackOf(12), PathOf(longName));
-  BookOptions book = Book("long.pdf");
-  book.Packs.push_back(PathOf(longName));
-  book.Numbers = {{1, 1}};
-  book.PerPage = 6;
-  book.Title = std::string(90, 'W') + '\xff';
-  ASSERT_EQ(PrintBook(book, stop, terminal), ExitStatus::Done);
+  ASSERT_EQ(Run({"print", PackOf(12), PathOf(longName), "-o", PathOf("long.pdf"), "--numbers", "1",
+                 "--per-page", "6", "--title", std::string(90, 'W') + '\xff'}),
+            ExitStatus::Done);
   EXPECT_NE(TextOf(PathOf("long.pdf"), 5).find("BVPack12 no. 1"), std::string::npos);
   OutputOf("pdftoppm -r 50 -png " + PathOf("long.pdf") + " " + PathOf("long"));
   for (const int number : {1, 5}) {
@@ -127,32 +124,23 @@ TEST_F(Drawing, NamesOfPacksAndTitlesStayInTheirRoomWhateverTheirBytes) {
 }
 
 TEST_F(Drawing, PagesLookAsTheyDid) {
-  BookOptions book = Book("book.pdf");
-  book.Packs = {PackOf(10)};
-  book.Paper = "a5";
-  book.PerPage = 1;
-  book.Numbers = {{24, 27}};
-  book.Levels = LevelRange{2, 2};  // The last two.
-  PrintBook(book, stop, terminal);
+  // Of these four the last two are asked for.
+  Run({"print", PackOf(10), "-o", PathOf("book.pdf"), "--paper", "a5", "--per-page", "1", "--numbers",
+       "24-27", "--level", "2"});
   ExplainOptions explain;
   explain.Drawing.Output = PathOf("explain.pdf");
   explain.Pack = BIVOUAC_SOURCE_DIR "/tests/data/unexplained08.bvq";
   ExplainOnPaper(explain, terminal);
-  StatsOptions stats;
-  stats.Drawing.Output = PathOf("stats.png");
-  stats.Packs = {kPacks + "BVPack06.bvq", PackOf(11)};
   terminal.Progress = true;
-  StatsOfPacks(stats, stop, terminal);
+  Run({"stats", kPacks + "BVPack06.bvq", PackOf(11), "-o", PathOf("stats.png")});
   EXPECT_TRUE(err.str().ends_with("200 of 200 puzzles\r\x1b[K")) << err.str();
-  PictureOptions picture = Picture("picture.png", "BVPack09.bvq");
-  picture.Solution = picture.Drawing.Colour = true;
-  PrintPicture(picture, terminal);
-  picture.Drawing.Output = PathOf("page.pdf");
+  const std::string pack = kPacks + "BVPack09.bvq";
+  Run({"print", pack, "1", "-o", PathOf("picture.png"), "--solution", "--colour"});
+  std::string board;
   const PackRecord record = ReadPack("assets/packs/BVPack09.bvq").at(0);
   for (const int code : record.Layout)
-    picture.Board += code == CELL_TREE ? '3' : "0012"[picture.Board.size() % 4];
-  picture.Board.resize(81);
-  PrintPicture(picture, terminal);
+    board += code == CELL_TREE ? '3' : "0012"[board.size() % 4];
+  Run({"print", pack, "1", "-o", PathOf("page.pdf"), "--colour", "--board", board.substr(0, 81)});
   for (const std::string document : {"book", "explain", "page"})
     OutputOf("pdftoppm -r 72 -png " + PathOf(document + ".pdf") + " " + PathOf(document));
   for (const std::string name :
@@ -179,33 +167,27 @@ TEST_F(Drawing, PicturesOfTheGuideLookAsTheyDid) {
 /// A terminal whose user interrupts when it has been written to so often.
 class Interrupting : public std::stringbuf {
  public:
-  Interrupting(std::atomic<bool>& stop, int after) : stop_(stop), left_(after) {}
+  explicit Interrupting(int after) : left_(after) {}
 
  protected:
-  int sync() override {
-    stop_ = --left_ <= 0;
-    return 0;
-  }
+  int sync() override { return --left_ > 0 ? 0 : std::raise(SIGINT); }
 
  private:
-  std::atomic<bool>& stop_;
   int left_;
 };
 
 TEST_F(Drawing, WhatEndsEarlyLeavesNoFile) {
   for (const int after : {1, 2}) {
-    Interrupting typed(stop, after);
+    Interrupting typed(after);
     std::ostream interrupted(&typed);
     Terminal watched{.In = in, .Out = out, .Err = interrupted, .Progress = true};
-    BookOptions book = Book("book.pdf");
-    book.Solutions = SolutionPlace::Separate;
-    stop = false;
-    EXPECT_EQ(PrintBook(book, stop, watched), ExitStatus::Interrupted) << after;
+    EXPECT_EQ(Run({"print", PackOf(12), "-o", PathOf("book.pdf"), "--solutions", "separate"}, watched),
+              ExitStatus::Interrupted)
+        << after;
     EXPECT_TRUE(FilesIn(folder_ / "").empty()) << after;
   }
-  stop = false;
   const FileSizeLimit limit(20000);
-  EXPECT_THROW(PrintBook(Book("book.pdf"), stop, terminal), RunTimeError);
+  EXPECT_THROW(Run({"print", PackOf(12), "-o", PathOf("book.pdf")}), RunTimeError);
   EXPECT_TRUE(FilesIn(folder_ / "").empty());
 }
 

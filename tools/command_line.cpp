@@ -30,6 +30,7 @@ void RefuseEmpty(const CLI::App& command, const char* name, const char* words) {
 }
 
 const std::atomic<bool>& WatchForInterrupts() {
+  interrupted = false;
   std::signal(SIGINT, OnInterrupt);
   std::signal(SIGTERM, OnInterrupt);
   return interrupted;

@@ -20,20 +20,43 @@
 namespace bivouac {
 namespace {
 
-PictureFormat FormatOf(const std::string& output) {
-  const std::optional<PictureFormat> format = FormatOfName(output);
-  if (!format) throw InputError(output + ": the name must end in .pdf, .svg or .png, with letters before");
-  return *format;
-}
+enum class SolutionPlace { None, Back, Separate };
 
-Overwrite OverwriteOf(const DrawingOptions& options) {
-  return options.Force ? Overwrite::Yes : Overwrite::No;
-}
+/// Numbers first to last of a pack, both included.
+struct NumberRange {
+  long First = 1;
+  long Last = 1;
+};
 
-Look LookOf(const DrawingOptions& options, PictureFormat format) {
-  if (!options.Colour) return Look::Ink;
-  return format == PictureFormat::Pdf ? Look::ColourForPencil : Look::Colour;
-}
+struct PrintOptions {
+  DrawingOptions Drawing{};
+  std::vector<std::string> Packs{};
+  std::string Paper = "a4";
+  // Of a book.
+  std::vector<NumberRange> Numbers{};  // None: all of every pack.
+  std::optional<LevelRange> Levels{};  // None: all, and those that the rater cannot finish.
+  int PerPage = 2;
+  bool Duplex = false;
+  SolutionPlace Solutions = SolutionPlace::Back;
+  std::string Title = "Bivouac";
+  // Of a picture.
+  long Number = 1;
+  std::string Board{};  // Digits of the position; empty for the puzzle alone.
+  bool Solution = false;
+  int Width = 600;  // In pixels; a PDF takes the paper's.
+
+  PictureFormat Format() const {
+    const std::optional<PictureFormat> format = FormatOfName(Drawing.Output);
+    if (!format)
+      throw InputError(Drawing.Output + ": the name must end in .pdf, .svg or .png, with letters before");
+    return *format;
+  }
+  Look Style() const {
+    if (!Drawing.Colour) return Look::Ink;
+    return Format() == PictureFormat::Pdf ? Look::ColourForPencil : Look::Colour;
+  }
+  Overwrite Overwriting() const { return Drawing.Force ? Overwrite::Yes : Overwrite::No; }
+};
 
 /// Says where type is too small to be read with ease.
 void WarnOfSmallType(const Canvas& canvas, Terminal& terminal) {
@@ -52,7 +75,7 @@ void WarnOfSmallType(const Canvas& canvas, Terminal& terminal) {
 /// from their packs each time.
 class Selection {
  public:
-  explicit Selection(const BookOptions& options) {
+  explicit Selection(const PrintOptions& options) {
     for (const std::string& path : options.Packs) packs_.push_back(std::make_unique<PackReader>(path));
     std::vector<Chosen> chosen;
     for (std::size_t pack = 0; pack < packs_.size(); ++pack) {
@@ -200,11 +223,10 @@ bool IsNumber(const std::string& text) {
          !FileExists(text);
 }
 
-}  // namespace
-
-ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
+/// Writes a PDF. `stop` ends it without a file.
+ExitStatus PrintBook(const PrintOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
   const std::string& output = options.Drawing.Output;
-  if (FormatOf(output) != PictureFormat::Pdf)
+  if (options.Format() != PictureFormat::Pdf)
     throw InputError(output + ": a book is a PDF; a picture is one puzzle, PACK NUMBER");
   RequireNoInput(output, options.Packs);
   if (options.Solutions == SolutionPlace::Separate) RequireNoInput(SolutionsName(output), options.Packs);
@@ -219,8 +241,8 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
   const int behind = PlacePuzzles(items, layout, BookWriter::kFirstPuzzlePage);
   PlaceSolutions(items, layout, back ? behind : 1);
 
-  const BoardPainter painter(LookOf(options.Drawing, PictureFormat::Pdf));
-  Canvas canvas(output, PictureFormat::Pdf, layout.Paper, options.Title, OverwriteOf(options.Drawing));
+  const BoardPainter painter(options.Style());
+  Canvas canvas(output, PictureFormat::Pdf, layout.Paper, options.Title, options.Overwriting());
   BookWriter book(canvas, painter, layout);
   book.TitlePage({options.Title, SummaryOf(items)}, PuzzlePicture(selection.Read(0)));
   book.RulesPage();
@@ -243,8 +265,7 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
   book.Finish();
   if (options.Solutions == SolutionPlace::Separate) {
     const std::string title = options.Title + ": solutions";
-    Canvas apart(SolutionsName(output), PictureFormat::Pdf, layout.Paper, title,
-                 OverwriteOf(options.Drawing));
+    Canvas apart(SolutionsName(output), PictureFormat::Pdf, layout.Paper, title, options.Overwriting());
     BookWriter pages(apart, painter, layout);
     drawSolutions(pages, title);
     pages.Finish();
@@ -258,10 +279,12 @@ ExitStatus PrintBook(const BookOptions& options, const std::atomic<bool>& stop, 
   return ExitStatus::Done;
 }
 
-ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal) {
-  const PictureFormat format = FormatOf(options.Drawing.Output);
-  RequireNoInput(options.Drawing.Output, {options.Pack});
-  const PackRecord record = PackReader(options.Pack).Read(options.Number);
+/// Writes one board as a PDF, SVG or PNG, by the ending of the file's name.
+ExitStatus PrintPicture(const PrintOptions& options, Terminal& terminal) {
+  const PictureFormat format = options.Format();
+  const std::string& pack = options.Packs.front();
+  RequireNoInput(options.Drawing.Output, {pack});
+  const PackRecord record = PackReader(pack).Read(options.Number);
   Workbench bench;
   const std::string name = "No. " + std::to_string(options.Number);
   const std::string facts = FactsText(FactsOf(bench.main, record));
@@ -273,12 +296,11 @@ ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal) {
       picture.Fields[cell] = bench.main.Board[cell];
     }
   }
-  const BoardPainter painter(LookOf(options.Drawing, format));
+  const BoardPainter painter(options.Style());
   if (format == PictureFormat::Pdf) {
     const BookLayout layout{PaperOf(options.Paper), 1};
     CheckPaper(layout, picture.Size);
-    Canvas canvas(options.Drawing.Output, format, layout.Paper, "Bivouac " + name,
-                  OverwriteOf(options.Drawing));
+    Canvas canvas(options.Drawing.Output, format, layout.Paper, "Bivouac " + name, options.Overwriting());
     BookWriter page(canvas, painter, layout);
     page.Puzzle({.Size = picture.Size, .Page = 1}, {picture, name, facts, {}, {}});
     page.Finish();
@@ -291,7 +313,7 @@ ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal) {
   const double margin = width * 0.02;
   const TextStyle style{.Size = std::max(width * 0.025, 6.0), .Align = Alignment::Centre};
   const double caption = 2 * style.Size;
-  Canvas canvas(options.Drawing.Output, format, {width, width + caption}, name, OverwriteOf(options.Drawing));
+  Canvas canvas(options.Drawing.Output, format, {width, width + caption}, name, options.Overwriting());
   canvas.Fill({0, 0, width, width + caption}, GroundOf(painter.Style()));
   painter.Paint(canvas, picture, {margin / 2, margin / 2}, width - 2 * margin);
   canvas.Text(name + ", " + facts, {width / 2, width - margin / 2}, style);
@@ -299,67 +321,60 @@ ExitStatus PrintPicture(const PictureOptions& options, Terminal& terminal) {
   return ExitStatus::Done;
 }
 
+}  // namespace
+
 void AddPrint(CLI::App& app, Command& chosen) {
-  struct Input {
-    BookOptions Book;
-    PictureOptions Picture;
-    std::string Numbers;
-    std::string Levels;
-    std::string Solutions = "back";
-  };
-  const auto input = std::make_shared<Input>();
+  const auto options = std::make_shared<PrintOptions>();
   CLI::App* print = app.add_subcommand("print", kPrintHelp);
-  print->add_option("PACK", input->Book.Packs, "The packs; for a picture, a pack and a number")->required();
-  AddDrawingOptions(*print, input->Book.Drawing);
+  print->add_option("PACK", options->Packs, "The packs; for a picture, a pack and a number")->required();
+  AddDrawingOptions(*print, options->Drawing);
   print->get_option("--output")->required();
+  const auto add = [&](const char* name, const char* help, auto read) {
+    return print->add_option_function<std::string>(name, read, help);
+  };
   const std::vector<CLI::Option*> ofBooks = {
-      print->add_option("--numbers", input->Numbers, "Puzzles of each pack, such as 1-20,35"),
-      print->add_option("--level", input->Levels, "Only this level or range of levels"),
-      print->add_option("--per-page", input->Book.PerPage, "Puzzles a page: 1, 2, 4 or 6")
+      add("--numbers", "Puzzles of each pack, such as 1-20,35",
+          [options](const std::string& text) { options->Numbers = ReadNumbers(text); }),
+      add("--level", "Only this level or range of levels",
+          [options](const std::string& text) { options->Levels = LevelsOf(text); }),
+      print->add_option("--per-page", options->PerPage, "Puzzles a page: 1, 2, 4 or 6")
           ->check(CLI::IsMember({1, 2, 4, 6})),
-      print->add_option("--solutions", input->Solutions, "none, back or separate (a file of their own)")
+      add("--solutions", "none, back or separate (a file of their own)",
+          [options](const std::string& text) {
+            options->Solutions = text == "none"   ? SolutionPlace::None
+                                 : text == "back" ? SolutionPlace::Back
+                                                  : SolutionPlace::Separate;
+          })
           ->check(CLI::IsMember({"none", "back", "separate"})),
-      print->add_flag("--duplex", input->Book.Duplex,
+      print->add_flag("--duplex", options->Duplex,
                       "Margins for two sides of a sheet, wider where it is bound"),
-      print->add_option("--title", input->Book.Title, "Title of the book")};
-  CLI::Option* paper = AddPaperOption(*print, input->Book.Paper);
-  const std::vector<CLI::Option*> ofPictures = {
-      print->add_option("--width", input->Picture.Width, "Pixels of an SVG or PNG")
-          ->check(CLI::Range(64, 16384)),
-      print->add_option("--board", input->Picture.Board, "Digits of a position, one a cell"),
-      print->add_flag("--solution", input->Picture.Solution, "The solution instead of the puzzle")};
-  print->callback([input, print, paper, ofBooks, ofPictures, &chosen] {
-    const auto refuse = [](const std::vector<CLI::Option*>& options, const std::string& words) {
-      for (const CLI::Option* option : options) {
+      print->add_option("--title", options->Title, "Title of the book")};
+  CLI::Option* paper = AddPaperOption(*print, options->Paper);
+  CLI::Option* width =
+      print->add_option("--width", options->Width, "Pixels of an SVG or PNG")->check(CLI::Range(64, 16384));
+  CLI::Option* board = print->add_option("--board", options->Board, "Digits of a position, one a cell");
+  CLI::Option* solution =
+      print->add_flag("--solution", options->Solution, "The solution instead of the puzzle");
+  print->callback([=, &chosen] {
+    const auto refuse = [](const std::vector<CLI::Option*>& given, const std::string& words) {
+      for (const CLI::Option* option : given) {
         if (option->count() != 0) throw CLI::ValidationError(option->get_name(), words);
       }
     };
-    std::vector<std::string>& packs = input->Book.Packs;
-    if (packs.size() == 2 && IsNumber(packs[1])) {
-      refuse(ofBooks, "a picture of one puzzle takes no such option");
-      RefuseEmpty(*print, "--board", "no digits");
-      const bool pdf = FormatOfName(input->Book.Drawing.Output) == PictureFormat::Pdf;
-      if (pdf) refuse({ofPictures.front()}, "a PDF has the width of its paper");
-      if (!pdf) refuse({paper}, "only a PDF has paper");
-      input->Picture.Pack = packs[0];
-      input->Picture.Number = std::stol(packs[1]);
-      input->Picture.Paper = input->Book.Paper;
-      input->Picture.Drawing = input->Book.Drawing;
-      if (input->Picture.Solution && !input->Picture.Board.empty())
-        throw CLI::ValidationError("--board", "a picture shows a position or the solution, not both");
-      chosen = [input](Terminal& terminal) { return PrintPicture(input->Picture, terminal); };
+    if (options->Packs.size() != 2 || !IsNumber(options->Packs[1])) {
+      refuse({width, board, solution}, "only a picture of one puzzle, PACK NUMBER, takes it");
+      RefuseEmpty(*print, "--title", "no title");
+      chosen = [options](Terminal& terminal) { return PrintBook(*options, WatchForInterrupts(), terminal); };
       return;
     }
-    refuse(ofPictures, "only a picture of one puzzle, PACK NUMBER, takes it");
-    RefuseEmpty(*print, "--numbers", "no numbers");
-    RefuseEmpty(*print, "--level", "no level");
-    RefuseEmpty(*print, "--title", "no title");
-    if (!input->Numbers.empty()) input->Book.Numbers = ReadNumbers(input->Numbers);
-    if (!input->Levels.empty()) input->Book.Levels = LevelsOf(input->Levels);
-    input->Book.Solutions = input->Solutions == "none"   ? SolutionPlace::None
-                            : input->Solutions == "back" ? SolutionPlace::Back
-                                                         : SolutionPlace::Separate;
-    chosen = [input](Terminal& terminal) { return PrintBook(input->Book, WatchForInterrupts(), terminal); };
+    refuse(ofBooks, "a picture of one puzzle takes no such option");
+    RefuseEmpty(*print, "--board", "no digits");
+    const bool pdf = options->Format() == PictureFormat::Pdf;
+    if (pdf) refuse({width}, "a PDF has the width of its paper");
+    if (!pdf) refuse({paper}, "only a PDF has paper");
+    if (options->Solution) refuse({board}, "a picture shows a position or the solution, not both");
+    options->Number = std::stol(options->Packs[1]);
+    chosen = [options](Terminal& terminal) { return PrintPicture(*options, terminal); };
   });
 }
 

@@ -17,6 +17,12 @@
 namespace bivouac {
 namespace {
 
+struct StatsOptions {
+  DrawingOptions Drawing{};  // An output makes a plot as well.
+  std::vector<std::string> Packs{};
+  Format Output = Format::Words;
+};
+
 constexpr int kLevels[] = {1, 2, 3, 4, 5, -1};  // -1: the rater cannot finish them.
 
 struct Spread {
@@ -167,8 +173,7 @@ void WriteWords(const PackStats& stats, std::ostream& out) {
   WriteRules(stats, out);
 }
 
-}  // namespace
-
+/// Tells what packs hold: levels, difficulty, tents, the rules that hints need, their seconds.
 ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& stop, Terminal& terminal) {
   RequireNoInput(options.Drawing.Output, options.Packs);
   if (!options.Drawing.Output.empty()) CheckPlot(options.Drawing);
@@ -191,6 +196,8 @@ ExitStatus StatsOfPacks(const StatsOptions& options, const std::atomic<bool>& st
   options.Drawing.Output.empty() ? static_cast<void>(write()) : PlotStats(options.Drawing, stats, write);
   return ExitStatus::Done;
 }
+
+}  // namespace
 
 void AddStats(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<StatsOptions>();

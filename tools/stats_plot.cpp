@@ -162,20 +162,15 @@ void PlotRules(Canvas& canvas, const Box& box, const PackStats& stats) {
   canvas.Text("per cent, by level", {left + 2.5 * width, box.Y + box.Height + 4}, kLabelCentre);
 }
 
-PictureFormat FormatOf(const DrawingOptions& options) {
-  const std::optional<PictureFormat> format = FormatOfName(options.Output);
-  if (!format) throw InputError(options.Output + ": the name must end in .svg, .pdf or .png");
-  return *format;
-}
-
 }  // namespace
 
 void CheckPlot(const DrawingOptions& options) {
-  FormatOf(options);
+  if (!FormatOfName(options.Output))
+    throw InputError(options.Output + ": the name must end in .svg, .pdf or .png");
 }
 
 void PlotStats(const DrawingOptions& options, const PackStats& stats, const std::function<bool()>& mayKeep) {
-  Canvas canvas(options.Output, FormatOf(options), {1000, 780}, "Packs of Bivouac",
+  Canvas canvas(options.Output, *FormatOfName(options.Output), {1000, 780}, "Packs of Bivouac",
                 options.Force ? Overwrite::Yes : Overwrite::No);
   canvas.Fill({0, 0, 1000, 780}, kWhite);
   canvas.BeginFigure(
