@@ -105,8 +105,8 @@ std::string WordsOf(const BoardPicture& board) {
   return words;
 }
 
-Colour GroundOf(Look look) {
-  return look == Look::Colour ? Colour{0.878, 0.878, 0.878} : kWhite;
+Colour BoardPainter::Ground() const {
+  return look_ == Look::Colour ? Colour{0.878, 0.878, 0.878} : kWhite;
 }
 
 BoardGeometry::BoardGeometry(int size, Point corner, double side, ClueLabels clues)

@@ -72,7 +72,8 @@ class BoardPainter {
   BoardPainter& operator=(const BoardPainter&) = delete;
   ~BoardPainter();
 
-  Look Style() const { return look_; }
+  /// What is around a board.
+  Colour Ground() const;
   /// Draws the board into a square.
   void Paint(Canvas& canvas, const BoardPicture& board, Point corner, double side,
              ClueLabels clues = ClueLabels::Shown) const;
@@ -89,8 +90,5 @@ class BoardPainter {
   cairo_surface_t* bareTent_ = nullptr;     // Without ground.
   FixedArray<cairo_surface_t*, 4> marked_;  // The same, when a deduction stands on them.
 };
-
-/// The ground that the look has around a board.
-Colour GroundOf(Look look);
 
 }  // namespace bivouac

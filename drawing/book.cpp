@@ -270,23 +270,23 @@ void BookWriter::EndPage() {
   canvas_.EndPage();
 }
 
-void BookWriter::TitlePage(const BookTitle& title, const BoardPicture& ornament) {
+void BookWriter::TitlePage(const std::string& title, const std::string& summary,
+                           const BoardPicture& ornament) {
   page_ = 1;
   canvas_.NamePage("Title");
-  canvas_.AddToOutline(title.Title);
+  canvas_.AddToOutline(title);
   const Frame frame(layout_, page_);
   const double middle = frame.Left + frame.Width / 2;
   double y = layout_.Paper.Height * 0.12;
   TextStyle style{.Size = Type(32), .Boldness = Weight::Bold, .Align = Alignment::Centre};
   // A long title is set smaller, then shortened.
-  while (canvas_.Measure(title.Title, style, frame.Width).Height > layout_.Paper.Height * 0.3 &&
-         !style.OneLine) {
+  while (canvas_.Measure(title, style, frame.Width).Height > layout_.Paper.Height * 0.3 && !style.OneLine) {
     style.Size = std::max(style.Size * 0.85, kSmallestType);
     style.OneLine = style.Size == kSmallestType;
   }
-  y += Paragraph("H1", title.Title, {middle, y}, style, frame.Width) + 8 * frame.Scale;
-  y += Paragraph("P", title.Summary, {middle, y},
-                 {.Size = Type(12), .Align = Alignment::Centre, .Ink = kGrey}, frame.Width);
+  y += Paragraph("H1", title, {middle, y}, style, frame.Width) + 8 * frame.Scale;
+  y += Paragraph("P", summary, {middle, y}, {.Size = Type(12), .Align = Alignment::Centre, .Ink = kGrey},
+                 frame.Width);
   // The board without clues, so that it stands in the middle.
   const double room = frame.Foot - y;
   const double side = std::min(frame.Width * 0.7, room * 0.8);

@@ -49,12 +49,6 @@ struct BookPuzzle {
   std::string Solution;  ///< Where it is; may be empty.
 };
 
-/// What the title page says.
-struct BookTitle {
-  std::string Title;
-  std::string Summary;
-};
-
 /// A line of the table of contents.
 struct ContentsLine {
   std::string Name;
@@ -72,7 +66,7 @@ class BookWriter {
   static constexpr int kContentsPage = 3;
   static constexpr int kFirstPuzzlePage = 4;
 
-  void TitlePage(const BookTitle& title, const BoardPicture& ornament);
+  void TitlePage(const std::string& title, const std::string& summary, const BoardPicture& ornament);
   /// The rules with an example, and what levels and difficulty mean.
   void RulesPage();
   void ContentsPage(const std::vector<ContentsLine>& lines);

@@ -99,7 +99,7 @@ Canvas::Canvas(const std::string& path, PictureFormat format, Extent page, const
       format_(format),
       page_(page),
       title_(Letters(title)),
-      pdf_([this](std::string_view bytes) { Write(bytes); }) {
+      pdf_([this](std::string_view bytes) { Write(bytes); }, figures_) {
   LookForMemory();
   switch (format) {
     case PictureFormat::Pdf:
@@ -221,7 +221,7 @@ void Canvas::EndTag(const char* tag) {
 }
 
 void Canvas::BeginFigure(const std::string& words) {
-  format_ == PictureFormat::Pdf ? pdf_.AddFigure(Letters(words)) : figures_.push_back(words);
+  figures_.push_back(Letters(words));
   BeginTag("Figure");
 }
 

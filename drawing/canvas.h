@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cairo.h>
+#include <deque>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "drawing/finished_pdf.h"
 #include "storage/replacement.h"
@@ -124,11 +124,11 @@ class Canvas {
   Extent page_;
   std::string title_;
   double smallestType_ = std::numeric_limits<double>::infinity();
-  int pages_ = 1;  // Begun.
+  int pages_ = 1;                    // Begun.
+  std::deque<std::string> figures_;  // Their words.
   PdfFinisher pdf_;
-  std::string picture_;               // An SVG or PNG before it is finished.
-  std::vector<std::string> figures_;  // Their words, in an SVG.
-  bool failed_ = false;               // A write did.
+  std::string picture_;  // An SVG or PNG before it is finished.
+  bool failed_ = false;  // A write did.
   cairo_surface_t* surface_ = nullptr;
   cairo_t* pen_ = nullptr;
   PangoLayout* layout_ = nullptr;

@@ -18,10 +18,9 @@ namespace bivouac {
 class PdfFinisher {
  public:
   using Write = std::function<void(std::string_view)>;
-  explicit PdfFinisher(Write write) : write_(std::move(write)) {}
+  /// The words for figures are taken from the front of `figures`, UTF-8, when the last page is drawn.
+  PdfFinisher(Write write, std::deque<std::string>& figures) : write_(std::move(write)), figures_(figures) {}
 
-  /// Tells the next figure. Requires: UTF-8.
-  void AddFigure(const std::string& words) { figures_.push_back(words); }
   /// Some more of what Cairo draws, without packs of its own.
   void Add(std::string_view drawn);
   /// Requires: Cairo has drawn all. Errors: InputError if that is no such PDF.
@@ -36,7 +35,7 @@ class PdfFinisher {
 
   Write write_;
   std::uint32_t written_ = 0;
-  std::deque<std::string> figures_;                   // Words of those that are to come.
+  std::deque<std::string>& figures_;
   std::string buffer_;                                // An object that is not whole.
   std::vector<std::array<std::uint32_t, 3>> places_;  // By number: 1, offset; or 2, pack, index there.
   std::vector<std::string> packs_;                    // Compressed.

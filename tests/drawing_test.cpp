@@ -138,8 +138,7 @@ TEST_F(Drawing, PagesLookAsTheyDid) {
   Run({"print", pack, "1", "-o", PathOf("picture.png"), "--solution", "--colour"});
   std::string board;
   const PackRecord record = ReadPack("assets/packs/BVPack09.bvq").at(0);
-  for (const int code : record.Layout)
-    board += code == CELL_TREE ? '3' : "0012"[board.size() % 4];
+  for (const int code : record.Layout) board += code == CELL_TREE ? '3' : "0012"[board.size() % 4];
   Run({"print", pack, "1", "-o", PathOf("page.pdf"), "--colour", "--board", board.substr(0, 81)});
   for (const std::string document : {"book", "explain", "page"})
     OutputOf("pdftoppm -r 72 -png " + PathOf(document + ".pdf") + " " + PathOf(document));

@@ -244,7 +244,7 @@ ExitStatus PrintBook(const PrintOptions& options, const std::atomic<bool>& stop,
   const BoardPainter painter(options.Style());
   Canvas canvas(output, PictureFormat::Pdf, layout.Paper, options.Title, options.Overwriting());
   BookWriter book(canvas, painter, layout);
-  book.TitlePage({options.Title, SummaryOf(items)}, PuzzlePicture(selection.Read(0)));
+  book.TitlePage(options.Title, SummaryOf(items), PuzzlePicture(selection.Read(0)));
   book.RulesPage();
   book.ContentsPage(ContentsOf(items, back));
   ProgressLine progress(terminal, static_cast<long>(items.size()));
@@ -314,7 +314,7 @@ ExitStatus PrintPicture(const PrintOptions& options, Terminal& terminal) {
   const TextStyle style{.Size = std::max(width * 0.025, 6.0), .Align = Alignment::Centre};
   const double caption = 2 * style.Size;
   Canvas canvas(options.Drawing.Output, format, {width, width + caption}, name, options.Overwriting());
-  canvas.Fill({0, 0, width, width + caption}, GroundOf(painter.Style()));
+  canvas.Fill({0, 0, width, width + caption}, painter.Ground());
   painter.Paint(canvas, picture, {margin / 2, margin / 2}, width - 2 * margin);
   canvas.Text(name + ", " + facts, {width / 2, width - margin / 2}, style);
   canvas.Close();

@@ -12,7 +12,7 @@ namespace {
 
 // Light to dark, so that they stay apart in grey too.
 constexpr Colour kLevelColours[] = {
-    {0.55, 0.80, 0.38}, {0.95, 0.75, 0.25}, {0.93, 0.50, 0.22}, {0.75, 0.22, 0.20}, {0.32, 0.10, 0.32}};
+    {0.66, 0.84, 0.48}, {0.86, 0.64, 0.16}, {0.86, 0.42, 0.18}, {0.75, 0.22, 0.20}, {0.32, 0.10, 0.32}};
 constexpr Colour kRule{0.8, 0.8, 0.8};
 constexpr TextStyle kHeading{.Size = 14, .Boldness = Weight::Bold};
 constexpr TextStyle kLabel{.Size = 11};
