@@ -237,7 +237,7 @@ void Canvas::NamePage(const std::string& name) {
 }
 
 void Canvas::EndPage() {
-  cairo_show_page(pen_);
+  if (format_ == PictureFormat::Pdf) cairo_show_page(pen_);
   ++pages_;
   if (failed_) file_.Sync();  // Throws it.
 }

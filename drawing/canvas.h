@@ -105,9 +105,10 @@ class Canvas {
   /// The size of the smallest type that was drawn; infinite if there was none.
   double SmallestType() const { return smallestType_; }
 
-  /// Ends the page; drawing goes on with the next. Errors: a file error if the disk is full.
+  /// Ends the page; in a PDF, drawing goes on with the next. Errors: a file error if the disk is full.
   void EndPage();
-  /// Ends the last page. Returns when all has reached the disk. Errors: a file error if it cannot be written.
+  /// Returns when all has reached the disk. Requires: a PDF's last page was ended. Errors: a file error if it
+  /// cannot be written.
   void Finish();
   /// The same, and puts the file in its place. Errors: InputError as well if there is one by now.
   void Close();

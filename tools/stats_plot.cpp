@@ -180,6 +180,7 @@ void PlotStats(const DrawingOptions& options, const PackStats& stats, const std:
   PlotLevels(canvas, {70, 470, 420, 286}, stats);
   PlotRules(canvas, {570, 70, 400, 660}, stats);
   canvas.EndTag("Figure");
+  canvas.EndPage();
   canvas.Finish();
   if (mayKeep()) canvas.Close();
 }
