@@ -13,7 +13,7 @@
 #include "storage/pack_files.h"
 #include "storage/record_file.h"
 #include "tests/support/installation.h"
-#include "tools/commands.h"
+#include "tools/command_line.h"
 
 namespace bivouac {
 namespace {
@@ -99,25 +99,28 @@ void UsePack(Bytes& bytes) {
   std::istringstream in;
   std::ostringstream out, err;
   Terminal terminal{.In = in, .Out = out, .Err = err};
-  Allowing([&] { ListPacks({path}, Format::Words, terminal); });
-  Allowing([&] { RatePacks({.Packs = {path}, .Steps = true}, terminal); });
-  for (long number = 1; number <= 3; ++number) {
-    Allowing([&] { ShowPuzzle(path, number, Reveal::Solution, terminal); });
+  const auto run = [&](const std::vector<std::string>& arguments) {
+    Allowing([&] { RunCommand(arguments, terminal); });
+  };
+  run({"list", path});
+  run({"rate", "--steps", path});
+  for (const char* number : {"1", "2", "3"}) {
+    run({"show", "--solution", path, number});
     std::string board;
     for (int cell = bytes.Below(2) * size * size; cell > 0; --cell)
       board += static_cast<char>('0' + bytes.Below(4));
-    Allowing([&] { GiveHint({.Pack = path, .Number = number, .Board = board}, terminal); });
+    board.empty() ? run({"hint", path, number}) : run({"hint", path, number, "--board", board});
   }
   if (size <= kLargestProved) {
-    Allowing([&] { ProvePacks({path}, Format::Table, terminal); });
-    Allowing([&] { CheckPacks({path}, terminal); });
+    run({"prove", "--tsv", path});
+    run({"check", path});
   }
   PlayGameOn(bytes, size);
-  Allowing([&] { RatePacks({.Packs = {path}, .Write = true}, terminal); });
-  Allowing([&] { SortPack(path, terminal); });
+  run({"rate", "--write", path});
+  run({"sort", path});
   const std::string other = ThePlace().folder / "other";
   fs::remove(other);
-  Allowing([&] { MergePacks(other, {path}, terminal); });
+  run({"merge", other, path});
 }
 
 void UsePlayersFile(Bytes& bytes) {
@@ -166,7 +169,7 @@ void UseStandardInput(Bytes& bytes) {
   std::istringstream in(bytes.Once(8) ? bytes.Text(2000) : lines);
   std::ostringstream out, err;
   Terminal terminal{.In = in, .Out = out, .Err = err};
-  Allowing([&] { GiveHintsForInput(terminal); });
+  Allowing([&] { RunCommand({"hint", "-", "--tsv"}, terminal); });
 }
 
 void UseAnswers(Bytes& bytes) {

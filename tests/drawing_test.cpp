@@ -91,16 +91,7 @@ class Drawing : public testing::Test {
   std::string PackOf(int size) const { return kPacks + "BVPack" + std::to_string(size) + ".bvq"; }
 
   /// Runs print or stats as its command line says.
-  ExitStatus Run(std::vector<std::string> words) { return Run(std::move(words), terminal); }
-  static ExitStatus Run(std::vector<std::string> words, Terminal& on) {
-    CLI::App app;
-    Command chosen;
-    AddPrint(app, chosen);
-    AddStats(app, chosen);
-    std::reverse(words.begin(), words.end());
-    app.parse(words);
-    return chosen(on);
-  }
+  ExitStatus Run(std::vector<std::string> words) { return RunCommand(std::move(words), terminal); }
   std::istringstream in;
   std::ostringstream out, err;
   Terminal terminal{.In = in, .Out = out, .Err = err};
@@ -180,7 +171,7 @@ TEST_F(Drawing, WhatEndsEarlyLeavesNoFile) {
     Interrupting typed(after);
     std::ostream interrupted(&typed);
     Terminal watched{.In = in, .Out = out, .Err = interrupted, .Progress = true};
-    EXPECT_EQ(Run({"print", PackOf(12), "-o", PathOf("book.pdf"), "--solutions", "separate"}, watched),
+    EXPECT_EQ(RunCommand({"print", PackOf(12), "-o", PathOf("book.pdf"), "--solutions", "separate"}, watched),
               ExitStatus::Interrupted)
         << after;
     EXPECT_TRUE(FilesIn(folder_ / "").empty()) << after;

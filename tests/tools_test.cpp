@@ -10,7 +10,7 @@
 #include "storage/record_file.h"
 #include "tests/support/files.h"
 #include "tests/support/looks.h"
-#include "tools/commands.h"
+#include "tools/command_line.h"
 #include "workbench/workbench.h"
 
 namespace bivouac {
@@ -31,9 +31,14 @@ TEST(Tool, TablesEqualTheWorkedResults) {
   std::istringstream in(BytesOf(kData + "hints.tsv"));
   std::ostringstream out;
   Terminal terminal{.In = in, .Out = out, .Err = out};
-  RatePacks({.Packs = PacksIn(kData + "rating"), .Output = Format::Table}, terminal);
+  const auto table = [&](std::vector<std::string> arguments, const std::vector<std::string>& packs) {
+    arguments.emplace_back("--tsv");
+    arguments.insert(arguments.end(), packs.begin(), packs.end());
+    RunCommand(arguments, terminal);
+  };
+  table({"rate"}, PacksIn(kData + "rating"));
   ExpectSameLines(std::exchange(out, {}).str(), BytesOf(kData + "rating.tsv"));
-  ProvePacks(PacksIn(kData + "layouts"), Format::Table, terminal);
+  table({"prove"}, PacksIn(kData + "layouts"));
   ExpectSameLines(std::exchange(out, {}).str(), BytesOf(kData + "proof.tsv"));
 
   std::string expected;
@@ -43,7 +48,7 @@ TEST(Tool, TablesEqualTheWorkedResults) {
     for (std::size_t column = 5; column < row.size(); ++column)
       expected += row[column] + (column == 9 ? "\n" : "\t");
   }
-  GiveHintsForInput(terminal);
+  table({"hint"}, {"-"});
   ExpectSameLines(std::exchange(out, {}).str(), expected);
 }
 

@@ -1,6 +1,7 @@
 #include <charconv>
 #include <iomanip>
 #include <istream>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <set>
@@ -13,7 +14,7 @@
 #include "packs/pack_access.h"
 #include "packs/pack_reader.h"
 #include "tools/board_text.h"
-#include "tools/commands.h"
+#include "tools/command_line.h"
 #include "tools/input_lines.h"
 #include "walks/explanation.h"
 #include "walks/solution_walk.h"
@@ -22,6 +23,20 @@
 
 namespace bivouac {
 namespace {
+
+struct ShowOptions {
+  std::string Pack;
+  long Number = 1;
+  bool Solution = false;
+  bool Line = false;
+};
+
+struct HintOptions {
+  std::string Pack{};
+  long Number = 1;
+  std::string Board{};  ///< Digits of the position; empty for the start of the puzzle.
+  Format Output = Format::Words;
+};
 
 struct Hint {
   const char* Outcome = "FAULT";  // FIND, WRONG, NONE or FAULT.
@@ -102,23 +117,21 @@ void WriteHintInWords(const Main& main, const Hint& hint, Terminal& terminal) {
   }
 }
 
-}  // namespace
-
-ExitStatus ShowPuzzle(const std::string& pack, long number, Reveal reveal, Terminal& terminal) {
-  const PackRecord record = PackReader(pack).Read(number);
-  if (reveal == Reveal::Line) {
+ExitStatus ShowPuzzle(const ShowOptions& options, Terminal& terminal) {
+  const PackRecord record = PackReader(options.Pack).Read(options.Number);
+  if (options.Line) {
     terminal.Out << PuzzleLineOf(record) << '\n';
     return ExitStatus::Done;
   }
   Workbench bench;
   LayOutRecord(bench.main, record);
-  if (reveal == Reveal::Puzzle) {
+  if (!options.Solution) {
     for (int cell = 0; cell < bench.main.CellCount; ++cell) {
       int& code = bench.main.Board[cell];
       if (code != CELL_TREE) code = CELL_OPEN;
     }
   }
-  terminal.Out << FileName(pack) << ' ' << number << ", " << bench.main.BoardSize << 'x'
+  terminal.Out << FileName(options.Pack) << ' ' << options.Number << ", " << bench.main.BoardSize << 'x'
                << bench.main.BoardSize << ", level " << LevelOf(record.LevelSize) << '\n';
   DrawBoard(bench.main, {}, terminal);
   return ExitStatus::Done;
@@ -136,6 +149,7 @@ ExitStatus GiveHint(const HintOptions& options, Terminal& terminal) {
   return ExitStatus::Done;
 }
 
+/// Reads positions from the terminal's input, one a line, and writes a table.
 ExitStatus GiveHintsForInput(Terminal& terminal) {
   Workbench bench;
   ForEachInputLine(terminal.In, [&](const std::string& line) {
@@ -143,6 +157,42 @@ ExitStatus GiveHintsForInput(Terminal& terminal) {
     WriteHintRow(terminal.Out, AskForHint(bench, wrongFields));
   });
   return ExitStatus::Done;
+}
+
+}  // namespace
+
+void AddShow(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<ShowOptions>();
+  CLI::App* show = app.add_subcommand("show", "A board with its clues");
+  show->add_option("PACK", options->Pack, "The pack")->required();
+  show->add_option("NUMBER", options->Number, "The puzzle, counted from 1")->required();
+  CLI::Option* solution = show->add_flag("--solution", options->Solution, "Show tents and grass too");
+  show->add_flag("--line", options->Line, "The puzzle as a line of text, for add")->excludes(solution);
+  show->callback([options, &chosen] {
+    chosen = [options](Terminal& terminal) { return ShowPuzzle(*options, terminal); };
+  });
+}
+
+void AddHint(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<HintOptions>();
+  CLI::App* hint = app.add_subcommand("hint", "The next hint for a position, as the game gives it");
+  hint->add_option("PACK", options->Pack, "The pack; - reads positions from standard input")->required();
+  CLI::Option* number = hint->add_option("NUMBER", options->Number, "The puzzle, counted from 1");
+  CLI::Option* board = hint->add_option("--board", options->Board, "The position, a digit a cell");
+  AddTableFlag(*hint, options->Output);
+  hint->callback([options, number, board, &chosen] {
+    if (options->Pack == "-") {
+      if (options->Output != Format::Table)
+        throw CLI::ValidationError("-", "positions from standard input need --tsv");
+      if (number->count() + board->count() != 0)
+        throw CLI::ValidationError("-", "standard input takes no NUMBER and no --board");
+      chosen = GiveHintsForInput;
+      return;
+    }
+    if (number->count() == 0) throw CLI::RequiredError("NUMBER");
+    if (board->count() != 0 && options->Board.empty()) throw CLI::ValidationError("--board", "no digits");
+    chosen = [options](Terminal& terminal) { return GiveHint(*options, terminal); };
+  });
 }
 
 }  // namespace bivouac

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "game/game_state.h"
-#include "tools/commands.h"
+#include "tools/terminal.h"
 
 namespace bivouac {
 

@@ -1,6 +1,8 @@
 #include "tools/command_line.h"
 
+#include <algorithm>
 #include <csignal>
+#include <utility>
 
 #include "tools/drawing_commands.h"
 
@@ -36,6 +38,11 @@ const std::atomic<bool>& WatchForInterrupts() {
   return interrupted;
 }
 
+CLI::Option* AddTableFlag(CLI::App& command, Format& format) {
+  return command.add_flag_callback(
+      "--tsv", [&format] { format = Format::Table; }, "Write a table, separated by tabs");
+}
+
 void AddDrawingOptions(CLI::App& command, DrawingOptions& options) {
   CLI::Option* output =
       command.add_option("-o,--output", options.Output, "The file to write; its ending says what it becomes");
@@ -45,6 +52,22 @@ void AddDrawingOptions(CLI::App& command, DrawingOptions& options) {
 
 CLI::Option* AddPaperOption(CLI::App& command, std::string& paper) {
   return command.add_option("--paper", paper, "a4, a5, a6, letter or millimetres such as 148x210");
+}
+
+void AddCommands(CLI::App& app, Command& chosen) {
+  app.require_subcommand(0, 1);
+  for (const auto add : {AddMake, AddListAndProve, AddShow, AddAdd, AddRate, AddCheckAndSort, AddMerge,
+                         AddHint, AddExplain, AddStats, AddPrint})
+    add(app, chosen);
+}
+
+ExitStatus RunCommand(std::vector<std::string> arguments, Terminal& terminal) {
+  CLI::App app;
+  Command chosen;
+  AddCommands(app, chosen);
+  std::reverse(arguments.begin(), arguments.end());  // As the library wants them.
+  app.parse(std::move(arguments));
+  return chosen(terminal);
 }
 
 }  // namespace bivouac

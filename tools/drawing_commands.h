@@ -4,7 +4,8 @@
 #include <functional>
 #include <string>
 
-#include "tools/commands.h"
+#include "generator/generator.h"
+#include "tools/terminal.h"
 #include "walks/pack_stats.h"
 
 namespace bivouac {

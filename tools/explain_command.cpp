@@ -213,8 +213,7 @@ void AddExplain(CLI::App& app, Command& chosen) {
   explain->add_option("PACK", options->Pack, "The pack")->required();
   explain->add_option("NUMBER", options->Number, "The puzzle, counted from 1")->required();
   explain->add_option("--from", options->From, "Digits of the position to begin with");
-  CLI::Option* table = explain->add_flag_callback(
-      "--tsv", [options] { options->Output = Format::Table; }, "Write a table, separated by tabs");
+  CLI::Option* table = AddTableFlag(*explain, options->Output);
   CLI::Option* html = explain->add_flag("--html", options->Html, "Write a page that leads to the guide's");
   explain->add_flag("--long", options->Long, "Every step by itself")->excludes(table);
   AddDrawingOptions(*explain, options->Drawing);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iomanip>
 #include <map>
+#include <memory>
 #include <numeric>
 #include <ostream>
 #include <set>
@@ -19,7 +20,7 @@
 #include "storage/platform_files.h"
 #include "storage/players.h"
 #include "storage/saving.h"
-#include "tools/commands.h"
+#include "tools/command_line.h"
 #include "walks/solution_walk.h"
 #include "workbench/position.h"
 #include "workbench/workbench.h"
@@ -28,6 +29,13 @@ namespace bivouac {
 namespace {
 
 namespace fs = std::filesystem;
+
+struct RateOptions {
+  std::vector<std::string> Packs{};
+  Format Output = Format::Words;
+  bool Write = false;  ///< Stores the levels.
+  bool Steps = false;  ///< Names the passes, in words too.
+};
 
 constexpr std::size_t kMergeBatch = 512;  // Puzzles added in one turn.
 
@@ -237,8 +245,6 @@ std::vector<PackRecord> Repaired(const std::string& path, const PackContent& con
   return sound;
 }
 
-}  // namespace
-
 ExitStatus ListPacks(const std::vector<std::string>& packs, Format format, Terminal& terminal) {
   ForEachRecord(packs, [&](const std::string& path, long number, const PackRecord& record) {
     const int size = SizeOf(record.LevelSize);
@@ -299,6 +305,8 @@ ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Term
   return ExitStatus::Done;
 }
 
+/// FaultsFound if there is any. Puzzles that are alike, and those that hints do not lead through, are named,
+/// but are no fault.
 ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal) {
   std::vector<PackContent> contents;
   contents.reserve(packs.size());
@@ -331,6 +339,8 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
   return faults == 0 ? ExitStatus::Done : ExitStatus::FaultsFound;
 }
 
+/// Makes packs sound and says what it did: levels and best times are mended, other records with faults and
+/// what was never finished are taken out. Refuses what SortPack refuses.
 ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal) {
   for (const std::string& path : packs) {
     std::string words;
@@ -346,6 +356,7 @@ ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal
   return ExitStatus::Done;
 }
 
+/// Refuses to move a puzzle for which a player's file beside the pack holds a time.
 ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
   KnownRatings ratings;
   std::vector<std::size_t> order;
@@ -370,6 +381,7 @@ ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
   return ExitStatus::Done;
 }
 
+/// Appends the puzzles of other packs that are not alike to one that is there.
 ExitStatus MergePacks(const std::string& pack, const std::vector<std::string>& others, Terminal& terminal) {
   std::vector<PackRecord> puzzles = FileExists(pack) ? ReadSoundPack(pack) : std::vector<PackRecord>();
   int size = puzzles.empty() ? 0 : SizeOf(puzzles.front().LevelSize);
@@ -390,6 +402,79 @@ ExitStatus MergePacks(const std::string& pack, const std::vector<std::string>& o
   terminal.Err << Counted(added, "puzzle") << " added to " << OnOneLine(pack) << ", "
                << static_cast<long>(puzzles.size()) - added << " left out that were alike\n";
   return ExitStatus::Done;
+}
+
+/// A command on any number of packs.
+CLI::App* AddPacksCommand(CLI::App& app, const char* name, const char* help,
+                          std::vector<std::string>& packs) {
+  CLI::App* command = app.add_subcommand(name, help);
+  command->add_option("PACK", packs, "The packs")->required();
+  return command;
+}
+
+}  // namespace
+
+void AddListAndProve(CLI::App& app, Command& chosen) {
+  struct Input {
+    std::vector<std::string> Packs;
+    Format Output = Format::Words;
+  };
+  const auto add = [&](const char* name, const char* help, auto run) {
+    const auto input = std::make_shared<Input>();
+    CLI::App* command = AddPacksCommand(app, name, help, input->Packs);
+    AddTableFlag(*command, input->Output);
+    command->callback([input, run, &chosen] {
+      chosen = [input, run](Terminal& terminal) { return run(input->Packs, input->Output, terminal); };
+    });
+  };
+  add("list", "One line a record: number, size, level, trees, best time", ListPacks);
+  add("prove", "Verdict of the search for a second solution", ProvePacks);
+}
+
+void AddRate(CLI::App& app, Command& chosen) {
+  const auto options = std::make_shared<RateOptions>();
+  CLI::App* command =
+      AddPacksCommand(app, "rate", "Level and difficulty, from trees and clues alone", options->Packs);
+  AddTableFlag(*command, options->Output);
+  command->add_flag("--write", options->Write, "Store the levels");
+  command->add_flag("--steps", options->Steps, "Name the deductions, in order");
+  command->callback([options, &chosen] {
+    chosen = [options](Terminal& terminal) { return RatePacks(*options, terminal); };
+  });
+}
+
+void AddCheckAndSort(CLI::App& app, Command& chosen) {
+  struct Input {
+    std::vector<std::string> Packs;
+    bool Repair = false;
+  };
+  const auto input = std::make_shared<Input>();
+  CLI::App* check =
+      AddPacksCommand(app, "check", "Every fault in words; status 1 if there is any", input->Packs);
+  check->add_flag("--repair", input->Repair, "Mend what can be, take out the rest, say what was done");
+  check->callback([input, &chosen] {
+    const auto command = input->Repair ? RepairPacks : CheckPacks;
+    chosen = [input, command](Terminal& terminal) { return command(input->Packs, terminal); };
+  });
+  const auto pack = std::make_shared<std::string>();
+  CLI::App* sort = app.add_subcommand("sort", "Sort a pack by level, then difficulty");
+  sort->add_option("PACK", *pack, "The pack")->required();
+  sort->callback(
+      [pack, &chosen] { chosen = [pack](Terminal& terminal) { return SortPack(*pack, terminal); }; });
+}
+
+void AddMerge(CLI::App& app, Command& chosen) {
+  struct Input {
+    std::string Pack;
+    std::vector<std::string> Others;
+  };
+  const auto input = std::make_shared<Input>();
+  CLI::App* merge = app.add_subcommand("merge", "Append the puzzles of other packs, but for those alike");
+  merge->add_option("OUT", input->Pack, "The pack that grows")->required();
+  merge->add_option("IN", input->Others, "The other packs")->required();
+  merge->callback([input, &chosen] {
+    chosen = [input](Terminal& terminal) { return MergePacks(input->Pack, input->Others, terminal); };
+  });
 }
 
 }  // namespace bivouac

@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "tools/commands.h"
+#include "tools/terminal.h"
 
 namespace bivouac {
 

@@ -203,8 +203,7 @@ void AddStats(CLI::App& app, Command& chosen) {
   const auto options = std::make_shared<StatsOptions>();
   CLI::App* stats = app.add_subcommand("stats", "Levels, difficulty, tents, rules and seconds of hints");
   stats->add_option("PACK", options->Packs, "The packs")->required();
-  stats->add_flag_callback(
-      "--tsv", [options] { options->Output = Format::Table; }, "Write a table, separated by tabs");
+  AddTableFlag(*stats, options->Output);
   CLI::Option* output =
       stats->add_option("-o,--output", options->Drawing.Output, "A plot to write: an SVG, PDF or PNG");
   stats->add_flag("--force", options->Drawing.Force, "Overwrite the plot")->needs(output);
