@@ -30,4 +30,30 @@ BoardPicture HintPicture(const Main& main, const FoundHint& hint, const std::vec
   return picture;
 }
 
+BoardPicture PassagePicture(Main& main, const Way& way, Passage passage) {
+  for (std::size_t i = passage.First; i <= passage.Last; ++i) Play(main, way.Steps[i]);
+  const bool alone = passage.First == passage.Last;
+  BoardPicture picture = PositionPicture(main);
+  std::vector<FieldMark> marks;
+  bool sawOne = false;
+  for (std::size_t i = passage.First; i <= passage.Last; ++i) {
+    const FoundHint& hint = way.Steps[i].Hint;
+    if (!alone && hint.Rule->Stage == 1) continue;
+    picture = HintPicture(main, hint, {});
+    // Lines of several would not tell whose they are.
+    if (sawOne) picture.LastLine = picture.FirstLine - 1;
+    sawOne = true;
+    for (const FieldMark& mark : picture.Marks) {
+      const bool isOver = mark.What == FieldMark::Kind::Option && main.Board[mark.Cell] != CELL_OPEN;
+      if (!isOver) marks.push_back(mark);
+    }
+  }
+  picture.Marks = marks;
+  for (std::size_t i = passage.First; i <= passage.Last; ++i) {
+    for (const FieldChange& change : way.Steps[i].Changes)
+      picture.Marks.push_back({change.Cell, FieldMark::Kind::Decided, alone ? 0 : static_cast<int>(i) + 1});
+  }
+  return picture;
+}
+
 }  // namespace bivouac

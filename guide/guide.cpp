@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
+#include "drawing/hint_picture.h"
 #include "events/help.h"
 #include "game/error.h"
 #include "hints/evidence.h"
+#include "packs/pack_access.h"
 #include "rating/rating.h"
-#include "walks/explanation.h"
 #include "workbench/position.h"
 
 namespace bivouac {
@@ -52,8 +54,7 @@ std::string NeedText(const PackStats& stats, std::uint64_t cases) {
   return "Of the puzzles that come with the game, " + Listed(shares) + " of levels 1, 2, 3, 4 and 5 need it.";
 }
 
-std::string HintBlock(const std::vector<std::string>& names, const std::vector<GuidePosition>& positions,
-                      const PackStats& stats) {
+std::string HintBlock(const std::vector<std::string>& names, const GuideSources& sources) {
   Workbench bench;
   std::string anchors;
   std::vector<std::string> sentences;
@@ -61,7 +62,7 @@ std::string HintBlock(const std::vector<std::string>& names, const std::vector<G
   std::uint64_t cases = 0;
   int seconds = 0;
   for (const std::string& name : names) {
-    const GuideHint hint = LayGuidePosition(bench.main, PositionOf(positions, name));
+    const GuideHint hint = LayGuidePosition(bench.main, PositionOf(sources.Positions, name));
     anchors += "<a id=\"" + name + "\"></a>";
     const std::string sentence = SentenceOf(hint.Hint);
     if (std::find(sentences.begin(), sentences.end(), sentence) == sentences.end())
@@ -76,7 +77,7 @@ std::string HintBlock(const std::vector<std::string>& names, const std::vector<G
   std::string text = anchors + "\n\n";
   for (const std::string& sentence : sentences) text += "> " + sentence + "\n\n";
   return text + pictures.str() + "It costs " + std::to_string(seconds) + " seconds. " +
-         NeedText(stats, cases) + "\n";
+         NeedText(sources.Stats, cases) + "\n";
 }
 
 /// The tier of the pass that goes with a rule; 1 for those that the rater need not look for.
@@ -149,6 +150,45 @@ std::string HelpBlock() {
   return block;
 }
 
+/// Those of a stage, with their answers.
+std::string ExercisesBlock(int stage, const GuideSources& sources) {
+  std::ostringstream text;
+  Workbench bench;
+  int number = 0;
+  for (const GuidePosition& exercise : sources.Exercises) {
+    const GuideHint hint = LayGuidePosition(bench.main, exercise);
+    const HintRule& rule = *hint.Hint.Rule;
+    if (rule.Stage != stage) continue;
+    const std::string path = "pictures/" + ExerciseName(stage, ++number);
+    text << "![Exercise " << number << ": " << WordsOf(PositionPicture(bench.main)) << "](" << path
+         << ".svg)\n\n<details><summary>Exercise " << number
+         << ": what follows here?</summary>\n\n![The answer](" << path << ".answer.svg)\n\n[" << rule.Title
+         << "](" << PageLink(HintCases()[PlaceOf(hint.Hint)]) << "): " << PictureText(bench.main, hint)
+         << ". So: " << ChangesText(bench.main, hint.Changes) << ".\n\n</details>\n\n";
+  }
+  return text.str();
+}
+
+std::string WorkedBlock(const std::string& puzzle, const GuideSources& sources) {
+  Workbench bench;
+  const Way way = WorkedWay(bench, sources.Packs, puzzle);
+  const std::string name = WorkedName(puzzle);
+  std::ostringstream text;
+  text << "![The start: " << WordsOf(PositionPicture(bench.main)) << "](pictures/" << name << "-0.svg)\n\n";
+  int number = 0;
+  for (const std::vector<Passage>& told : PicturesOf(way)) {
+    for (const Passage& passage : told) {
+      const FoundHint& hint = way.Steps[passage.First].Hint;
+      const Telling telling = Tell(bench.main, way, passage);
+      text << "- [" << telling.Title << "](" << PageLink(HintCases()[PlaceOf(hint)]) << "): ";
+      for (const std::string& fact : telling.Facts) text << fact << "; ";
+      text << "so: " << telling.Changes << ".\n";
+    }
+    text << "\n![The board after these steps](pictures/" << name << '-' << ++number << ".svg)\n\n";
+  }
+  return text.str();
+}
+
 }  // namespace
 
 std::vector<GuidePosition> ReadGuidePositions(const std::string& path) {
@@ -191,12 +231,47 @@ std::string PictureText(const Main& main, const GuideHint& hint) {
   return text;
 }
 
-std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,
-                          const PackStats& stats) {
-  constexpr std::string_view kHintMark = "<!-- hint ";
-  constexpr std::string_view kPassesMark = "<!-- passes -->";
-  constexpr std::string_view kRulesMark = "<!-- rules -->";
-  constexpr std::string_view kHelpMark = "<!-- help -->";
+std::string ExerciseName(int stage, int number) {
+  return "exercise-" + std::to_string(stage) + '-' + std::to_string(number);
+}
+
+std::string WorkedName(const std::string& puzzle) {
+  std::string name = "worked-" + puzzle;
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c == ' ' || c == '.'; }, '-');
+  return name;
+}
+
+Way WorkedWay(Workbench& bench, const std::vector<std::string>& packs, const std::string& puzzle) {
+  const std::vector<std::string> words = Split(puzzle, ' ');
+  const auto path = std::find_if(packs.begin(), packs.end(),
+                                 [&](const std::string& pack) { return FileName(pack) == words.front(); });
+  if (path == packs.end()) throw InputError("the guide has no pack " + words.front());
+  StartPuzzleOn(bench, *path, std::stol(words.back()), {});
+  return WayFrom(bench.main);
+}
+
+std::vector<std::vector<Passage>> PicturesOf(const Way& way) {
+  constexpr std::size_t kPassagesAPicture = 3;
+  std::vector<std::vector<Passage>> pictures;
+  for (const Passage& passage : PassagesOf(way, Detail::TentsWithGrass)) {
+    if (pictures.empty() || pictures.back().size() == kPassagesAPicture) pictures.emplace_back();
+    pictures.back().push_back(passage);
+  }
+  return pictures;
+}
+
+std::string FillGuidePage(const std::string& page, const GuideSources& sources) {
+  using Fill = std::function<std::string(const std::string& rest)>;
+  const std::pair<std::string_view, Fill> marks[] = {
+      {"hint", [&](const std::string& rest) { return HintBlock(Split(rest, ' '), sources); }},
+      {"passes", [&](const std::string&) { return PassesBlock(sources.Positions); }},
+      {"rules", [&](const std::string&) { return RulesBlock(sources.Positions, sources.Stats); }},
+      {"help", [&](const std::string&) { return HelpBlock(); }},
+      {"exercises", [&](const std::string& rest) { return ExercisesBlock(std::stoi(rest), sources); }},
+      {"worked", [&](const std::string& rest) { return WorkedBlock(rest, sources); }}};
+  constexpr std::string_view kBegin = "<!-- ";
+  constexpr std::string_view kEnd = " -->";
   std::istringstream in(page);
   std::string out;
   bool skipping = false;
@@ -204,19 +279,12 @@ std::string FillGuidePage(const std::string& page, const std::vector<GuidePositi
     if (line == kEndMark) skipping = false;
     if (skipping) continue;
     out += line + '\n';
-    if (line.rfind(kHintMark, 0) == 0) {
-      std::vector<std::string> names = Split(line.substr(kHintMark.size()), ' ');
-      names.pop_back();  // The end of the comment.
-      out += HintBlock(names, positions, stats);
-      skipping = true;
-    } else if (line == kPassesMark) {
-      out += PassesBlock(positions);
-      skipping = true;
-    } else if (line == kRulesMark) {
-      out += RulesBlock(positions, stats);
-      skipping = true;
-    } else if (line == kHelpMark) {
-      out += HelpBlock();
+    if (!line.starts_with(kBegin) || !line.ends_with(kEnd)) continue;
+    const std::string mark = line.substr(kBegin.size(), line.size() - kBegin.size() - kEnd.size());
+    const std::string word = mark.substr(0, mark.find(' '));
+    for (const auto& [name, fill] : marks) {
+      if (word != name) continue;
+      out += fill(mark.substr(std::min(mark.size(), word.size() + 1)));
       skipping = true;
     }
   }

@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "walks/explanation.h"
 #include "walks/pack_stats.h"
-#include "walks/solution_walk.h"
+#include "workbench/workbench.h"
 
 namespace bivouac {
 
@@ -35,14 +36,36 @@ GuideHint LayGuidePosition(Main& main, const GuidePosition& position);
 /// What the picture of a hint shows, in words: the facts behind it.
 std::string PictureText(const Main& main, const GuideHint& hint);
 
-/// A page with everything between "<!-- hint NAMES -->", "<!-- rules -->", "<!-- passes -->" or "<!-- help
-/// -->" and "<!-- end -->" written anew: sentences, pictures, cost and need of the hints named; the list of
-/// all rules; the table of the rater's passes; what the help box tells of playing. Errors: InputError if a
-/// name has no position.
-std::string FillGuidePage(const std::string& page, const std::vector<GuidePosition>& positions,
-                          const PackStats& stats);
+/// What pages are filled from.
+struct GuideSources {
+  std::vector<GuidePosition> Positions;
+  std::vector<GuidePosition> Exercises;
+  std::vector<std::string> Packs;  ///< Their paths.
+  PackStats Stats;
+};
+
+/// What the pictures of an exercise and of a worked puzzle begin with.
+std::string ExerciseName(int stage, int number);
+std::string WorkedName(const std::string& puzzle);
+
+/// The puzzles that the guide works through: of level 1, and of level 4.
+inline const std::string kWorkedPuzzles[] = {"BVPack06.bvq 1", "BVPack08.bvq 80"};
+/// The way of such a puzzle, on a bench that stands at its start. Errors: InputError.
+Way WorkedWay(Workbench& bench, const std::vector<std::string>& packs, const std::string& puzzle);
+/// Its passages, those of one picture together.
+std::vector<std::vector<Passage>> PicturesOf(const Way& way);
+
+/// A page with everything between "<!-- MARK -->" and "<!-- end -->" written anew. Marks: "hint NAMES", for
+/// sentences, pictures, cost and need of the hints named; "rules", the list of all; "passes", the table of
+/// the rater's; "help", what the help box tells of playing; "exercises STAGE", with folded answers; "worked
+/// PACK NUMBER", a puzzle from its start to its end. Errors: InputError if a name has no position.
+std::string FillGuidePage(const std::string& page, const GuideSources& sources);
 
 /// Draws the board with the hint, and the board after it, as PATH.svg and PATH.after.svg. Errors: InputError.
 void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path);
+/// Draws the board, and the board with the hint, as PATH.svg and PATH.answer.svg.
+void DrawExercise(const Main& main, const GuideHint& hint, const std::string& path);
+/// Draws the start of a puzzle and its way as PATH-0.svg, PATH-1.svg and so on.
+void DrawWorked(Workbench& bench, const Way& way, const std::string& path);
 
 }  // namespace bivouac

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <sstream>
 
 #include "game/error.h"
@@ -18,20 +19,30 @@ namespace {
 namespace fs = std::filesystem;
 
 void BuildGuide(const fs::path& guide, const fs::path& output, const std::vector<std::string>& packs) {
-  const std::vector<GuidePosition> positions = ReadGuidePositions(guide / "positions.tsv");
-  const PackStats stats = StatsOf(packs, [] { return true; });
-  fs::create_directories(output / "pictures");
+  const GuideSources sources{ReadGuidePositions(guide / "positions.tsv"),
+                             ReadGuidePositions(guide / "exercises.tsv"), packs,
+                             StatsOf(packs, [] { return true; })};
+  const fs::path pictures = output / "pictures";
+  fs::create_directories(pictures);
   Workbench bench;
-  for (const GuidePosition& position : positions) {
-    const GuideHint hint = LayGuidePosition(bench.main, position);
-    DrawGuideHint(bench.main, hint, output / "pictures" / position.Name);
+  for (const GuidePosition& position : sources.Positions)
+    DrawGuideHint(bench.main, LayGuidePosition(bench.main, position), pictures / position.Name);
+  std::map<int, int> numbers;  // Of the exercises, by stage.
+  for (const GuidePosition& exercise : sources.Exercises) {
+    const GuideHint hint = LayGuidePosition(bench.main, exercise);
+    const int stage = hint.Hint.Rule->Stage;
+    DrawExercise(bench.main, hint, pictures / ExerciseName(stage, ++numbers[stage]));
+  }
+  for (const std::string& puzzle : kWorkedPuzzles) {
+    const Way way = WorkedWay(bench, packs, puzzle);
+    DrawWorked(bench, way, pictures / WorkedName(puzzle));
   }
   for (const fs::directory_entry& page : fs::directory_iterator(guide)) {
     if (page.path().extension() != ".md") continue;
     std::ostringstream text;
     text << std::ifstream(page.path()).rdbuf();
     std::ofstream out(output / page.path().filename());
-    out << FillGuidePage(text.str(), positions, stats);
+    out << FillGuidePage(text.str(), sources);
     if (!out.flush()) throw InputError(page.path().filename().string() + ": cannot be written");
   }
 }

@@ -64,4 +64,20 @@ void DrawGuideHint(Main& main, const GuideHint& hint, const std::string& path) {
   DrawBoard(after, hint.Name() + ", after it", path + ".after.svg");
 }
 
+void DrawExercise(const Main& main, const GuideHint& hint, const std::string& path) {
+  DrawBoard(PositionPicture(main), "An exercise", path + ".svg");
+  DrawBoard(HintPicture(main, hint.Hint, hint.Changes), hint.Name(), path + ".answer.svg");
+}
+
+void DrawWorked(Workbench& bench, const Way& way, const std::string& path) {
+  DrawBoard(PositionPicture(bench.main), "The start", path + "-0.svg");
+  int number = 0;
+  for (const std::vector<Passage>& told : PicturesOf(way)) {
+    const Passage all{told.front().First, told.back().Last};
+    const BoardPicture picture = PassagePicture(bench.main, way, all);
+    DrawBoard(picture, "Steps " + std::to_string(all.First + 1) + " to " + std::to_string(all.Last + 1),
+              path + '-' + std::to_string(++number) + ".svg");
+  }
+}
+
 }  // namespace bivouac

@@ -18,7 +18,10 @@ const std::string kGuide = BIVOUAC_SOURCE_DIR "/docs/guide/";
 TEST(Guide, EveryPositionGivesItsHint) {
   Workbench bench;
   Main& main = bench.main;
-  for (const GuidePosition& position : ReadGuidePositions(kGuide + "positions.tsv")) {
+  std::vector<GuidePosition> positions = ReadGuidePositions(kGuide + "positions.tsv");
+  const std::vector<GuidePosition> exercises = ReadGuidePositions(kGuide + "exercises.tsv");
+  positions.insert(positions.end(), exercises.begin(), exercises.end());
+  for (const GuidePosition& position : positions) {
     SCOPED_TRACE(position.Name);
     LayPosition(main, position.Position);
     main.BoardLive = true;
@@ -54,8 +57,8 @@ TEST(Guide, EveryHintHasItsPosition) {
 }
 
 TEST(Guide, PagesRefuseHintsWithoutAPosition) {
-  EXPECT_THROW(FillGuidePage("<!-- hint Nonsense-1 -->\n<!-- end -->\n", {}, {}), InputError);
-  EXPECT_THROW(FillGuidePage("<!-- passes -->\n", {}, {}), InputError);
+  EXPECT_THROW(FillGuidePage("<!-- hint Nonsense-1 -->\n<!-- end -->\n", {}), InputError);
+  EXPECT_THROW(FillGuidePage("<!-- passes -->\n", {}), InputError);
 }
 
 }  // namespace

@@ -150,34 +150,6 @@ class Flow {
   double y_ = 0;
 };
 
-/// Plays a passage and pictures it: what its steps beyond the first stage start from, and each field with the
-/// step that decides it.
-BoardPicture PictureOf(Main& main, const Way& way, Passage passage) {
-  for (std::size_t i = passage.First; i <= passage.Last; ++i) Play(main, way.Steps[i]);
-  const bool alone = passage.First == passage.Last;
-  BoardPicture picture = PositionPicture(main);
-  std::vector<FieldMark> marks;
-  bool sawOne = false;
-  for (std::size_t i = passage.First; i <= passage.Last; ++i) {
-    const FoundHint& hint = way.Steps[i].Hint;
-    if (!alone && hint.Rule->Stage == 1) continue;
-    picture = HintPicture(main, hint, {});
-    // Lines of several would not tell whose they are.
-    if (sawOne) picture.LastLine = picture.FirstLine - 1;
-    sawOne = true;
-    for (const FieldMark& mark : picture.Marks) {
-      const bool isOver = mark.What == FieldMark::Kind::Option && main.Board[mark.Cell] != CELL_OPEN;
-      if (!isOver) marks.push_back(mark);
-    }
-  }
-  picture.Marks = marks;
-  for (std::size_t i = passage.First; i <= passage.Last; ++i) {
-    for (const FieldChange& change : way.Steps[i].Changes)
-      picture.Marks.push_back({change.Cell, FieldMark::Kind::Decided, alone ? 0 : static_cast<int>(i) + 1});
-  }
-  return picture;
-}
-
 std::string Reasoning(const std::vector<std::string>& facts, const std::string& changes) {
   std::string text;
   for (const std::string& fact : facts) text += fact + "; ";
@@ -285,7 +257,7 @@ ExitStatus ExplainOnPaper(const ExplainOptions& options, Terminal&) {
   main.Board = before;
   const double side = options.Long ? 0.33 * flow.Width() : LayOut(flow, blocks, main.BoardSize);
   for (Block& block : blocks) {
-    if (block.Steps) block.Board = PictureOf(main, way, *block.Steps);
+    if (block.Steps) block.Board = PassagePicture(main, way, *block.Steps);
   }
   flow.Draw(blocks, side);
   canvas.Close();
