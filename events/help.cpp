@@ -4,9 +4,9 @@ namespace bivouac {
 namespace {
 
 constexpr const char* kPlayHelp =
-    "A CLICK makes an open field grass, grass a tent, and a tent open again. On a tree it tells, for some "
-    "seconds, where its tent stands.\nTHE NUMBERS: a tick says that the line is finished, a line under a red "
-    "number that it has too many tents.\nLEVELS go from 1, for beginners, to 5, by the hardest deduction "
+    "A CLICK makes an open field grass, grass a tent, and a tent open again. On a tree it tells, at a price "
+    "in seconds, where its tent stands.\nTHE NUMBERS: a tick says that the line is finished, a line under a "
+    "red number that it has too many tents.\nLEVELS go from 1, for beginners, to 5, by the hardest deduction "
     "that the puzzle needs.\n";
 
 constexpr const char* kOtherKeys =
