@@ -236,6 +236,8 @@ void Season::Play() {
     while (!ended_ && !bytes_.AtEnd()) WindowEvent();
     CheckFiles();
   } while (!bytes_.AtEnd() && yields_ < kMostYields);
+  NoteEnd(GameText(main()));
+  for (const auto& [name, bytes] : files_) NoteEnd(name + bytes);
 }
 
 void Season::WindowEvent() {

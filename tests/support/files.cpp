@@ -29,9 +29,11 @@ extern "C" int setrlimit(int, const rlimit* limit) {
 extern "C" ssize_t pwrite(int descriptor, const void* bytes, std::size_t count, off_t offset) {
   const auto from = static_cast<rlim_t>(offset);
   const __wasi_ciovec_t part{static_cast<const std::uint8_t*>(bytes),
-                             std::min<std::size_t>(count, most - std::min(most, from))};
+                             static_cast<std::size_t>(std::min<rlim_t>(count, most - std::min(most, from)))};
   __wasi_size_t written = 0;
-  errno = part.buf_len == 0 ? EFBIG : __wasi_fd_pwrite(descriptor, &part, 1, from, &written);
+  errno = part.buf_len == 0
+              ? EFBIG
+              : __wasi_fd_pwrite(static_cast<__wasi_fd_t>(descriptor), &part, 1, from, &written);
   return errno == 0 ? static_cast<ssize_t>(written) : -1;
 }
 #endif
