@@ -146,21 +146,21 @@ Canvas::~Canvas() {
 }
 
 void Canvas::SetColour(Colour colour) {
-  cairo_set_source_rgb(pen_, colour.Red, colour.Green, colour.Blue);
+  cairo_set_source_rgb(Pen(), colour.Red, colour.Green, colour.Blue);
 }
 
 void Canvas::Fill(const Box& box, Colour colour) {
   SetColour(colour);
-  cairo_rectangle(pen_, box.X, box.Y, box.Width, box.Height);
-  cairo_fill(pen_);
+  cairo_rectangle(Pen(), box.X, box.Y, box.Width, box.Height);
+  cairo_fill(Pen());
 }
 
 void Canvas::Line(Point from, Point to, double width, Colour colour) {
   SetColour(colour);
-  cairo_set_line_width(pen_, width);
-  cairo_move_to(pen_, from.X, from.Y);
-  cairo_line_to(pen_, to.X, to.Y);
-  cairo_stroke(pen_);
+  cairo_set_line_width(Pen(), width);
+  cairo_move_to(Pen(), from.X, from.Y);
+  cairo_line_to(Pen(), to.X, to.Y);
+  cairo_stroke(Pen());
 }
 
 void Canvas::LayText(const std::string& text, const TextStyle& style, double width) {
@@ -171,7 +171,7 @@ void Canvas::LayText(const std::string& text, const TextStyle& style, double wid
   pango_font_description_set_absolute_size(font, style.Size * PANGO_SCALE);
   pango_layout_set_font_description(layout_, font);
   pango_font_description_free(font);
-  pango_layout_set_width(layout_, width > 0 ? static_cast<int>(width * PANGO_SCALE) : -1);
+  pango_layout_set_width(layout_, width > 0 ? static_cast<int>(std::ceil(width * PANGO_SCALE)) : -1);
   pango_layout_set_alignment(layout_, style.Align == Alignment::Centre  ? PANGO_ALIGN_CENTER
                                       : style.Align == Alignment::Right ? PANGO_ALIGN_RIGHT
                                                                         : PANGO_ALIGN_LEFT);
@@ -193,8 +193,8 @@ double Canvas::Text(const std::string& text, Point at, const TextStyle& style, d
   const double share = style.Align == Alignment::Centre ? 0.5 : style.Align == Alignment::Right ? 1 : 0;
   smallestType_ = std::min(smallestType_, style.Size);
   SetColour(style.Ink);
-  cairo_move_to(pen_, at.X - share * (width > 0 ? width : extent.Width), at.Y);
-  pango_cairo_show_layout(pen_, layout_);
+  cairo_move_to(Pen(), at.X - share * (width > 0 ? width : extent.Width), at.Y);
+  pango_cairo_show_layout(Pen(), layout_);
   return extent.Height;
 }
 
@@ -207,17 +207,17 @@ void Canvas::TextInBox(const std::string& text, const Box& box, const TextStyle&
   const double ascent = static_cast<double>(pango_layout_get_baseline(layout_)) / PANGO_SCALE;
   smallestType_ = std::min(smallestType_, style.Size);
   SetColour(style.Ink);
-  cairo_move_to(pen_, box.X + (box.Width - static_cast<double>(logical.width) / PANGO_SCALE) / 2,
+  cairo_move_to(Pen(), box.X + (box.Width - static_cast<double>(logical.width) / PANGO_SCALE) / 2,
                 baseline - ascent);
-  pango_cairo_show_layout(pen_, layout_);
+  pango_cairo_show_layout(Pen(), layout_);
 }
 
 void Canvas::BeginTag(const char* tag, const std::string& attributes) {
-  if (format_ == PictureFormat::Pdf) cairo_tag_begin(pen_, tag, attributes.c_str());
+  if (format_ == PictureFormat::Pdf) cairo_tag_begin(Pen(), tag, attributes.c_str());
 }
 
 void Canvas::EndTag(const char* tag) {
-  if (format_ == PictureFormat::Pdf) cairo_tag_end(pen_, tag);
+  if (format_ == PictureFormat::Pdf) cairo_tag_end(Pen(), tag);
 }
 
 void Canvas::BeginFigure(const std::string& words) {
@@ -233,11 +233,13 @@ void Canvas::AddToOutline(const std::string& name) {
 }
 
 void Canvas::NamePage(const std::string& name) {
-  if (format_ == PictureFormat::Pdf) cairo_pdf_surface_set_page_label(surface_, name.c_str());
+  if (format_ != PictureFormat::Pdf) return;
+  Pen();
+  cairo_pdf_surface_set_page_label(surface_, name.c_str());
 }
 
 void Canvas::EndPage() {
-  if (format_ == PictureFormat::Pdf) cairo_show_page(pen_);
+  pageEnded_ = format_ == PictureFormat::Pdf;
   ++pages_;
   if (failed_) file_.Sync();  // Throws it.
 }
@@ -256,7 +258,10 @@ std::string Canvas::WithWords(std::string svg) const {
 
 void Canvas::Finish() {
   if (std::exchange(finished_, true)) return;
-  EndTag("Document");
+  if (std::exchange(pageEnded_, false)) {
+    EndTag("Document");
+    cairo_show_page(pen_);
+  }
   cairo_status_t status = CAIRO_STATUS_SUCCESS;
   if (format_ == PictureFormat::Png) status = cairo_surface_write_to_png_stream(surface_, AddTo, &picture_);
   cairo_surface_finish(surface_);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "drawing/finished_pdf.h"
 #include "storage/replacement.h"
@@ -76,7 +77,10 @@ class Canvas {
   Canvas& operator=(const Canvas&) = delete;
   ~Canvas();
 
-  cairo_t* Pen() { return pen_; }
+  cairo_t* Pen() {
+    if (std::exchange(pageEnded_, false)) cairo_show_page(pen_);
+    return pen_;
+  }
   const Extent& Page() const { return page_; }
   void SetColour(Colour colour);
   void Fill(const Box& box, Colour colour);
@@ -133,6 +137,7 @@ class Canvas {
   cairo_surface_t* surface_ = nullptr;
   cairo_t* pen_ = nullptr;
   PangoLayout* layout_ = nullptr;
+  bool pageEnded_ = false;  // The next begins with what is drawn next: nothing makes an empty one.
   bool finished_ = false;
 };
 

@@ -180,8 +180,8 @@ std::vector<ContentsLine> ContentsOf(const std::vector<BookItem>& items, bool so
 /// Where the reader of a puzzle finds its solution.
 std::string SolutionNote(const BookItem& item, SolutionPlace place) {
   if (place == SolutionPlace::None) return {};
-  const std::string text = "solution on page " + std::to_string(item.SolutionPage);
-  return place == SolutionPlace::Back ? text : text + " of the solutions";
+  const std::string page = "page " + std::to_string(item.SolutionPage);
+  return place == SolutionPlace::Back ? "solution on " + page : page + " of the solutions";
 }
 
 std::string SolutionsName(const std::string& output) {

@@ -172,7 +172,8 @@ void CheckPlot(const DrawingOptions& options) {
 void PlotStats(const DrawingOptions& options, const PackStats& stats, const std::function<bool()>& mayKeep) {
   Canvas canvas(options.Output, *FormatOfName(options.Output), {1000, 780}, "Packs of Bivouac",
                 options.Force ? Overwrite::Yes : Overwrite::No);
-  canvas.Fill({0, 0, 1000, 780}, kWhite);
+  // A PDF is white by itself, and forgets the tags before what fills a page.
+  if (FormatOfName(options.Output) != PictureFormat::Pdf) canvas.Fill({0, 0, 1000, 780}, kWhite);
   canvas.BeginFigure(
       "Difficulty and seconds of hints, puzzles by pack and level, and the rules that hints need: the "
       "numbers are those that the table of bivouac-packs stats tells.");
