@@ -20,6 +20,7 @@ TEST(Guide, EveryPositionGivesItsHint) {
   Main& main = bench.main;
   std::vector<GuidePosition> positions = ReadGuidePositions(kGuide + "positions.tsv");
   const std::vector<GuidePosition> exercises = ReadGuidePositions(kGuide + "exercises.tsv");
+  EXPECT_EQ(exercises.size(), 25U);  // Five a stage.
   positions.insert(positions.end(), exercises.begin(), exercises.end());
   for (const GuidePosition& position : positions) {
     SCOPED_TRACE(position.Name);
