@@ -38,6 +38,9 @@ struct PersonalRecord {
   friend bool operator==(const PersonalRecord&, const PersonalRecord&) = default;
 };
 
+constexpr bool IsSize(int size) {
+  return size >= kMinSize && size <= kMaxSize;
+}
 /// The level in a LevelSize, rounded down: -26 gives -1.
 constexpr int LevelOf(int levelSize) {
   return levelSize >> 5;

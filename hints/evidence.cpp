@@ -190,10 +190,6 @@ class Witness {
 
 }  // namespace
 
-std::string FieldName(const Main& main, int cell) {
-  return NamesOf(main, {cell}, Naming::Short);
-}
-
 std::string FieldNames(const Main& main, std::vector<int> cells) {
   return NamesOf(main, std::move(cells), Naming::Short);
 }

@@ -8,9 +8,8 @@
 
 namespace bivouac {
 
-/// What is told of a field by row and column, counted from 1: "r3c4".
-std::string FieldName(const Main& main, int cell);
-/// Several, in their order on the board; three or more side by side are "r3c4-6".
+/// Fields by row and column, counted from 1, in their order on the board: "r3c4"; three or more side by side
+/// are "r3c4-6".
 std::string FieldNames(const Main& main, std::vector<int> cells);
 
 enum class Naming {

@@ -43,7 +43,7 @@ std::vector<AlikePair> AlikePuzzles(const std::vector<PackRecord>& records) {
   for (const PackRecord& record : records) {
     ++number;
     const int size = SizeOf(record.LevelSize);
-    if (size < kMinSize || size > kMaxSize) continue;
+    if (!IsSize(size)) continue;
     const auto [first, isNew] = firsts.emplace(ViewedFromAnySide(record), number);
     if (!isNew) pairs.push_back({number, first->second});
   }

@@ -1,7 +1,11 @@
 #include "packs/faults.h"
 
+#include <array>
+
 #include "game/board.h"
 #include "generator/unique_solution.h"
+#include "packs/pack_access.h"
+#include "packs/ranges.h"
 #include "rating/rating.h"
 #include "storage/record_file.h"
 #include "workbench/workbench.h"
@@ -17,8 +21,13 @@ std::string Indexed(const char* field, int index) {
   return std::string(field) + '[' + Number(index) + ']';
 }
 
-bool IsSize(int size) {
-  return size >= kMinSize && size <= kMaxSize;
+const char* NameOf(RecordField field) {
+  return std::array{"Layout", "TentDirs", "RowCounts", "ColCounts"}.at(static_cast<std::size_t>(field));
+}
+
+std::string KindOf(RecordField field) {
+  if (field == RecordField::Layout) return "the code ";
+  return field == RecordField::TentDirs ? "the direction " : "";
 }
 
 /// Looks through one record and collects what is wrong with it.
@@ -59,34 +68,13 @@ class Inspection {
   }
 
   void CheckRanges() {
-    for (int cell = 0; cell < kMaxCells; ++cell) {
-      const int code = record_.Layout[cell];
-      const int direction = record_.TentDirs[cell];
-      if (cell >= main_.CellCount) {
-        if (code != 0) Add(Indexed("Layout", cell), Number(code) + " behind the last cell, where 0 belongs");
-        if (direction != 0)
-          Add(Indexed("TentDirs", cell), Number(direction) + " behind the last cell, where 0 belongs");
-        continue;
-      }
-      if (code < CELL_OPEN || code > CELL_TREE) {
-        Add(Indexed("Layout", cell), "the code " + Number(code) + " is not 0 to 3");
-      }
-      if (direction < 0 || direction > WEST) {
-        Add(Indexed("TentDirs", cell), "the direction " + Number(direction) + " is not 0 to 4");
-      }
-    }
-    for (int line = 0; line < kMaxSize; ++line) {
-      CheckClueRange("RowCounts", line, record_.RowCounts[line]);
-      CheckClueRange("ColCounts", line, record_.ColCounts[line]);
-    }
-  }
-
-  void CheckClueRange(const char* field, int line, int clue) {
-    if (line >= size_) {
-      if (clue != 0) Add(Indexed(field, line), Number(clue) + " behind the last line, where 0 belongs");
-    } else if (clue < 0 || clue > size_) {
-      Add(Indexed(field, line), Number(clue) + " is not 0 to " + Number(size_));
-    }
+    ForEachOutOfRange(record_, [&](RecordField field, int index, int value, int highest) {
+      const bool isOfCell = field == RecordField::Layout || field == RecordField::TentDirs;
+      Add(Indexed(NameOf(field), index),
+          highest == 0
+              ? Number(value) + " behind the last " + (isOfCell ? "cell" : "line") + ", where 0 belongs"
+              : KindOf(field) + Number(value) + " is not 0 to " + Number(highest));
+    });
   }
 
   void CheckTents() {

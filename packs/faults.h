@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "game/game_state.h"
-#include "packs/pack_access.h"
+#include "packs/pack_reader.h"
 
 namespace bivouac {
 

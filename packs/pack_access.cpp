@@ -14,36 +14,7 @@
 namespace bivouac {
 namespace {
 
-constexpr int kAttempts = 3;  // After these a rewrite makes the others wait.
 constexpr auto kClockStep = std::chrono::milliseconds(25);
-
-void RequireSizes(const std::string& path, const std::vector<PackRecord>& records, int lowest, int highest) {
-  long number = 0;
-  for (const PackRecord& record : records) {
-    ++number;
-    const int size = SizeOf(record.LevelSize);
-    if (size >= lowest && size <= highest) continue;
-    throw InputError(path + ": record " + std::to_string(number) + " has the size " + std::to_string(size) +
-                     (lowest == highest ? ", not " + std::to_string(lowest) : ", which is not 6 to 18"));
-  }
-}
-
-/// Runs a step whose file errors are errors of the input.
-template <class Step>
-auto OnPack(Step step) {
-  try {
-    return step();
-  } catch (const RunTimeError& error) {
-    throw InputError(error.what());
-  }
-}
-
-PackContent ContentOf(const RecordFile<PackRecord>& file) {
-  PackContent content{file.ReadAll(), file.SpareBytes()};
-  const auto records = static_cast<long>(file.TakeStamp().Length / RecordFile<PackRecord>::kBytes);
-  content.Unfinished = std::max(0L, records - static_cast<long>(content.Records.size()));
-  return content;
-}
 
 }  // namespace
 
@@ -66,27 +37,6 @@ void RequireNoInput(const std::string& output, const std::vector<std::string>& i
   }
 }
 
-PackContent ReadContent(const std::string& path) {
-  if (!FileExists(path)) throw InputError(path + ": no such file");
-  return OnPack([&] { return ContentOf(RecordFile<PackRecord>(path)); });
-}
-
-const std::vector<PackRecord>& SoundRecords(const std::string& path, const PackContent& content) {
-  if (content.SpareBytes != 0)
-    throw InputError(path + ": " + std::to_string(content.SpareBytes) +
-                     " bytes behind the last whole record");
-  RequireSizes(path, content.Records, kMinSize, kMaxSize);
-  return content.Records;
-}
-
-std::vector<PackRecord> ReadSoundPack(const std::string& path) {
-  return SoundRecords(path, ReadContent(path));
-}
-
-void RequireSize(const std::string& path, const std::vector<PackRecord>& records, int size) {
-  RequireSizes(path, records, size, size);
-}
-
 Patience LongPatience(std::ostream& err) {
   const auto said = std::make_shared<std::set<std::string>>();
   return {std::chrono::seconds(30), [&err, said](const std::string& words) {
@@ -96,20 +46,13 @@ Patience LongPatience(std::ostream& err) {
 
 PackRewrite::PackRewrite(std::string path, Patience patience, Change change)
     : path_(std::move(path)), patience_(std::move(patience)), change_(std::move(change)) {
-  Read();
-}
-
-void PackRewrite::Read() {
-  if (!FileExists(path_)) throw InputError(path_ + ": no such file");
-  OnPack([&] {
-    const RecordFile<PackRecord> pack(path_, Access::Write);
+  const RecordFile<PackRecord> pack = OpenPack(path_, Access::Write);
+  stamp_ = pack.TakeStamp();
+  if (!stamp_.Certain) {
+    std::this_thread::sleep_for(kClockStep);
     stamp_ = pack.TakeStamp();
-    if (!stamp_.Certain) {
-      std::this_thread::sleep_for(kClockStep);
-      stamp_ = pack.TakeStamp();
-    }
-    Prepare(ContentOf(pack));
-  });
+  }
+  Prepare(ContentOf(pack));
 }
 
 void PackRewrite::Prepare(PackContent content) {
@@ -124,21 +67,14 @@ void PackRewrite::Prepare(PackContent content) {
 }
 
 void PackRewrite::Commit(const std::function<void()>& last) {
-  for (int attempt = 1; replacement_; ++attempt) {
-    if (attempt > 1) Read();
-    OnPack([&] {
-      RecordFile<PackRecord> pack(path_, Access::Write, patience_);
-      const Turn turn(pack);
-      const bool isAsRead = stamp_.Certain && pack.TakeStamp() == stamp_;
-      if (!isAsRead && attempt < kAttempts) return;
-      if (!isAsRead) Prepare(ContentOf(pack));
-      if (replacement_) {
-        last();
-        replacement_->TakePlace();
-      }
-      replacement_.reset();
-    });
-  }
+  if (!replacement_) return;
+  RecordFile<PackRecord> pack(path_, Access::Write, patience_);
+  const Turn turn(pack);
+  if (!stamp_.Certain || pack.TakeStamp() != stamp_) Prepare(ContentOf(pack));
+  if (!replacement_) return;
+  last();
+  replacement_->TakePlace();
+  replacement_.reset();
 }
 
 PackAppender::PackAppender(std::string path, int size, Twins twins, Patience patience)
@@ -152,7 +88,7 @@ void PackAppender::LookAtNewRecords() {
   openings_ = file_->Openings();
   for (const PackRecord& record : file_->ReadAll(seen_ + 1)) {
     const int size = SizeOf(record.LevelSize);
-    if (size >= kMinSize && size <= kMaxSize) views_.insert(ViewedFromAnySide(record));
+    if (IsSize(size)) views_.insert(ViewedFromAnySide(record));
     ++seen_;
   }
 }

@@ -1,5 +1,5 @@
-// Whole packs on disk: read, added to, rewritten. A pack is never left half-written, and other programs may
-// use it at the same time.
+// Packs on disk: added to and rewritten. A pack is never left half-written, and other programs may use it at
+// the same time.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@
 
 #include "game/error.h"
 #include "game/text.h"
-#include "storage/record_file.h"
+#include "packs/pack_reader.h"
 #include "storage/replacement.h"
 
 namespace bivouac {
@@ -26,33 +26,17 @@ int SizeInName(const std::string& name);
 /// Errors: InputError if a file to be written is one of those that are read.
 void RequireNoInput(const std::string& output, const std::vector<std::string>& inputs);
 
-/// What a file holds, whether it is a sound pack or not.
-struct PackContent {
-  std::vector<PackRecord> Records;  ///< The whole records.
-  long SpareBytes = 0;              ///< Behind the last whole record.
-  long Unfinished = 0;              ///< Records behind these whose writer never came to their end.
-  friend bool operator==(const PackContent&, const PackContent&) = default;
-};
-/// Errors: InputError if there is no such file or it cannot be read.
-PackContent ReadContent(const std::string& path);
-/// The records of a content that is sound. Errors: InputError, which names the pack.
-const std::vector<PackRecord>& SoundRecords(const std::string& path, const PackContent& content);
-
-/// The records of a pack. Errors: InputError as well if its length is not a whole number of records, or a
-/// record's size is not 6 to 18.
-std::vector<PackRecord> ReadSoundPack(const std::string& path);
-/// Errors: InputError if a record of the pack has another size.
-void RequireSize(const std::string& path, const std::vector<PackRecord>& records, int size);
-
 /// The patience of a program that nobody waits for: half a minute. What a person should know goes there, each
 /// sentence once.
 Patience LongPatience(std::ostream& err);
 
 /// Puts a new content in the place of a pack's, which is prepared beside it. What other programs change
-/// meanwhile is kept: the change is made anew then. Errors: InputError; the pack is as it was then.
+/// meanwhile is kept: the change is made anew then, while they wait. Errors: InputError, file errors; the
+/// pack is as it was then.
 class PackRewrite {
  public:
-  /// What is to stand in a pack instead of this. Called again if the pack changes meanwhile.
+  /// What is to stand in a pack instead of this. Called again if the pack changes meanwhile, when it should
+  /// not look long at what is as it was.
   using Change = std::function<std::vector<PackRecord>(const PackContent&)>;
 
   /// Brings the new content to the disk, unless it is what stands there already.
@@ -61,7 +45,6 @@ class PackRewrite {
   void Commit(const std::function<void()>& last = [] {});
 
  private:
-  void Read();
   void Prepare(PackContent content);
 
   std::string path_;

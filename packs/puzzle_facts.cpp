@@ -2,19 +2,22 @@
 
 #include <cstdio>
 
-#include "rating/rating.h"
 #include "workbench/workbench.h"
 
 namespace bivouac {
 
-PuzzleFacts FactsOf(Main& main, const PackRecord& record) {
+Rating Rate(Main& main, const PackRecord& record) {
   LayOutRecord(main, record);
-  PuzzleFacts facts{main.BoardSize, LevelOf(record.LevelSize), 0};
-  int level = 0;
-  RatePuzzle(main, level);
-  if (facts.Level == 0) facts.Level = level;
-  facts.Difficulty = main.Difficulty;
-  return facts;
+  Rating rating;
+  RatePuzzle(main, rating.Level, rating.Trace);
+  rating.Difficulty = main.Difficulty;
+  return rating;
+}
+
+PuzzleFacts FactsOf(Main& main, const PackRecord& record) {
+  const Rating rating = Rate(main, record);
+  const int stored = LevelOf(record.LevelSize);
+  return {main.BoardSize, stored != 0 ? stored : rating.Level, rating.Difficulty};
 }
 
 std::string FactsText(const PuzzleFacts& facts) {

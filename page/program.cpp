@@ -242,7 +242,7 @@ void Program::TakeEvent(const std::string& what, const std::string& rest) {
       MessageBox box{.Title = "Pack"};
       try {
         box.Text = JoinPack(main_, rest);
-      } catch (const InputError& error) {
+      } catch (const std::runtime_error& error) {
         box.Text = error.what();
         box.Symbol = BoxSymbol::Warning;
       }

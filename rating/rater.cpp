@@ -6,7 +6,7 @@ namespace {
 /// The main of a rating, if its board can be worked on; before anything is read from it.
 Main& LaidOut(Main& main) {
   const int size = main.BoardSize;
-  const bool laidOut = size >= kMinSize && size <= kMaxSize && main.CellCount == size * size;
+  const bool laidOut = IsSize(size) && main.CellCount == size * size;
   if (!laidOut || main.Board.Upper() != main.CellCount - 1) ThrowIndexOutsideArray();
   return main;
 }

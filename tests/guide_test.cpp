@@ -40,7 +40,7 @@ TEST(Guide, EveryPositionGivesItsHint) {
       ForEachSide(main.BoardSize, change.Cell, [&](int side, int direction) {
         tent = tent || directions[static_cast<std::size_t>(side)] == '0' + OppositeOf(direction);
       });
-      EXPECT_EQ(tent, change.Code == CELL_TENT) << FieldName(main, change.Cell);
+      EXPECT_EQ(tent, change.Code == CELL_TENT) << FieldNames(main, {change.Cell});
     }
   }
 }

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <ostream>
 #include <set>
+#include <unordered_map>
 #include <utility>
 
 #include "game/clock.h"
@@ -15,7 +16,7 @@
 #include "packs/alike.h"
 #include "packs/faults.h"
 #include "packs/pack_access.h"
-#include "rating/rating.h"
+#include "packs/puzzle_facts.h"
 #include "storage/best_times.h"
 #include "storage/platform_files.h"
 #include "storage/players.h"
@@ -79,48 +80,38 @@ int TreesIn(const PackRecord& record) {
   return static_cast<int>(std::count(record.Layout.begin(), record.Layout.end(), CELL_TREE));
 }
 
-struct Rating {
-  int Level = 0;
-  float Difficulty = 0;
-  RatingTrace Trace;
-};
-
-/// Leaves the board as the rating left it.
-Rating Rate(Main& main, const PackRecord& record) {
-  LayOutRecord(main, record);
-  Rating rating;
-  RatePuzzle(main, rating.Level, rating.Trace);
-  rating.Difficulty = main.Difficulty;
-  return rating;
-}
-
-/// Ratings of the records of a pack. While they are used, others may change it: what stands where it stood is
-/// not rated again.
-class KnownRatings {
+/// What was found out about the records of a pack. While it is used, others may change the pack: what stands
+/// where it stood is not looked at again.
+template <class Found>
+class Known {
  public:
-  struct Known {
-    PackRecord Puzzle;
-    int Level = 0;
-    float Difficulty = 0;
-  };
-
-  void Add(const PackRecord& record, const Rating& rating) {
-    known_.push_back({record, rating.Level, rating.Difficulty});
-  }
-  const Known& Of(std::size_t place, const PackRecord& record) {
-    if (place >= known_.size()) known_.resize(place + 1);
-    Known& known = known_[place];
-    const bool isKnown =
-        IsSamePuzzle(known.Puzzle, record) && SizeOf(known.Puzzle.LevelSize) == SizeOf(record.LevelSize);
-    if (!isKnown) {
-      const Rating rating = Rate(bench_.main, record);
-      known = {record, rating.Level, rating.Difficulty};
-    }
-    return known;
+  template <class Find>
+  const Found& Of(std::size_t place, const PackRecord& record, Find find) {
+    auto known = known_.find(place);
+    if (known == known_.end() || known->second.first != record)
+      known = known_.insert_or_assign(place, std::pair(record, find(record))).first;
+    return known->second.second;
   }
 
  private:
-  std::vector<Known> known_;
+  std::unordered_map<std::size_t, std::pair<PackRecord, Found>> known_;
+};
+
+class KnownRatings {
+ public:
+  /// Level and difficulty.
+  const std::pair<int, float>& Of(std::size_t place, const PackRecord& record) {
+    return known_.Of(place, record, [&](const PackRecord& unknown) {
+      const Rating rating = Rate(bench_.main, unknown);
+      return std::pair(rating.Level, rating.Difficulty);
+    });
+  }
+  void Add(std::size_t place, const PackRecord& record, const Rating& rating) {
+    known_.Of(place, record, [&](const PackRecord&) { return std::pair(rating.Level, rating.Difficulty); });
+  }
+
+ private:
+  Known<std::pair<int, float>> known_;
   Workbench bench_;
 };
 
@@ -130,7 +121,7 @@ void StoreLevels(const std::string& path, KnownRatings& ratings, const Patience&
   PackRecord record;
   const auto isStored = [&](long number) {
     pack.Read(number, record);
-    const int level = ratings.Of(static_cast<std::size_t>(number) - 1, record).Level;
+    const int level = ratings.Of(static_cast<std::size_t>(number) - 1, record).first;
     const auto levelSize = LevelSizeOf(level, SizeOf(record.LevelSize));
     return std::exchange(record.LevelSize, levelSize) == levelSize;
   };
@@ -214,34 +205,58 @@ void CommitMoved(PackRewrite& rewrite, const std::string& pack, const std::vecto
   rewrite.Commit([&] { RequireNoOwnTimes(pack, order, &turns); });
 }
 
-/// The records of a pack that is sound then, the place of each before, and in words what was done to it.
-std::vector<PackRecord> Repaired(const std::string& path, const PackContent& content,
-                                 std::vector<std::size_t>& order, std::string& words) {
-  Workbench bench;
-  const std::string name = FileName(path);
-  const int size = SizeOfPack(name, content);
-  const auto faultsOf = [&](const PackRecord& record) { return FaultsOf(name, {{record}, 0}, bench.main); };
+/// Makes a pack sound: levels and best times are mended, other records with faults and what was never
+/// finished are taken out.
+class Repair {
+ public:
+  explicit Repair(const std::string& path) : path_(path), name_(FileName(path)) {}
+
+  /// The records then. Called again when the pack has changed meanwhile.
+  std::vector<PackRecord> Of(const PackContent& content);
+  /// The place of each record before.
+  const std::vector<std::size_t>& Order() const { return order_; }
+  /// What was done.
+  const std::string& Words() const { return words_; }
+
+ private:
+  std::vector<Fault> FaultsOf(const PackRecord& record) {
+    return bivouac::FaultsOf(name_, {{record}, 0}, bench_.main);
+  }
+
+  const std::string path_;
+  const std::string name_;
+  std::vector<std::size_t> order_;
+  std::string words_;
+  Known<std::vector<Fault>> faults_;
+  Workbench bench_;
+};
+
+std::vector<PackRecord> Repair::Of(const PackContent& content) {
+  words_.clear();
+  order_.clear();
+  const int size = SizeOfPack(name_, content);
   std::vector<PackRecord> sound;
   for (std::size_t place = 0; place < content.Records.size(); ++place) {
     PackRecord record = content.Records[place];
-    const std::vector<Fault> faults = faultsOf(record);
+    const std::vector<Fault>& faults =
+        faults_.Of(place, record, [&](const PackRecord& unknown) { return FaultsOf(unknown); });
     const bool hasOtherSize = size != 0 && SizeOf(record.LevelSize) != size;
     if (!faults.empty() || hasOtherSize) {
-      if (size != 0) record = Mended(record, size, bench.main);
-      const bool isSound = faultsOf(record).empty();
-      words += name + ": record " + std::to_string(place + 1) + (isSound ? " mended" : " taken out");
-      if (!faults.empty()) words += ": " + faults.front().Field + ": " + faults.front().Words;
-      words += '\n';
+      if (size != 0) record = Mended(record, size, bench_.main);
+      const bool isSound = FaultsOf(record).empty();
+      words_ += name_ + ": record " + std::to_string(place + 1) + (isSound ? " mended" : " taken out");
+      if (!faults.empty()) words_ += ": " + faults.front().Field + ": " + faults.front().Words;
+      words_ += '\n';
       if (!isSound) continue;
     }
     sound.push_back(record);
-    order.push_back(place);
+    order_.push_back(place);
   }
   if (content.SpareBytes != 0)
-    words += name + ": " + std::to_string(content.SpareBytes) + " bytes behind the last record taken out\n";
+    words_ += name_ + ": " + std::to_string(content.SpareBytes) + " bytes behind the last record taken out\n";
   if (content.Unfinished != 0)
-    words += name + ": " + Counted(content.Unfinished, "record") + " never finished, taken out\n";
-  RequireNoOwnTimes(path, order);
+    words_ += name_ + ": " + Counted(content.Unfinished, "record") + " never finished, taken out\n";
+  RequireNoOwnTimes(path_, order_);
   return sound;
 }
 
@@ -270,7 +285,7 @@ ExitStatus RatePacks(const RateOptions& options, Terminal& terminal) {
     for (const PackRecord& record : packs[i]) {
       const Rating rating = Rate(bench.main, record);
       WriteRating(options, options.Packs[i], ++number, bench.main, rating, terminal);
-      if (options.Write) ratings[i].Add(record, rating);
+      if (options.Write) ratings[i].Add(static_cast<std::size_t>(number) - 1, record, rating);
     }
   }
   terminal.Out.flush();
@@ -310,7 +325,7 @@ ExitStatus ProvePacks(const std::vector<std::string>& packs, Format format, Term
 ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal) {
   std::vector<PackContent> contents;
   contents.reserve(packs.size());
-  for (const std::string& path : packs) contents.push_back(ReadContent(path));
+  for (const std::string& path : packs) contents.push_back(ContentOf(OpenPack(path)));
   Workbench bench;
   long faults = 0;
   auto path = packs.begin();
@@ -339,19 +354,14 @@ ExitStatus CheckPacks(const std::vector<std::string>& packs, Terminal& terminal)
   return faults == 0 ? ExitStatus::Done : ExitStatus::FaultsFound;
 }
 
-/// Makes packs sound and says what it did: levels and best times are mended, other records with faults and
-/// what was never finished are taken out. Refuses what SortPack refuses.
+/// Says what it did. Refuses what SortPack refuses.
 ExitStatus RepairPacks(const std::vector<std::string>& packs, Terminal& terminal) {
   for (const std::string& path : packs) {
-    std::string words;
-    std::vector<std::size_t> order;
-    PackRewrite rewrite(path, LongPatience(terminal.Err), [&](const PackContent& content) {
-      words.clear();
-      order.clear();
-      return Repaired(path, content, order, words);
-    });
-    CommitMoved(rewrite, path, order);
-    terminal.Out << words;
+    Repair repair(path);
+    PackRewrite rewrite(path, LongPatience(terminal.Err),
+                        [&](const PackContent& content) { return repair.Of(content); });
+    CommitMoved(rewrite, path, repair.Order());
+    terminal.Out << repair.Words();
   }
   return ExitStatus::Done;
 }
@@ -364,12 +374,8 @@ ExitStatus SortPack(const std::string& pack, Terminal& terminal) {
     const std::vector<PackRecord>& records = SoundRecords(pack, content);
     order.resize(records.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    for (const std::size_t place : order) ratings.Of(place, records[place]);
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-      const auto& ratingA = ratings.Of(a, records[a]);
-      const auto& ratingB = ratings.Of(b, records[b]);
-      if (ratingA.Level != ratingB.Level) return ratingA.Level < ratingB.Level;
-      return ratingA.Difficulty < ratingB.Difficulty;
+      return ratings.Of(a, records[a]) < ratings.Of(b, records[b]);
     });
     RequireNoOwnTimes(pack, order);
     std::vector<PackRecord> sorted;

@@ -23,13 +23,10 @@ std::size_t PlaceOf(const HintRule& rule) {
 
 PackRecord StartPuzzleOn(Workbench& bench, const std::string& pack, long number,
                          const PositionOption& position) {
-  const PackRecord record = PackReader(pack).Read(number);
+  const PackReader reader(pack);
+  const PackRecord record = reader.Read(number);
   LayOutRecord(bench.main, record);
-  try {
-    StartPuzzle(bench.main);
-  } catch (const RunTimeError& error) {
-    throw InputError(pack + ": record " + std::to_string(number) + " cannot be started: " + error.what());
-  }
+  reader.Starting(number, [&] { StartPuzzle(bench.main); });
   if (!position.Digits.empty()) LayFields(bench.main, position.Digits, position.Name);
   return record;
 }

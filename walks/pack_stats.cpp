@@ -59,16 +59,12 @@ PackStats StatsOf(const std::vector<std::string>& packs, const std::function<boo
   PackStats stats;
   Workbench bench;
   for (const std::string& path : packs) {
-    PackReader reader(path);
+    const PackReader reader(path);
     PackStats::Pack& pack = stats.Packs.emplace_back();
     pack.Name = FileName(path);
     for (long number = 1; number <= reader.Count(); ++number) {
       const PackRecord record = reader.Read(number);
-      try {
-        pack.Puzzles.push_back(StatsOfPuzzle(bench.main, record));
-      } catch (const RunTimeError& error) {
-        throw InputError(path + ": record " + std::to_string(number) + " cannot be started: " + error.what());
-      }
+      pack.Puzzles.push_back(reader.Starting(number, [&] { return StatsOfPuzzle(bench.main, record); }));
       if (!visited()) return stats;
     }
   }

@@ -97,7 +97,7 @@ int IntegerAt(const std::string& bytes, std::size_t at) {
 }
 
 std::vector<PackRecord> ReadPack(const std::string& path) {
-  return ReadContent(BIVOUAC_SOURCE_DIR "/" + path).Records;
+  return ContentOf(OpenPack(BIVOUAC_SOURCE_DIR "/" + path)).Records;
 }
 
 std::vector<std::vector<std::string>> ReadTable(const std::string& path) {
