@@ -31,9 +31,9 @@ int Clues::Read(int line) {
 }
 
 void Lines::ReadBoard() {
-  for (int line = 0; line < axis.size; ++line) {
-    for (int position = 0; position < axis.size; ++position) {
-      const int code = board_[axis.At(line, position)];
+  for (int line = 0; line < axis_.Size; ++line) {
+    for (int position = 0; position < axis_.Size; ++position) {
+      const int code = board_[axis_.At(line, position)];
       if (code >= CELL_OPEN && code <= CELL_TREE) Add(code, line, position);
     }
   }

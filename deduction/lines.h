@@ -13,13 +13,13 @@ namespace bivouac {
 
 enum class LineKind { Row, Column };
 
-/// The lines of one kind. Line and position run from 0 to size - 1.
+/// The lines of one kind. Line and position run from 0 to Size - 1.
 struct Axis {
-  LineKind kind;
-  int size;
+  LineKind Kind;
+  int Size;
 
   int At(int line, int position) const {
-    return kind == LineKind::Row ? line * size + position : position * size + line;
+    return Kind == LineKind::Row ? line * Size + position : position * Size + line;
   }
 };
 
@@ -93,14 +93,12 @@ class Lines {
  public:
   /// Without a cell yet. `need` is what the lines want, `captions` what their labels say, which may be of
   /// another puzzle. The board must outlive the lines.
-  Lines(const Array<int>& board, Axis axis_, const Clues& need, const Clues& captions)
-      : axis(axis_), board_(board), need_(need), captions_(captions) {}
+  Lines(const Array<int>& board, Axis axis, const Clues& need, const Clues& captions)
+      : board_(board), axis_(axis), need_(need), captions_(captions) {}
 
-  const Axis axis;
-
-  int Size() const { return axis.size; }
+  int Size() const { return axis_.Size; }
   const Array<int>& Board() const { return board_; }
-  int CellAt(int line, int position) const { return axis.At(line, position); }
+  int CellAt(int line, int position) const { return axis_.At(line, position); }
 
   /// The positions of a line that hold a code. Requires: line -2 to size + 1.
   Positions Of(int code, int line) const { return sets_[line + kBeyond][code]; }
@@ -113,7 +111,7 @@ class Lines {
   int TreeCount(int line) const { return std::popcount(Trees(line)); }
 
   /// All positions but the first and the last.
-  Positions Interior() const { return (1u << (axis.size - 1)) - 2u; }
+  Positions Interior() const { return (1u << (axis_.Size - 1)) - 2u; }
 
   /// Errors: those of the clues.
   int Need(int line) { return need_.Of(line); }
@@ -150,6 +148,7 @@ class Lines {
   Positions& Set(int code, int line) { return sets_[line + kBeyond][code]; }
 
   const Array<int>& board_;
+  Axis axis_;
   FixedArray<Sets, kMaxSize + 2 * kBeyond> sets_;
   FixedArray<int, kMaxSize> tents_;
   Clues need_;

@@ -319,7 +319,7 @@ void Season::PressAs(const ButtonRow& row, const char* name, Act act) {
 void Season::KeepAndGoOn() {
   bool kept = false;
   Run("keep", [&] { kept = PressKeep(main()).has_value(); });
-  if (!kept || ended_ || damaged_ || run_->watched.amid != Amid::Nothing) return;
+  if (!kept || ended_ || damaged_ || run_->watched.Now != Amid::Nothing) return;
   const std::string before = GameText(main());
   Run("press cmdSolution", [&] { PressButton(main(), ButtonOf(&Main::cmdSolution)); });
   LetTimePass();
@@ -394,7 +394,7 @@ void Season::NoticeNoPuzzle() {
 
 void Season::UnderBox(const std::string& title) {
   if (title == "New Puzzle") NoticeNoPuzzle();
-  Amid& amid = run_->watched.amid;
+  Amid& amid = run_->watched.Now;
   const Amid outer = amid;
   amid = AmidOf(main(), title, outer);
   fileError_ = fileError_ || amid == Amid::FileError;
@@ -410,7 +410,7 @@ void Season::UnderBox(const std::string& title) {
 void Season::InPlayerDialog() {
   FormNamen& form = run_->form;
   form.Visible = true;
-  run_->watched.amid = Amid::Players;
+  run_->watched.Now = Amid::Players;
   Form_Activate(form);
   for (int events = 0; form.Visible && !ended_; ++events) {
     if (bytes_.AtEnd() || events == 40) {
@@ -421,7 +421,7 @@ void Season::InPlayerDialog() {
     if (!ended_) Check();
   }
   form.Visible = false;
-  run_->watched.amid = Amid::Nothing;
+  run_->watched.Now = Amid::Nothing;
 }
 
 /// What the dialog lets through: a disabled control gets nothing.

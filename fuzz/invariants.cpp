@@ -28,7 +28,7 @@ std::string At(int cell, int is, int wanted) {
 
 /// From the press of New to the start of play.
 bool IsBetweenPuzzles(const Watched& watched) {
-  return IsMakingPuzzle(watched.main) || watched.amid == Amid::Report;
+  return IsMakingPuzzle(watched.main) || watched.Now == Amid::Report;
 }
 
 std::string State(Watched& watched) {
@@ -86,7 +86,7 @@ std::string ShieldUp(Watched& watched) {
 
 std::string BlinkTimer(Watched& watched) {
   const Main& main = watched.main;
-  if (watched.amid == Amid::WrongFields) return main.Timer2.Enabled ? "the questions blink" : "";
+  if (watched.Now == Amid::WrongFields) return main.Timer2.Enabled ? "the questions blink" : "";
   if (main.Timer2.Enabled == main.BoardLive) return "timer and hint differ";
   if (!main.BoardLive && main.lblHint.Caption.empty()) return "a hint without a text";
   return "";
@@ -95,13 +95,13 @@ std::string BlinkTimer(Watched& watched) {
 std::string ClockTimer(Watched& watched) {
   const Main& main = watched.main;
   const bool runs =
-      !main.PuzzleOver && !main.Paused && !IsBetweenPuzzles(watched) && watched.amid != Amid::Solved;
+      !main.PuzzleOver && !main.Paused && !IsBetweenPuzzles(watched) && watched.Now != Amid::Solved;
   return main.Timer3.Enabled == runs ? "" : main.Timer3.Enabled ? "the clock runs" : "the clock stands";
 }
 
 std::string Buttons(Watched& watched) {
   Main& main = watched.main;
-  if (watched.amid == Amid::Solved) return "";
+  if (watched.Now == Amid::Solved) return "";
   std::array<bool, 13> enabled;
   std::size_t at = 0;
   for (const ButtonRow& row : ButtonTable()) enabled.at(at++) = (main.*row.Value).Enabled;
@@ -187,7 +187,7 @@ std::string Layout(Watched& watched) {
 }
 
 std::string Title(Watched& watched) {
-  if (watched.amid == Amid::Players) return "";
+  if (watched.Now == Amid::Players) return "";
   const Global& global = watched.main.global;
   const std::string title = global.CurrentPlayer == 0
                                 ? "Bivouac - Free Play (no player selected)"
@@ -227,7 +227,7 @@ std::string Panels(Watched& watched) {
   if (bar[0].Text != "Size: " + size + "x" + size) return bar[0].Text;
   if (bar[3].Text != "Total Puzzles: " + std::to_string(main.PuzzleCount[main.BoardSize - kMinSize]))
     return bar[3].Text;
-  if (IsBetweenPuzzles(watched) || watched.OpeningBrokeOff || watched.amid == Amid::Solved) return "";
+  if (IsBetweenPuzzles(watched) || watched.OpeningBrokeOff || watched.Now == Amid::Solved) return "";
   // A puzzle that the pack could not take leaves the level before it on show.
   const bool notKept = bar[2].Text == kNotKept;
   if (!notKept && bar[1].Text != "Level: " + std::to_string(main.Level)) return bar[1].Text;
@@ -293,7 +293,7 @@ Amid AmidOf(const Main& main, std::string_view title, Amid outer) {
 }
 
 std::string Broken(Watched& watched) {
-  if (watched.amid == Amid::FileError) return "";
+  if (watched.Now == Amid::FileError) return "";
   for (const Invariant& invariant : kInvariants) {
     const std::string wrong = invariant.Check(watched);
     if (!wrong.empty()) return std::string(invariant.Sentence) + " -- " + wrong;

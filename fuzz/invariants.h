@@ -35,7 +35,7 @@ struct Watched {
   bool OpeningBrokeOff = false;
   /// The size was changed since the last puzzle: the clues and their colours are still that puzzle's.
   bool NoPuzzleOfThisSize = true;
-  Amid amid = Amid::Nothing;
+  Amid Now = Amid::Nothing;
 };
 
 /// The sentence of the first invariant that does not hold, and what is wrong; empty if all hold.

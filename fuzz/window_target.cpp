@@ -25,26 +25,29 @@ namespace bivouac {
 namespace {
 
 /// Settings and data in a folder of their own, and the application that Qt wants.
-struct Surroundings {
+class Surroundings {
+ public:
   Surroundings()
-      : folder(QFile::exists("/dev/shm") ? QStringLiteral("/dev/shm/bivouac_fuzz_XXXXXX")
-                                         : QDir::tempPath() + "/bivouac_fuzz_XXXXXX") {
+      : folder_(QFile::exists("/dev/shm") ? QStringLiteral("/dev/shm/bivouac_fuzz_XXXXXX")
+                                          : QDir::tempPath() + "/bivouac_fuzz_XXXXXX") {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_LOGGING_RULES", "*=false");
-    qputenv("XDG_CONFIG_HOME", folder.filePath("config").toUtf8());
-    qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
-    qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", folder_.filePath("config").toUtf8());
+    qputenv("XDG_DATA_HOME", folder_.filePath("data").toUtf8());
+    qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
     qputenv("ALSOFT_DRIVERS", "null");
     qputenv("PATH", "");  // No browser comes up.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    application = new QApplication(count, arguments);
+    application_ = new QApplication(count_, arguments_);
     QApplication::setApplicationName("Bivouac");
   }
-  QTemporaryDir folder;
-  int count = 1;
-  char name[8] = "bivouac";
-  char* arguments[2] = {name, nullptr};
-  QApplication* application;  ///< Stays: Qt is half gone when static objects end.
+
+ private:
+  QTemporaryDir folder_;
+  int count_ = 1;
+  char name_[8] = "bivouac";
+  char* arguments_[2] = {name_, nullptr};
+  QApplication* application_;  ///< Stays: Qt is half gone when static objects end.
 };
 
 /// Short packs, so that a start is short.
@@ -223,8 +226,8 @@ class Hand : public QObject {
     const Main& main = State();
     const bool closing = program_.Road().Modals() > 0 && QApplication::activeModalWidget() == nullptr;
     if (closing || program_.Road().Ended() || !main.Visible) return;
-    watched_.amid = AmidNow();
-    if (main.StepCount == 0 && !main.PuzzleOver && !IsMakingPuzzle(main) && watched_.amid == Amid::Nothing) {
+    watched_.Now = AmidNow();
+    if (main.StepCount == 0 && !main.PuzzleOver && !IsMakingPuzzle(main) && watched_.Now == Amid::Nothing) {
       watched_.StartBoard = main.Board;
       watched_.NoPuzzleOfThisSize = false;
     }

@@ -97,7 +97,7 @@ class Witness {
   Cells OfLine(int line, int code) const {
     const Axis axis{rule_.Along, main_.BoardSize};
     Cells cells;
-    for (int position = 0; position < axis.size; ++position) {
+    for (int position = 0; position < axis.Size; ++position) {
       const int cell = axis.At(line, position);
       if (main_.Board[cell] == code) cells.push_back(cell);
     }

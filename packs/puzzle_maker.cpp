@@ -100,22 +100,22 @@ void AssemblyLine::Close() {
 
 /// Ends and joins the threads, however the scope is left.
 struct Crew {
-  Crew(AssemblyLine& line_, int jobs) : line(line_) {
+  Crew(AssemblyLine& line, int jobs) : Line(line) {
     // A system that gives no more threads leaves the work to fewer.
     try {
-      for (int i = 0; i < jobs; ++i) threads.emplace_back([this] { line.Work(); });
+      for (int i = 0; i < jobs; ++i) Threads.emplace_back([this] { Line.Work(); });
     } catch (const std::exception& error) {
-      if (threads.empty()) throw InputError(std::string("no thread can be started: ") + error.what());
+      if (Threads.empty()) throw InputError(std::string("no thread can be started: ") + error.what());
     }
   }
   Crew(const Crew&) = delete;
   Crew& operator=(const Crew&) = delete;
   ~Crew() {
-    line.Close();
-    for (std::thread& thread : threads) thread.join();
+    Line.Close();
+    for (std::thread& thread : Threads) thread.join();
   }
-  AssemblyLine& line;
-  std::vector<std::thread> threads;
+  AssemblyLine& Line;
+  std::vector<std::thread> Threads;
 };
 
 }  // namespace

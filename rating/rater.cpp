@@ -24,35 +24,35 @@ Lines EmptyLines(const Main& main, LineKind kind) {
 
 Rater::Rater(Main& main_)
     : main(LaidOut(main_)),
-      size(main.BoardSize),
-      rows(EmptyLines(main, LineKind::Row)),
-      columns(EmptyLines(main, LineKind::Column)) {
+      Size(main.BoardSize),
+      Rows(EmptyLines(main, LineKind::Row)),
+      Columns(EmptyLines(main, LineKind::Column)) {
   const PackRecord& puzzle = main.global.PuzzleRec;
-  for (int row = 0, cell = 0; row < size; ++row) {
-    for (int col = 0; col < size; ++col, ++cell) {
+  for (int row = 0, cell = 0; row < Size; ++row) {
+    for (int col = 0; col < Size; ++col, ++cell) {
       const int code = puzzle.Layout[cell] == CELL_TREE ? CELL_TREE : CELL_OPEN;
       main.Board[cell] = code;
-      rows.Add(code, row, col);
-      columns.Add(code, col, row);
-      wrong += code != puzzle.Layout[cell];
+      Rows.Add(code, row, col);
+      Columns.Add(code, col, row);
+      Wrong += code != puzzle.Layout[cell];
     }
   }
 }
 
 void Rater::Set(int cell, int code) {
   int& content = main.Board[cell];
-  const int row = cell / size;
-  const int col = cell % size;
-  rows.Change(row, col, content, code);
-  columns.Change(col, row, content, code);
+  const int row = cell / Size;
+  const int col = cell % Size;
+  Rows.Change(row, col, content, code);
+  Columns.Change(col, row, content, code);
   const int finished = main.global.PuzzleRec.Layout[cell];
-  wrong += (code != finished) - (content != finished);
+  Wrong += (code != finished) - (content != finished);
   content = code;
 }
 
 bool Rater::Act() {
   bool tents = false;
-  for (const FoundField& field : find.Fields) {
+  for (const FoundField& field : Found.Fields) {
     if (field.Is == Role::Tent) {
       Set(field.Cell, CELL_TENT);
       tents = true;
@@ -64,9 +64,9 @@ bool Rater::Act() {
 }
 
 void Rater::SweepTentNeighbours() {
-  for (int row = 0; row < size; ++row) {
-    ForEachIn(rows.Open(row) & Around(rows, CELL_TENT, row),
-              [&](int col) { Set(rows.CellAt(row, col), CELL_GRASS); });
+  for (int row = 0; row < Size; ++row) {
+    ForEachIn(Rows.Open(row) & Around(Rows, CELL_TENT, row),
+              [&](int col) { Set(Rows.CellAt(row, col), CELL_GRASS); });
   }
 }
 

@@ -13,11 +13,11 @@ struct Rater {
   explicit Rater(Main& main_);
 
   Main& main;
-  const int size;  ///< Lines of the board.
-  Lines rows;
-  Lines columns;
-  int wrong = 0;  ///< Cells that differ from the finished puzzle.
-  Find find;      ///< What the present pass found.
+  const int Size;  ///< Lines of the board.
+  Lines Rows;
+  Lines Columns;
+  int Wrong = 0;  ///< Cells that differ from the finished puzzle.
+  Find Found;     ///< What the present pass found.
 
   /// Errors: IndexOutsideArray for a cell off the board.
   void Set(int cell, int code);

@@ -58,10 +58,10 @@ constexpr double kNothingFound = 2.0;  // What the last cycle of an unfinished p
 int Rate(Main& main, RatingTrace* trace) {
   main.Difficulty = 0;
   Rater rater(main);
-  const float stepWeight = static_cast<float>(1.0 / (2 * rater.size));
+  const float stepWeight = static_cast<float>(1.0 / (2 * rater.Size));
   int topTier = 1;
   // Fields that no tree touches are grass, free of charge.
-  if (FindAwayFromTrees(rater.rows, rater.find)) rater.Act();
+  if (FindAwayFromTrees(rater.Rows, rater.Found)) rater.Act();
   while (true) {
     const Pass* found = nullptr;
     for (const Pass& pass : kPasses) {
@@ -79,7 +79,7 @@ int Rate(Main& main, RatingTrace* trace) {
       if (trace) trace->Passes.push_back(static_cast<int>(found - kPasses.begin()));
       if (topTier < found->Tier) topTier = found->Tier;
     }
-    if (rater.wrong == 0) return topTier;
+    if (rater.Wrong == 0) return topTier;
     if (!found) return -1;
   }
 }
@@ -96,8 +96,8 @@ int RateOrFail(Main& main, RatingTrace* trace) {
 
 bool RunPass(Rater& rater, const Pass& pass) {
   if (pass.Also == AlsoDoes::ClearsMarks) rater.main.BlinkTop = -1;
-  rater.find.Clear();
-  if (!pass.Look(pass.Along == kRow ? rater.rows : rater.columns, rater.find)) return false;
+  rater.Found.Clear();
+  if (!pass.Look(pass.Along == kRow ? rater.Rows : rater.Columns, rater.Found)) return false;
   const bool tents = rater.Act();
   if (pass.Also == AlsoDoes::LeavesOneMark) rater.main.BlinkTop = 0;
   if (tents || pass.Also == AlsoDoes::SweepsInAnyCase) rater.SweepTentNeighbours();
